@@ -1,0 +1,22 @@
+# Warnings are errors everywhere; the shipped build is hardened.
+add_library(kova_compiler INTERFACE)
+target_compile_options(kova_compiler INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+  set(control_flow -fcf-protection=full)
+elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64")
+  set(control_flow -mbranch-protection=standard)
+endif()
+if(KOVA_SANITIZE)
+  target_compile_options(kova_compiler INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(kova_compiler INTERFACE -fsanitize=address,undefined)
+else()
+  target_compile_options(kova_compiler INTERFACE
+    -fstack-protector-strong -fstack-clash-protection ${control_flow}
+    $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=3>)
+  target_link_options(kova_compiler INTERFACE -Wl,-z,relro,-z,now)
+endif()
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)

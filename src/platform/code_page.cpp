@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include "platform/code_page.h"
+
+#include <algorithm>
+#include <clocale>
+#include <cstdlib>
+#include <cwchar>
+
+namespace kova {
+
+namespace {
+
+constexpr unsigned upperHalf = 0x80;
+
+// Characters of the bytes 80 to 9F; the others are those of the same number.
+constexpr std::array<char32_t, 32> windowsCharacters{
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,  //
+    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,  //
+    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,  //
+    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+constexpr char32_t noCharacter = 0xFFFFFFFF;
+// Where bytes go whose own number is another byte's character; nobody types these.
+constexpr char32_t privateUse = 0xF700;
+
+bool isSurrogate(char32_t character) {
+  return character >= 0xD800 && character <= 0xDFFF;
+}
+
+char32_t localeCharacter(unsigned byte) {
+  const std::wint_t character = std::btowc(static_cast<int>(byte));
+  if (character == WEOF || isSurrogate(character)) return noCharacter;
+  return character;
+}
+
+void appendUtf8(std::string& utf8, char32_t character) {
+  const auto append = [&](char32_t bits) { utf8 += static_cast<char>(bits); };
+  const auto follow = [&](unsigned shift) { append(0x80U | ((character >> shift) & 0x3FU)); };
+  if (character < 0x80) {
+    append(character);
+  } else if (character < 0x800) {
+    append(0xC0U | (character >> 6U));
+    follow(0);
+  } else if (character < 0x10000) {
+    append(0xE0U | (character >> 12U));
+    follow(6);
+    follow(0);
+  } else {
+    append(0xF0U | (character >> 18U));
+    follow(12);
+    follow(6);
+    follow(0);
+  }
+}
+
+// Takes the first character off `utf8`; of what is no character, one byte.
+char32_t takeCharacter(std::string_view& utf8) {
+  const auto bits = [&](std::size_t index) {
+    return static_cast<char32_t>(static_cast<unsigned char>(utf8[index]));
+  };
+  const char32_t lead = bits(0);
+  constexpr std::array<char32_t, 5> smallest{0, 0, 0x80, 0x800, 0x10000};
+  const std::size_t size = lead < 0x80   ? 1
+                           : lead < 0xC2 ? 0
+                           : lead < 0xE0 ? 2
+                           : lead < 0xF0 ? 3
+                           : lead < 0xF5 ? 4
+                                         : 0;
+  char32_t character = size < 2 ? lead : lead & (0x7FU >> size);
+  bool valid = size > 0 && size <= utf8.size();
+  for (std::size_t index = 1; valid && index < size; ++index) {
+    valid = (bits(index) & 0xC0U) == 0x80;
+    character = (character << 6U) | (bits(index) & 0x3FU);
+  }
+  valid =
+      valid && character >= smallest.at(size) && character <= 0x10FFFF && !isSurrogate(character);
+  utf8.remove_prefix(valid ? size : 1);
+  return valid ? character : noCharacter;
+}
+
+}  // namespace
+
+CodePage CodePage::windows1252() {
+  CodePage page;
+  for (unsigned byte = 0; byte < page.characters_.size(); ++byte) page.characters_.at(byte) = byte;
+  std::copy(windowsCharacters.begin(), windowsCharacters.end(),
+            page.characters_.begin() + upperHalf);
+  return page;
+}
+
+CodePage CodePage::ofLocale() {
+  if (std::setlocale(LC_ALL, "") == nullptr || MB_CUR_MAX != 1) return windows1252();
+  CodePage page;
+  auto& characters = page.characters_;
+  for (unsigned byte = 0; byte < characters.size(); ++byte) {
+    characters.at(byte) = byte < upperHalf ? byte : localeCharacter(byte);
+  }
+  const auto lacking = std::count(characters.begin() + upperHalf, characters.end(), noCharacter);
+  if (lacking > static_cast<std::ptrdiff_t>(upperHalf) / 2) return windows1252();
+  for (unsigned byte = upperHalf; byte < characters.size(); ++byte) {
+    if (characters.at(byte) != noCharacter) continue;
+    const bool free = std::find(characters.begin(), characters.end(), byte) == characters.end();
+    characters.at(byte) = free ? byte : privateUse + byte;
+  }
+  page.ownFileNames_ = true;
+  return page;
+}
+
+char CodePage::byte(char32_t character) const {
+  if (character < upperHalf) return static_cast<char>(character);
+  const auto found = std::find(characters_.begin(), characters_.end(), character);
+  return found == characters_.end() ? '?' : static_cast<char>(found - characters_.begin());
+}
+
+std::string CodePage::toUtf8(std::string_view text) const {
+  std::string utf8;
+  utf8.reserve(text.size());
+  for (const char one : text) appendUtf8(utf8, character(one));
+  return utf8;
+}
+
+std::string CodePage::fromUtf8(std::string_view utf8) const {
+  std::string text;
+  text.reserve(utf8.size());
+  while (!utf8.empty()) text += byte(takeCharacter(utf8));
+  return text;
+}
+
+std::string CodePage::toNative(std::string_view text) const {
+  return ownFileNames_ ? std::string(text) : toUtf8(text);
+}
+
+std::string CodePage::fromNative(std::string_view native) const {
+  return ownFileNames_ ? std::string(native) : fromUtf8(native);
+}
+
+}  // namespace kova

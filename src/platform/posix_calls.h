@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+// System calls whose results are believed only when they have been seen.
+#pragma once
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/failure.h"
+
+namespace kova::posix {
+
+/// Ends a call that went wrong, with the system's own description in English whatever the locale.
+[[noreturn]] inline void fail(int error) {
+  const char* description = strerrordesc_np(error);
+  throw Failure(description != nullptr ? description : "Error " + std::to_string(error));
+}
+
+/// Result of a call that is repeated as long as a signal cuts it short.
+template <class Call>
+auto uninterrupted(Call call) {
+  auto result = call();
+  while (result == -1 && errno == EINTR) result = call();
+  return result;
+}
+
+/// Result of a call, which must not be -1.
+template <class Call>
+auto checked(Call call) {
+  const auto result = uninterrupted(call);
+  if (result == -1) fail(errno);
+  return result;
+}
+
+/// Owner of a file descriptor.
+class Descriptor {
+ public:
+  explicit Descriptor(int number = -1) : number_(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(number_, other.number_);
+    return *this;
+  }
+  ~Descriptor() {
+    if (number_ != -1) ::close(number_);
+  }
+  int number() const { return number_; }
+  bool open() const { return number_ != -1; }
+
+ private:
+  int number_;
+};
+
+/// Appends all of `content`.
+inline void writeAll(const Descriptor& file, std::string_view content) {
+  while (!content.empty()) {
+    const auto written =
+        checked([&] { return ::write(file.number(), content.data(), content.size()); });
+    if (written == 0) fail(ENOSPC);
+    content.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+/// What stands behind the last separator of a path, and what stands up to it.
+inline std::string_view leafOf(std::string_view path) {
+  return path.substr(path.rfind('/') + 1);
+}
+inline std::string_view folderOf(std::string_view path) {
+  return path.substr(0, path.size() - leafOf(path).size());
+}
+
+/// A failure that says what stands in place of the plain file that was expected.
+[[noreturn]] inline void failAsNoPlainFile(mode_t mode) {
+  if (S_ISDIR(mode)) fail(EISDIR);
+  throw Failure("Not a plain file");
+}
+
+}  // namespace kova::posix

@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: MIT
+#include <dirent.h>
+#include <sys/file.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+#include "platform/posix.h"
+#include "platform/posix_output_file.h"
+
+namespace kova {
+
+namespace {
+
+using posix::checked;
+using posix::Descriptor;
+using posix::fail;
+
+constexpr std::size_t largestFile = std::size_t{256} << 20U;
+constexpr std::size_t readAhead = std::size_t{64} << 10U;
+constexpr int lockAttempts = 300;
+
+// Does not wait for the other end of a pipe, nor make a terminal its own.
+Descriptor openPlainFile(const std::string& name, struct stat& state) {
+  constexpr int flags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
+  Descriptor file(checked([&] { return ::open(name.c_str(), flags); }));
+  checked([&] { return ::fstat(file.number(), &state); });
+  if (!S_ISREG(state.st_mode)) posix::failAsNoPlainFile(state.st_mode);
+  return file;
+}
+
+bool hasType(const Path& path, mode_t type) {
+  struct stat state {};
+  return ::stat(path.native.c_str(), &state) == 0 && (state.st_mode & S_IFMT) == type;
+}
+
+std::size_t readSome(const Descriptor& file, char* into, std::size_t size) {
+  return static_cast<std::size_t>(checked([&] { return ::read(file.number(), into, size); }));
+}
+
+// File systems that can share the bytes of two files do so; false where that is not possible.
+bool shareBytes(const Descriptor& from, const Descriptor& to, off_t size) {
+  while (size > 0) {
+    const auto count = posix::uninterrupted([&] {
+      return ::copy_file_range(from.number(), nullptr, to.number(), nullptr,
+                               static_cast<std::size_t>(size), 0);
+    });
+    if (count <= 0) return false;
+    size -= count;
+  }
+  return true;
+}
+
+void copyBytes(const Descriptor& from, const Descriptor& to, off_t size) {
+  if (size > static_cast<off_t>(readAhead) && shareBytes(from, to, size)) return;
+  std::string buffer(std::min(static_cast<std::size_t>(size) + 1, readAhead), '\0');
+  while (const std::size_t count = readSome(from, buffer.data(), buffer.size())) {
+    posix::writeAll(to, {buffer.data(), count});
+  }
+}
+
+bool isPlainFile(int folder, const dirent& entry) {
+  if (entry.d_type == DT_REG) return true;
+  if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;
+  struct stat state {};
+  return ::fstatat(folder, entry.d_name, &state, 0) == 0 && S_ISREG(state.st_mode);
+}
+
+// The folder itself is what is locked, so that nothing is left behind however the program ends.
+class PosixFolderLock final : public FolderLock {
+ public:
+  explicit PosixFolderLock(Descriptor folder) : folder_(std::move(folder)) {}
+  bool hold() const {
+    constexpr std::chrono::milliseconds pause(10);
+    for (int attempt = 0; attempt < lockAttempts; ++attempt) {
+      if (::flock(folder_.number(), LOCK_EX | LOCK_NB) == 0) return true;
+      if (errno != EWOULDBLOCK && errno != EINTR) return false;
+      std::this_thread::sleep_for(pause);
+    }
+    return false;
+  }
+
+ private:
+  Descriptor folder_;
+};
+
+// Also sets the mask for an instant, which no other thread sees: there is none yet.
+mode_t newFileMode() {
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  return 0666U & ~mask;
+}
+
+class PosixFileSystem final : public FileSystem {
+ public:
+  explicit PosixFileSystem(const CodePage& codePage) : codePage_(codePage) {}
+
+  Path path(std::string_view text) const override {
+    if (text.empty()) throw Failure("The name is empty");
+    if (text.find('\0') != std::string_view::npos) throw Failure("The name holds a NUL");
+    return {codePage_.toNative(text)};
+  }
+
+  bool fileExists(const Path& file) const override { return hasType(file, S_IFREG); }
+  bool folderExists(const Path& folder) const override { return hasType(folder, S_IFDIR); }
+
+  std::string read(const Path& file) const override {
+    struct stat state {};
+    const Descriptor source = openPlainFile(file.native, state);
+    std::string content;
+    std::size_t filled = 0;
+    // One byte more than expected tells a file that has grown.
+    std::size_t room = std::min(static_cast<std::size_t>(state.st_size), largestFile) + 1;
+    for (;;) {
+      if (filled == content.size()) {
+        if (filled > largestFile) throw Failure("The file is larger than 256 MiB");
+        content.resize(filled + std::exchange(room, readAhead));
+      }
+      const std::size_t count = readSome(source, content.data() + filled, content.size() - filled);
+      if (count == 0) break;
+      filled += count;
+    }
+    content.resize(filled);
+    return content;
+  }
+
+  std::unique_ptr<OutputFile> create(const Path& file) override {
+    return posix::openOutputFile(file.native, newFileMode_);
+  }
+
+  void createFolder(const Path& folder) override {
+    checked([&] { return ::mkdir(folder.native.c_str(), 0777); });
+  }
+
+  // The hidden name follows the source, so that what a killed run has left is used by the next copy
+  // of the same file, whatever name that copy takes.
+  void copy(const Path& from, const Path& to) override {
+    struct stat state {};
+    const Descriptor source = openPlainFile(from.native, state);
+    posix::HiddenFile hidden(posix::folderOf(to.native), posix::leafOf(from.native));
+    const Descriptor& target = hidden.descriptor();
+    copyBytes(source, target, state.st_size);
+    checked([&] { return ::fchmod(target.number(), state.st_mode & 0777U); });
+    const std::array times{state.st_atim, state.st_mtim};
+    checked([&] { return ::futimens(target.number(), times.data()); });
+    hidden.takePlaceOf(to.native);
+  }
+
+  void remove(const Path& file) override {
+    checked([&] { return ::unlink(file.native.c_str()); });
+  }
+
+  std::vector<std::string> plainFiles(const Path& folder) const override {
+    const auto close = [](DIR* open) { ::closedir(open); };
+    const std::unique_ptr<DIR, decltype(close)> entries(::opendir(folder.native.c_str()), close);
+    if (!entries) fail(errno);
+    std::vector<std::string> names;
+    errno = 0;
+    while (const dirent* entry = ::readdir(entries.get())) {
+      if (entry->d_name[0] != '.' && isPlainFile(::dirfd(entries.get()), *entry)) {
+        names.emplace_back(entry->d_name);
+      }
+      errno = 0;
+    }
+    if (errno != 0) fail(errno);
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  std::optional<FileStamp> stamp(const Path& file) const override {
+    struct stat state {};
+    if (::stat(file.native.c_str(), &state) != 0 || !S_ISREG(state.st_mode)) return std::nullopt;
+    constexpr std::int64_t second = 1'000'000'000;
+    return FileStamp{state.st_dev, state.st_ino, static_cast<std::uint64_t>(state.st_size),
+                     state.st_mtim.tv_sec * second + state.st_mtim.tv_nsec};
+  }
+
+  std::unique_ptr<FolderLock> lock(const Path& folder) override {
+    auto lock = std::make_unique<PosixFolderLock>(
+        Descriptor(::open(folder.native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
+    return lock->hold() ? std::move(lock) : nullptr;
+  }
+
+  void flushFolder(const Path& folder) override {
+    const Descriptor names(
+        checked([&] { return ::open(folder.native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    // EINVAL: a file system on which folders need no flush of their own.
+    if (posix::uninterrupted([&] { return ::fsync(names.number()); }) != 0 && errno != EINVAL) {
+      fail(errno);
+    }
+  }
+
+ private:
+  const CodePage& codePage_;
+  mode_t newFileMode_ = newFileMode();
+};
+
+}  // namespace
+
+std::unique_ptr<FileSystem> posixFileSystem(const CodePage& codePage) {
+  // A limit on the size of files is the failure of a write, not the end of the program.
+  static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
+  return std::make_unique<PosixFileSystem>(codePage);
+}
+
+}  // namespace kova

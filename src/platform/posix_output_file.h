@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+// The one gate through which content reaches a folder: written whole under a hidden name, then
+// renamed.
+#pragma once
+
+#include <sys/types.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/file_system.h"
+#include "platform/posix_calls.h"
+
+namespace kova::posix {
+
+/// An empty file under a hidden name, locked against other wizards. What a killed run has left
+/// under that name is used again. It goes with the object unless it has taken a place.
+class HiddenFile {
+ public:
+  /// In `folder` (with its separator, or empty), named after `leaf`.
+  HiddenFile(std::string_view folder, std::string_view leaf);
+  HiddenFile(const HiddenFile&) = delete;
+  HiddenFile& operator=(const HiddenFile&) = delete;
+  HiddenFile(HiddenFile&&) = delete;
+  HiddenFile& operator=(HiddenFile&&) = delete;
+  ~HiddenFile();
+
+  const Descriptor& descriptor() const { return descriptor_; }
+  /// Renames the file to `target`, which it replaces.
+  void takePlaceOf(const std::string& target);
+  /// Removes what killed runs have left under the other names, unless another wizard uses it.
+  void removeLeftovers() const;
+
+ private:
+  // 0, or the error for which the name can't be had.
+  int take(int number);
+  std::string name(int number) const;
+
+  std::string stem_;
+  int number_ = 0;
+  Descriptor descriptor_;
+  bool placed_ = false;
+};
+
+/// New content for `file`; `newFileMode` is for a file that does not exist yet.
+std::unique_ptr<OutputFile> openOutputFile(const std::string& file, mode_t newFileMode);
+
+}  // namespace kova::posix

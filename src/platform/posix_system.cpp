@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+#include <pwd.h>
+#include <spawn.h>
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <ctime>
+#include <limits>
+#include <vector>
+
+#include "platform/posix.h"
+#include "platform/posix_calls.h"
+
+namespace kova {
+
+namespace {
+
+class PosixEnvironment final : public Environment {
+ public:
+  explicit PosixEnvironment(const CodePage& codePage) : codePage_(codePage) {}
+
+  std::string variable(const std::string& name) const override {
+    const char* value = std::getenv(name.c_str());
+    return value == nullptr ? std::string() : codePage_.fromNative(value);
+  }
+
+  std::string homeFolder() const override {
+    if (std::string home = variable("HOME"); !home.empty()) return home;
+    const passwd* account = ::getpwuid(::getuid());
+    return account == nullptr ? "/" : codePage_.fromNative(account->pw_dir);
+  }
+
+ private:
+  const CodePage& codePage_;
+};
+
+class PosixClock final : public Clock {
+ public:
+  std::int32_t unixTime() const override {
+    using Limits = std::numeric_limits<std::int32_t>;
+    const std::int64_t now = std::time(nullptr);
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(now, Limits::min(), Limits::max()));
+  }
+};
+
+std::vector<std::string_view> split(std::string_view text, char separator) {
+  std::vector<std::string_view> parts;
+  while (!text.empty()) {
+    const auto end = std::min(text.find(separator), text.size());
+    if (end > 0) parts.push_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return parts;
+}
+
+bool isProgram(const std::string& file) {
+  struct stat state {};
+  return ::stat(file.c_str(), &state) == 0 && S_ISREG(state.st_mode) &&
+         ::faccessat(AT_FDCWD, file.c_str(), X_OK, AT_EACCESS) == 0;
+}
+
+// Folders that depend on where the wizard stands are left out: a project directory must not be able
+// to bring its own generator.
+std::string findProgram(const std::string& program) {
+  const char* searchPath = std::getenv("PATH");
+  for (const auto folder : split(searchPath == nullptr ? "" : searchPath, ':')) {
+    if (folder.front() != '/') continue;
+    std::string file = std::string(folder) + '/' + program;
+    if (isProgram(file)) return file;
+  }
+  throw Failure(program + " is not on the search path");
+}
+
+void checkWords(const std::vector<std::string_view>& words) {
+  if (words.empty()) throw Failure("The command line is empty");
+  if (words.front().find('/') != std::string_view::npos) {
+    throw Failure("A program is named without its folder");
+  }
+  for (const auto word : words) {
+    if (word.front() == '-') {
+      throw Failure('"' + std::string(word) + "\" would be taken for an option");
+    }
+    if (word.find('\0') != std::string_view::npos) throw Failure("A word holds a NUL");
+  }
+}
+
+void check(int error) {
+  if (error != 0) posix::fail(error);
+}
+
+// What a started program gets: a session of its own, plain signals, nothing open.
+class SpawnSettings {
+ public:
+  SpawnSettings() {
+    check(::posix_spawnattr_init(&attributes_));
+    check(::posix_spawn_file_actions_init(&actions_));
+  }
+  SpawnSettings(const SpawnSettings&) = delete;
+  SpawnSettings& operator=(const SpawnSettings&) = delete;
+  SpawnSettings(SpawnSettings&&) = delete;
+  SpawnSettings& operator=(SpawnSettings&&) = delete;
+  ~SpawnSettings() {
+    ::posix_spawn_file_actions_destroy(&actions_);
+    ::posix_spawnattr_destroy(&attributes_);
+  }
+
+  void detach() {
+    sigset_t all{};
+    sigset_t none{};
+    sigfillset(&all);
+    sigemptyset(&none);
+    check(::posix_spawnattr_setsigdefault(&attributes_, &all));
+    check(::posix_spawnattr_setsigmask(&attributes_, &none));
+    check(::posix_spawnattr_setflags(
+        &attributes_, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK));
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+      check(::posix_spawn_file_actions_addopen(&actions_, stream, "/dev/null", O_RDWR, 0));
+    }
+    check(::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
+  }
+
+  void start(const std::string& file, std::vector<std::string>& words) const {
+    std::vector<char*> arguments;
+    for (auto& word : words) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    pid_t process = 0;
+    check(
+        ::posix_spawn(&process, file.c_str(), &actions_, &attributes_, arguments.data(), environ));
+  }
+
+ private:
+  posix_spawnattr_t attributes_{};
+  posix_spawn_file_actions_t actions_{};
+};
+
+class PosixProgramStarter final : public ProgramStarter {
+ public:
+  explicit PosixProgramStarter(const CodePage& codePage) : codePage_(codePage) {}
+
+  void start(std::string_view commandLine) override {
+    const auto texts = split(commandLine, ' ');
+    checkWords(texts);
+    std::vector<std::string> words;
+    for (const auto text : texts) words.push_back(codePage_.toNative(text));
+    const std::string file = findProgram(words.front());
+    SpawnSettings settings;
+    settings.detach();
+    settings.start(file, words);
+  }
+
+ private:
+  const CodePage& codePage_;
+};
+
+}  // namespace
+
+std::unique_ptr<Environment> posixEnvironment(const CodePage& codePage) {
+  return std::make_unique<PosixEnvironment>(codePage);
+}
+
+std::unique_ptr<Clock> posixClock() {
+  return std::make_unique<PosixClock>();
+}
+
+std::unique_ptr<ProgramStarter> posixProgramStarter(const CodePage& codePage) {
+  return std::make_unique<PosixProgramStarter>(codePage);
+}
+
+Machine posixMachine(const CodePage& codePage) {
+  Machine machine;
+  machine.files = posixFileSystem(codePage);
+  machine.environment = posixEnvironment(codePage);
+  machine.clock = posixClock();
+  machine.programs = posixProgramStarter(codePage);
+  return machine;
+}
+
+}  // namespace kova
