@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "controls/control_design.h"
+
+namespace kova {
+namespace {
+
+struct GiveDesignValues {
+  const ControlDesign& design;
+
+  void operator()(TextField* field) const {
+    field->setText(design.text);
+    field->setEnabled(design.enabled);
+  }
+  void operator()(CheckBox* box) const { box->setValue(design.value); }
+  void operator()(OptionButton* button) const {
+    if (design.value == 1) button->select();
+  }
+  void operator()(CommandButton* button) const { button->setEnabled(design.enabled); }
+  void operator()(Frame* frame) const { frame->setEnabled(design.enabled); }
+  void operator()(Label* label) const {
+    label->setCaption(design.text);
+    label->setEnabled(design.enabled);
+  }
+  void operator()(ListBox* /*list*/) const {}
+  void operator()(DropDownList* list) const { list->setEnabled(design.enabled); }
+};
+
+}  // namespace
+
+void giveDesignValues(const DesignedControl& designed) {
+  std::visit(GiveDesignValues{*designed.design}, designed.control);
+}
+
+}  // namespace kova

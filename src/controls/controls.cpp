@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: MIT
+#include "controls/controls.h"
+
+#include <algorithm>
+
+namespace kova {
+namespace {
+
+void run(const Handler& handler) {
+  if (handler) handler();
+}
+
+/// Assigns and tells the view if that changed anything.
+template <class Value>
+bool assign(Value& held, const Value& value, const Handler& mirror) {
+  if (held == value) return false;
+  held = value;
+  run(mirror);
+  return true;
+}
+
+}  // namespace
+
+void TextField::setText(std::string_view text) {
+  edit(text, text == text_ ? caret_ : 0);
+}
+
+void TextField::edit(std::string_view text, std::size_t caret) {
+  const bool changed = text != text_;
+  if (changed) text_ = text;
+  caret_ = std::min(caret, text_.size());
+  run(mirror);
+  if (changed) run(onChange);
+}
+
+void TextField::setCaret(std::size_t position) {
+  caret_ = std::min(position, text_.size());
+  run(mirror);
+}
+
+void TextField::setEnabled(bool enabled) {
+  assign(enabled_, enabled, mirror);
+}
+
+void TextField::setFocus() const {
+  run(takeFocus);
+}
+void TextField::click() const {
+  run(onClick);
+}
+void TextField::gotFocus() const {
+  run(onGotFocus);
+}
+void TextField::lostFocus() const {
+  run(onLostFocus);
+}
+void TextField::keyDown(std::int16_t code) const {
+  if (onKeyDown) onKeyDown(code);
+}
+
+void CheckBox::setValue(std::int16_t value) {
+  if (assign(value_, value, mirror)) run(onClick);
+}
+
+void OptionButton::select() {
+  if (selected_) return;
+  for (OptionButton* other : others_) assign(other->selected_, false, other->mirror);
+  assign(selected_, true, mirror);
+  run(onClick);
+}
+
+void OptionButton::group(const std::vector<OptionButton*>& buttons) {
+  for (OptionButton* button : buttons) {
+    button->others_ = buttons;
+    std::erase(button->others_, button);
+  }
+}
+
+void CommandButton::setEnabled(bool enabled) {
+  assign(enabled_, enabled, mirror);
+}
+void CommandButton::click() const {
+  if (enabled_) run(onClick);
+}
+
+void Frame::setEnabled(bool enabled) {
+  assign(enabled_, enabled, mirror);
+}
+void Frame::mouseDown(std::int16_t button) const {
+  if (onMouseDown) onMouseDown(button);
+}
+
+void Label::setCaption(std::string_view caption) {
+  assign(caption_, std::string(caption), mirror);
+}
+void Label::setEnabled(bool enabled) {
+  assign(enabled_, enabled, mirror);
+}
+void Label::click() const {
+  run(onClick);
+}
+
+void ListBox::add(std::string_view line) {
+  lines_.emplace_back(line);
+  run(mirror);
+}
+
+void ListBox::replace(std::int32_t index, std::string_view line) {
+  require(index);
+  lines_[static_cast<std::size_t>(index)] = line;
+  run(mirror);
+}
+
+void ListBox::remove(std::int32_t index) {
+  require(index);
+  lines_.erase(lines_.begin() + index);
+  if (selected_ == index) {
+    selected_ = none;
+  } else if (selected_ > index) {
+    --selected_;
+  }
+  run(mirror);
+}
+
+void ListBox::clear() {
+  if (lines_.empty()) return;
+  lines_.clear();
+  selected_ = none;
+  run(mirror);
+}
+
+void ListBox::select(std::int32_t index) {
+  require(index);
+  selected_ = index;
+  run(mirror);
+  run(onClick);
+}
+
+void ListBox::doubleClick() const {
+  run(onDblClick);
+}
+
+void ListBox::require(std::int32_t index) const {
+  if (index < 0 || static_cast<std::size_t>(index) >= lines_.size()) {
+    throw Failure("the list has no such line");
+  }
+}
+
+void DropDownList::add(std::string_view entry) {
+  entries_.emplace_back(entry);
+  run(mirror);
+}
+
+std::string DropDownList::text() const {
+  return selected_ < 0 ? std::string() : entries_[static_cast<std::size_t>(selected_)];
+}
+
+void DropDownList::select(std::int32_t index) {
+  if (index < 0 || static_cast<std::size_t>(index) >= entries_.size()) {
+    throw Failure("the list has no such entry");
+  }
+  selected_ = index;
+  run(mirror);
+  run(onClick);
+}
+
+void DropDownList::setText(std::string_view text) {
+  const auto entry = std::find(entries_.begin(), entries_.end(), text);
+  if (entry == entries_.end()) throw Failure("the list does not hold this text");
+  select(static_cast<std::int32_t>(entry - entries_.begin()));
+}
+
+void DropDownList::setEnabled(bool enabled) {
+  assign(enabled_, enabled, mirror);
+}
+
+void MenuEntry::click() const {
+  run(onClick);
+}
+void Menu::popUp() const {
+  run(open);
+}
+
+void Window::load() {
+  if (loaded_) return;
+  loaded_ = true;
+  run(onLoad);
+}
+
+void Window::show() {
+  load();
+  visible_ = true;
+  run(mirror);
+  run(raise);
+}
+
+void Window::unload() {
+  if (!loaded_) return;
+  loaded_ = false;
+  visible_ = false;
+  run(mirror);
+}
+
+}  // namespace kova
