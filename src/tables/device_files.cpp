@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include "tables/device_files.h"
+
+#include <array>
+#include <limits>
+
+#include "tables/number_text.h"
+
+namespace kova {
+
+namespace {
+
+constexpr std::string_view numberTag = "DEVICE_NUMBER";
+constexpr std::string_view nameTag = "DEVICE_NAME";
+constexpr std::size_t largestCount = std::numeric_limits<std::int16_t>::max();
+
+std::string numberText(std::size_t index) {
+  return signedNumberText(static_cast<std::int32_t>(index));
+}
+
+// One entry more than there are devices, so that files that number them from 1 fit as well.
+std::size_t sizeFor(std::string_view numDevices) {
+  const std::int16_t count = toInt16(textValue(numDevices));
+  if (count < 0) throw Failure("the number of devices is negative");
+  return static_cast<std::size_t>(count) + 1;
+}
+
+std::vector<std::string_view> panelLines(std::string_view text) {
+  constexpr std::string_view lineEnd = "\r\n";
+  std::vector<std::string_view> lines;
+  if (text.empty()) return lines;
+  for (auto end = text.find(lineEnd); end != std::string_view::npos; end = text.find(lineEnd)) {
+    lines.push_back(text.substr(0, end));
+    text.remove_prefix(end + lineEnd.size());
+  }
+  lines.push_back(text);
+  return lines;
+}
+
+void store(DeviceNames& devNames, std::int16_t number, std::string_view name, std::int16_t& rows) {
+  if (number < 0 || static_cast<std::size_t>(number) >= devNames.size()) return;
+  if (rows == largestCount) throw Failure("the file has too many rows");
+  devNames[static_cast<std::size_t>(number)] = name;
+  ++rows;
+}
+
+}  // namespace
+
+Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name) {
+  if (name.find(pathSeparator) != std::string_view::npos) {
+    throw Failure("The name holds a \"" + std::string(1, pathSeparator) + '"');
+  }
+  return files.path(std::string(folder) + pathSeparator + std::string(name));
+}
+
+ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
+                           std::string_view devFileName, std::string_view numDevices,
+                           DeviceNames& devNames) {
+  ReadResult result;
+  bool headerSeen = false;
+  std::int16_t numberColumn = -1;
+  std::int16_t nameColumn = -1;
+  const auto sizeNames = [&] { devNames.assign(sizeFor(numDevices), std::string()); };
+  const auto header = [&](std::string_view line) {
+    headerSeen = true;
+    sizeNames();
+    numberColumn = getCsvColumn(line, numberTag);
+    nameColumn = getCsvColumn(line, nameTag);
+  };
+  const auto row = [&](const CsvFields& fields) {
+    store(devNames, toInt16(textValue(fields[numberColumn])), fields[nameColumn], result.rows);
+  };
+  std::size_t line = 0;
+  try {
+    result.stop = readTable(files, fileInFolder(files, folder, devFileName), header, row);
+    const bool opened = !result.stop || result.stop->line > 0;
+    line = 1;
+    if (opened && !headerSeen) sizeNames();
+  } catch (const Failure& failure) {
+    if (!result.stop) result.stop = ReadStop{line, failure.what()};
+  }
+  return result;
+}
+
+std::int16_t UpdateDevicesFile(std::string_view panelText, DeviceNames& devNames) {
+  const auto lines = panelLines(panelText);
+  for (std::size_t index = 0; index < devNames.size(); ++index) {
+    devNames[index] =
+        index < lines.size() ? std::string(lines[index]) : "DEVICE" + numberText(index);
+  }
+  // A count beyond its type is no count.
+  return devNames.size() > largestCount ? std::int16_t{0}
+                                        : static_cast<std::int16_t>(devNames.size());
+}
+
+void WriteDevicesFile(FileSystem& files, std::string_view folder, std::string_view devFileName,
+                      DeviceNames& devNames) {
+  const Path file = fileInFolder(files, folder, devFileName);
+  std::string content = csvLine(std::array{std::string(numberTag), std::string(nameTag)});
+  for (std::size_t index = 0; index < devNames.size(); ++index) {
+    if (devNames[index].empty()) devNames[index] = displayName(devNames, index);
+    content += csvLine(std::array{numberText(index), devNames[index]});
+  }
+  replace(files, file, content);
+}
+
+std::string displayName(const DeviceNames& devNames, std::size_t index) {
+  return devNames.at(index).empty() ? "Device" + numberText(index) : devNames[index];
+}
+
+}  // namespace kova

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// Files of device names: for the server as a whole and for single properties.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tables/tagged_csv.h"
+
+namespace kova {
+
+/// Entry k is the name of device k; an empty entry has no name yet. An array without entries has
+/// never been sized.
+using DeviceNames = std::vector<std::string>;
+
+/// Path of a file that lies directly in `folder`. Throws Failure if `name` holds a separator and so
+/// names a file elsewhere.
+Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name);
+
+/// Reads the names in `folder`, file `devFileName`. Once the file is open, `devNames` gets the
+/// bounds 0 to the whole number in `numDevices` and loses its old entries; rows beyond are skipped.
+/// The result counts the rows accepted; whatever fails ends the reading.
+ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
+                           std::string_view devFileName, std::string_view numDevices,
+                           DeviceNames& devNames);
+
+/// Brings all entries up to date from the panel's text, one line (ended by CR LF) an entry; entries
+/// without a line become "DEVICE" and their number. Returns the number of entries.
+std::int16_t UpdateDevicesFile(std::string_view panelText, DeviceNames& devNames);
+
+/// Writes the names and stores the default name of each empty entry in the array as well. Throws
+/// Failure; the file on disk is then as it was.
+void WriteDevicesFile(FileSystem& files, std::string_view folder, std::string_view devFileName,
+                      DeviceNames& devNames);
+
+/// Name by which entry `index` is shown and written: the entry, or "Device" and its number.
+std::string displayName(const DeviceNames& devNames, std::size_t index);
+
+}  // namespace kova

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// The export table: all properties of the device server, and its file.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tables/device_files.h"
+#include "tables/tagged_csv.h"
+
+namespace kova {
+
+/// One property of the device server. Values are texts as typed or as read.
+struct PropertyRecord {
+  std::string exportName;
+  std::string localName;
+  std::string numModules;
+  std::string propertyName;
+  std::string description;  ///< with the range prefix at its head, if there is one
+  std::string outputSize;
+  std::string outputFormat;  ///< table name, "." and array type where one applies
+  std::string inputSize;
+  std::string inputFormat;
+  std::string access;
+  std::string numSteps;
+  bool hasHistory = false;
+  bool hasDeviceList = false;
+  bool hasAlarmWatch = false;
+  DeviceNames devices;
+  bool onDisk = false;   ///< a row of this origin stands in the file; for the status line only
+  bool changed = false;  ///< the row here differs from the one on disk; likewise
+};
+
+using ExportTable = std::vector<PropertyRecord>;
+
+/// Index of the first of the `exportCount` live rows with this pair of names, compared exactly, or
+/// `exportCount` if there is none.
+std::int16_t findPropertyIndex(const ExportTable& exportTable, std::int16_t exportCount,
+                               std::string_view expName, std::string_view prpName);
+
+/// Reads the file and hands each row up in turn. A Failure thrown by `take` ends the reading like
+/// any other; the row is then not counted.
+ReadResult readExportTable(const FileSystem& files, const Path& file,
+                           const std::function<void(PropertyRecord&&)>& take);
+
+/// Header line of "exports.csv" with its line end.
+std::string exportHeaderLine();
+/// Data line of row `index` (from 0) with its line end.
+std::string exportDataLine(const PropertyRecord& row, std::int16_t index);
+
+/// Line by which the property list shows a row: "[export name] property name <text>".
+std::string listLine(const PropertyRecord& row, std::string_view text);
+
+}  // namespace kova

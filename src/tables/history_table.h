@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+// The history table: which properties keep a local history, and its file.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tables/tagged_csv.h"
+
+namespace kova {
+
+inline constexpr std::string_view historyFileName = "history.csv";
+
+/// Settings of one local history.
+struct HistoryRecord {
+  std::int16_t index = 0;
+  std::string exportName;
+  std::string localName;
+  std::string propertyName;
+  std::string device;
+  std::int32_t dataLength = 0;  ///< values
+  std::string format;
+  std::int32_t heartbeat = 0;    ///< seconds
+  std::int32_t pollingRate = 0;  ///< milliseconds
+  std::int32_t archiveRate = 0;  ///< seconds
+  std::string tolerance;         ///< percent or absolute, as typed
+  std::int32_t shortDepth = 0;   ///< samples
+  std::int32_t longDepth = 0;    ///< months
+};
+
+/// The history settings of the property in the form, as typed.
+struct HistoryForm {
+  std::string exportName;
+  std::string localName;  ///< whole; rows store its first 6 characters
+  std::string propertyName;
+  std::string device;
+  std::string outputSize;
+  std::string singleValueFormat;  ///< for rows of the table, array type included
+  std::string tableFormat;        ///< for the row that is only written
+  std::string heartbeat;
+  std::string pollingRate;
+  std::string archiveRate;
+  std::string tolerance;
+  std::string shortDepth;
+  std::string longDepth;
+};
+
+/// 1001 rows, of which the first `historyCount` are live; the others keep what they held.
+using HistoryTable = std::vector<HistoryRecord>;
+
+/// Rows are appended by commits only below this count, although a file can fill the table.
+inline constexpr std::int16_t appendLimit = 1000;
+
+/// Where a row of the form would go.
+struct HistorySlot {
+  bool exists = false;         ///< a row has the form's three names
+  std::int32_t nextIndex = 0;  ///< one above the highest index, 0 in an empty table
+};
+HistorySlot findHistorySlot(const HistoryTable& historyTable, std::int16_t historyCount,
+                            const HistoryForm& form);
+
+/// Reads the file over the rows from 0 on. `historyCount` becomes the number of rows read. The
+/// result has a stop if the end of the file was not reached.
+ReadResult ReadHistoryFile(const FileSystem& files, const Path& file, HistoryTable& historyTable,
+                           std::int16_t& historyCount);
+
+/// The row that a commit of the form would append, or nothing if a row has its three names already
+/// or the table is full. Throws ValueFailure if a text does not fit its field, or if there is no
+/// free index.
+std::optional<HistoryRecord> newHistoryRecord(const HistoryTable& historyTable,
+                                              std::int16_t historyCount, const HistoryForm& form);
+
+/// Writes the rows, and one more for the form if no row has its three names. Throws Failure; the
+/// file on disk is then as it was.
+void WriteHistoryFile(FileSystem& files, const Path& file, const HistoryTable& historyTable,
+                      std::int16_t historyCount, const HistoryForm& form);
+
+/// First live row with this pair of names, or null. Valid until the table changes.
+const HistoryRecord* findHistory(const HistoryTable& historyTable, std::int16_t historyCount,
+                                 std::string_view expName, std::string_view prpName);
+
+/// A live row has this pair of names.
+bool PrpIsInHistoryTable(const HistoryTable& historyTable, std::int16_t historyCount,
+                         std::string_view expName, std::string_view prpName);
+
+}  // namespace kova

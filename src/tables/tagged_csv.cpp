@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+#include "tables/tagged_csv.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+constexpr std::string_view commentSigns = ";%#";
+constexpr std::size_t largestColumn = std::numeric_limits<std::int16_t>::max();
+
+// All blanks and line ends lie at or below the space.
+bool isPrinted(char character) {
+  return static_cast<unsigned char>(character) > ' ';
+}
+
+bool isBlank(char character) {
+  return character == ' ' || character == '\t' || character == '\0';
+}
+
+char upperCase(char character) {
+  return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
+                                              : character;
+}
+
+bool equalsFolded(std::string_view one, std::string_view other) {
+  return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                    [](char left, char right) { return upperCase(left) == upperCase(right); });
+}
+
+// Fields are short: a plain loop finds their end sooner than a search made for long texts.
+std::size_t widthToComma(std::string_view rest) {
+  std::size_t width = 0;
+  while (width < rest.size() && rest[width] != ',') ++width;
+  return width;
+}
+
+// Only fields behind the first know quotes; a quote that nobody closes is a field of its own.
+std::size_t widthOfFollowing(std::string_view rest) {
+  if (!rest.starts_with('"')) return widthToComma(rest);
+  const auto closing = rest.find('"', 1);
+  return closing == std::string_view::npos ? 1 : closing + 1;
+}
+
+// Calls `visit` with each field of a line until it returns false. Whatever follows a field counts
+// as its separator.
+template <class Visit>
+void visitFields(std::string_view line, Visit visit) {
+  std::size_t width = widthToComma(line);
+  while (visit(line.substr(0, width)) && width < line.size()) {
+    line.remove_prefix(width + 1);
+    width = widthOfFollowing(line);
+  }
+}
+
+std::string_view strippedBothEnds(std::string_view text) {
+  const auto strip = [&](auto first, auto startsWithEnd, auto remove) {
+    while (!text.empty()) {
+      if (isBlank(first())) {
+        remove(1);
+      } else if (startsWithEnd()) {
+        remove(2);
+      } else {
+        break;
+      }
+    }
+    if (!text.empty() && first() == '\r') remove(1);
+    if (!text.empty() && first() == '\n') remove(1);
+  };
+  strip([&] { return text.front(); }, [&] { return text.starts_with("\r\n"); },
+        [&](std::size_t count) { text.remove_prefix(count); });
+  strip([&] { return text.back(); }, [&] { return text.ends_with("\r\n"); },
+        [&](std::size_t count) { text.remove_suffix(count); });
+  return text;
+}
+
+// Takes the first line off `content`.
+std::string_view takeLine(std::string_view& content) {
+  const auto end = content.find('\r');
+  if (end == std::string_view::npos) return std::exchange(content, {});
+  const auto line = content.substr(0, end);
+  content.remove_prefix(end + 1);
+  if (content.starts_with('\n')) content.remove_prefix(1);
+  return line;
+}
+
+}  // namespace
+
+std::int16_t getCsvColumn(std::string_view line, std::string_view tag) {
+  std::size_t column = 0;
+  bool found = false;
+  visitFields(line, [&](std::string_view field) {
+    found = field.empty() || equalsFolded(stripBlanks(field), tag);
+    if (!found) ++column;
+    return !found && column <= largestColumn;
+  });
+  return found ? static_cast<std::int16_t>(column) : std::int16_t{-1};
+}
+
+std::string_view getCsvField(std::string_view line, std::int16_t column) {
+  std::string_view result;
+  int index = 0;
+  if (column < 0) return result;
+  visitFields(line, [&](std::string_view field) {
+    if (index == column) result = stripBlanks(field);
+    return index++ < column;
+  });
+  return result;
+}
+
+std::string_view stripBlanks(std::string_view text) {
+  const bool bare = !text.empty() && isPrinted(text.front()) && isPrinted(text.back());
+  return bare ? text : strippedBothEnds(text);
+}
+
+void CsvFields::split(std::string_view line) {
+  fields_.clear();
+  visitFields(line, [&](std::string_view field) {
+    fields_.push_back(field);
+    return fields_.size() <= largestColumn;
+  });
+}
+
+std::string_view CsvFields::operator[](std::int16_t column) const {
+  const auto index = static_cast<std::size_t>(column);
+  return column < 0 || index >= fields_.size() ? std::string_view() : stripBlanks(fields_[index]);
+}
+
+std::optional<ReadStop> readTable(const FileSystem& files, const Path& file,
+                                  const std::function<void(std::string_view)>& header,
+                                  const std::function<void(const CsvFields&)>& row) {
+  std::size_t line = 0;
+  try {
+    const std::string content = files.read(file);
+    line = 1;
+    if (content.empty()) throw Failure("the file is empty");
+    CsvFields fields;
+    bool headerSeen = false;
+    for (std::string_view rest = content; !rest.empty(); ++line) {
+      const auto text = takeLine(rest);
+      if (!text.empty() && commentSigns.find(text.front()) != std::string_view::npos) continue;
+      if (headerSeen) {
+        fields.split(text);
+        row(fields);
+      } else {
+        header(text);
+        headerSeen = true;
+      }
+    }
+  } catch (const Failure& failure) {
+    return ReadStop{line, failure.what()};
+  }
+  return std::nullopt;
+}
+
+std::string csvLine(std::span<const std::string> fields) {
+  std::string line;
+  for (const auto& field : fields) {
+    if (&field != fields.data()) line += ',';
+    line += field;
+  }
+  return line += "\r\n";
+}
+
+}  // namespace kova

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+// Access to tagged CSV tables: comment lines, a header line that names the columns, data lines.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/file_system.h"
+
+namespace kova {
+
+/// Rows of each table in memory.
+inline constexpr std::int16_t tableRows = 1001;
+
+/// Position of the column that the header line names `tag`, case and blanks around it ignored. The
+/// first empty column answers to every tag. -1 if there is none.
+std::int16_t getCsvColumn(std::string_view line, std::string_view tag);
+
+/// Field of a data line without the blanks around it; empty if the line has no such column. A
+/// comma between quotes does not separate, from the second field on; the quotes stay. The result
+/// is a part of `line`.
+std::string_view getCsvField(std::string_view line, std::int16_t column);
+
+/// `text` without the blanks (space, tab, NUL) and line ends at both of its ends.
+std::string_view stripBlanks(std::string_view text);
+
+/// The fields of one data line, found in one pass. Refers to the line.
+class CsvFields {
+ public:
+  void split(std::string_view line);
+  /// As getCsvField of the line.
+  std::string_view operator[](std::int16_t column) const;
+
+ private:
+  std::vector<std::string_view> fields_;
+};
+
+/// Where and why a reader stopped ahead of the end of a file.
+struct ReadStop {
+  std::size_t line = 0;  ///< 1-based, comment lines counted; 0: the file could not be opened
+  std::string reason;
+};
+
+/// What a reader has done.
+struct ReadResult {
+  std::int16_t rows = 0;  ///< rows accepted
+  std::optional<ReadStop> stop;
+};
+
+/// The reading loop that all tables share. `header` gets the header line once, `row` each data line
+/// behind it; whatever fails in between ends the reading and is told in the result, not thrown.
+std::optional<ReadStop> readTable(const FileSystem& files, const Path& file,
+                                  const std::function<void(std::string_view)>& header,
+                                  const std::function<void(const CsvFields&)>& row);
+
+/// One line of a table with its line end, the fields joined by commas as they are.
+std::string csvLine(std::span<const std::string> fields);
+
+}  // namespace kova

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "platform/posix.h"
+#include "support/temporary_folder.h"
+#include "tables/alarm_table.h"
+#include "tables/export_table.h"
+#include "tables/history_table.h"
+#include "tables/value_failure.h"
+
+namespace kova::test {
+
+const std::string historyHeader =
+    "Index,Export Name,Local Name,Property,Device,Data Length,Format,Heartbeat,Polling Rate,"
+    "Archive Rate,Tolerance,Short Depth,Long Depth\r\n";
+const std::string historyRow =
+    " 1,MYSRV,MYSRV,VOLTAGE,#0, 10,FLOAT.CHANNEL, 18000, 1000, 10,10%, 600, 1\r\n";
+const std::string alarmHeader =
+    "LocalName,DeviceName,property,size,Format,severity,alarmSystem,HIGH,LOW,HIGHWARN,LOWWARN,"
+    "MASK,NORMAL\r\n";
+const std::string alarmRow = "MYSRV,#0,VOLTAGE, 1,FLOAT, 10, 0, 40.5,-3, 0, .25,0,0\r\n";
+const HistoryForm form{"MYSRV", "MYSRVLONG", "RAMP", "#1", "2", "LONG", "short",
+                       "5",     "6",         "7",    "1",  "8", "9"};
+
+std::string repeated(const std::string& line, int count) {
+  std::string lines;
+  while (count-- > 0) lines += line;
+  return lines;
+}
+
+std::optional<FormValue> failing(const std::function<void()>& act) {
+  try {
+    act();
+    return std::nullopt;
+  } catch (const ValueFailure& failure) {
+    return failure.value();
+  }
+}
+
+class TableFiles : public ::testing::Test {
+ protected:
+  ReadResult readHistory(const std::string& content) {
+    folder.write("t.csv", content);
+    return ReadHistoryFile(*files, file, history, historyCount);
+  }
+  ReadResult readAlarms(const std::string& content) {
+    folder.write("t.csv", content);
+    return ReadAlarmWatchFile(*files, file, alarms, alarmCount);
+  }
+
+  TemporaryFolder folder;
+  CodePage page = CodePage::windows1252();
+  std::unique_ptr<FileSystem> files = posixFileSystem(page);
+  Path file{folder.path("t.csv")};
+  HistoryTable history{static_cast<std::size_t>(tableRows)};
+  AlarmTable alarms{static_cast<std::size_t>(tableRows)};
+  std::int16_t historyCount = 0;
+  std::int16_t alarmCount = 0;
+};
+
+TEST_F(TableFiles, ExportRowsComeBackByteForByte) {
+  const std::string header =
+      "EXPORT_NAME,LOCAL_NAME,PROPERTY,PROPERTY_SIZE,FORMAT,PROPERTY_INSIZE,INFORMAT,PROPERTY_ID,"
+      "ACCESS,NUM_MODULES,DESCRIPTION,NUM_STEPS\r\n";
+  const std::string row = "MYSRV,MYSRV,RAMP.START,1,short,1,long, 1,READ|WRITE,1,[0:3 ]Ramp,3\r\n";
+  folder.write("t.csv", header + row);
+  std::string written = exportHeaderLine();
+  const auto take = [&](PropertyRecord&& record) { written += exportDataLine(record, 0); };
+  EXPECT_EQ(readExportTable(*files, file, take).rows, 1);
+  EXPECT_EQ(written, header + row);
+  folder.write("t.csv", header + repeated(row, 1002));
+  const auto result = readExportTable(*files, file, take);
+  EXPECT_EQ(result.rows, 1001);
+  EXPECT_EQ(result.stop.value().line, 1003U);
+}
+
+TEST_F(TableFiles, HistoryRowsComeBackAndTheFormIsAdded) {
+  EXPECT_FALSE(readHistory(historyHeader + historyRow).stop);
+  WriteHistoryFile(*files, file, history, historyCount, form);
+  const std::string added = ",MYSRV,MYSRVL,RAMP,#1, 2,short, 5, 6, 7,1, 8, 9\r\n";
+  EXPECT_EQ(folder.read("t.csv"), historyHeader + historyRow + " 2" + added);
+  WriteHistoryFile(*files, file, history, 0, form);
+  HistoryForm wrong = form;
+  wrong.archiveRate.clear();
+  EXPECT_THROW(WriteHistoryFile(*files, file, history, 0, wrong), Failure);
+  EXPECT_EQ(folder.read("t.csv"), historyHeader + " 0" + added);
+  readHistory("long depth,PROPERTY,index\r12,P,7\r\r");
+  EXPECT_EQ(historyCount, 2);
+  EXPECT_EQ(history[0].longDepth, 12);
+  EXPECT_EQ(newHistoryRecord(history, 2, form)->index, 8);
+  EXPECT_EQ(newHistoryRecord(history, 0, form)->index, 1);
+  wrong.heartbeat = "2147483648";
+  EXPECT_EQ(failing([&] { newHistoryRecord(history, 0, wrong); }), FormValue::heartbeat);
+}
+
+TEST_F(TableFiles, HistoryLimits) {
+  EXPECT_EQ(readHistory(historyHeader + repeated(historyRow, 1002)).stop.value().line, 1003U);
+  EXPECT_EQ(historyCount, 1001);
+  EXPECT_FALSE(newHistoryRecord(history, 1000, form));
+  EXPECT_EQ(readHistory("INDEX,HEARTBEAT\r1,x\r2,3e9\r").stop.value().line, 3U);
+  EXPECT_EQ(historyCount, 1);
+  readHistory("INDEX\r32767");
+  EXPECT_EQ(failing([&] { newHistoryRecord(history, 1, form); }), FormValue::historyIndex);
+  EXPECT_THROW(WriteHistoryFile(*files, file, history, 1, form), Failure);
+  readHistory("EXPORT NAME,LOCAL NAME,PROPERTY\rMYSRV,MYSRVL,RAMP");
+  EXPECT_TRUE(newHistoryRecord(history, 1, form)) << "the local name is compared whole";
+  HistoryForm same = form;
+  same.localName = "MYSRVL";
+  EXPECT_FALSE(newHistoryRecord(history, 1, same));
+}
+
+TEST_F(TableFiles, AlarmRows) {
+  EXPECT_FALSE(readAlarms(alarmHeader + alarmRow + "\r\n,#0,P\r\nL\r\n").stop);
+  EXPECT_EQ(alarmCount, 1);
+  WriteAlarmWatchFile(*files, file, alarms, alarmCount);
+  WriteAlarmWatchFile(*files, file, alarms, 0);
+  EXPECT_EQ(folder.read("t.csv"), alarmHeader + alarmRow);
+  readAlarms("LOCAL_NAME,DEVICE,PROPERTY,SIZE,FORMAT,SEVERITY,ALARMSYSTEM\rL,D,P,2,F,3,4");
+  EXPECT_EQ(alarms[0].device, "D");
+  EXPECT_EQ(alarms[0].high, 40.5F) << "a column that is missing leaves what the row held";
+  EXPECT_EQ(readAlarms("LOCALNAME,PROPERTY,SEVERITY\rL,P,1\rL,P,40000\rL,P,1").stop->line, 3U);
+  EXPECT_EQ(alarmCount, 1);
+  EXPECT_FALSE(readAlarms(alarmHeader + repeated(alarmRow, 1001) + "\r\n").stop);
+  EXPECT_TRUE(readAlarms(alarmHeader + repeated(alarmRow, 1002)).stop);
+  EXPECT_EQ(alarmCount, 1001);
+  AlarmForm typed{"MYSRVLONG", "P", "D", "2", "F", "x", "3", "4", "1e2", "", "", "", "", ""};
+  EXPECT_EQ(newAlarmRecord(999, typed)->high, 100);
+  EXPECT_FALSE(newAlarmRecord(1000, typed));
+  typed.severity = "3 of 4";
+  EXPECT_EQ(failing([&] { newAlarmRecord(0, typed); }), FormValue::severity);
+  typed.highWarn = "1e39";
+  EXPECT_EQ(failing([&] { newAlarmRecord(0, typed); }), FormValue::highWarn);
+}
+
+}  // namespace kova::test

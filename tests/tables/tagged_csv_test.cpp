@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "tables/tagged_csv.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/posix.h"
+#include "support/temporary_folder.h"
+
+namespace kova::test {
+
+using Texts = std::vector<std::string>;
+
+TEST(TaggedCsv, Columns) {
+  const auto expectColumn = [](const std::string& header, const std::string& tag, int column) {
+    EXPECT_EQ(getCsvColumn(header, tag), column) << header << " / " << tag;
+  };
+  expectColumn("Index, export name ,LOCAL NAME", "EXPORT NAME", 1);
+  expectColumn("A,B", "C", -1);
+  expectColumn(",A,B", "B", 0);
+  expectColumn("A,,B", "B", 1);
+  expectColumn("A,B,", "C", 2);
+  expectColumn("", "A", 0);
+  expectColumn(" ,a", "A", 1);
+  expectColumn("A,\"B\",C", "B", -1);
+  expectColumn("A,\"B,C\",D", "D", 2);
+  expectColumn("A,\"B,C", "C", 2);
+  std::string wide;
+  for (int count = 0; count < 32767; ++count) wide += "x,";
+  EXPECT_EQ(getCsvColumn(wide + "A", "A"), 32767);
+  EXPECT_EQ(getCsvColumn("x," + wide + "A", "A"), -1);
+}
+
+TEST(TaggedCsv, FieldsOneByOneAndInOnePass) {
+  const auto expectFields = [](const std::string& line, const Texts& fields) {
+    CsvFields split;
+    split.split(line);
+    for (std::int16_t column = -1; column < 7; ++column) {
+      const auto index = static_cast<std::size_t>(column);
+      const std::string expected = index < fields.size() ? fields[index] : "";
+      EXPECT_EQ(getCsvField(line, column), expected) << line << " / " << column;
+      EXPECT_EQ(split[column], expected) << line << " / " << column;
+    }
+  };
+  expectFields("a, b\t,c,", {"a", "b", "c"});
+  expectFields("a,\"b,c\",d", {"a", "\"b,c\"", "d"});
+  expectFields("\"a,b\",c", {"\"a", "b\"", "c"});
+  expectFields("a,\"b,c", {"a", "\"", "", "c"});
+  expectFields("a,\"b\"x,c", {"a", "\"b\"", "", "c"});
+  expectFields("a,\"\"\"b\",c", {"a", "\"\"", "b\"", "c"});
+  expectFields("a, \"b,c\",\"", {"a", "\"b", "c\"", "\""});
+}
+
+TEST(TaggedCsv, Blanks) {
+  const std::initializer_list<std::pair<std::string, std::string>> cases{
+      {"   ", ""},
+      {"\r\n  x\t\r\n", "x"},
+      {"\r x", " x"},
+      {"x\n\n", "x\n"},
+      {"x\n\r", "x"},
+      {"\r\r\nx", "\r\nx"},
+      {"\r\nx y", "x y"},
+      {"x\r \r", "x\r "},
+      {"\r\n", ""},
+      {"x\n\r", "x"},
+      {std::string("\0x", 2), "x"}};
+  for (const auto& [text, stripped] : cases) EXPECT_EQ(stripBlanks(text), stripped) << text;
+}
+
+TEST(TaggedCsv, LinesAndStops) {
+  const TemporaryFolder folder;
+  const CodePage page = CodePage::windows1252();
+  const auto files = posixFileSystem(page);
+  const auto expectLines = [&](const std::string& content, const std::string& lines,
+                               std::size_t stopLine) {
+    folder.write("t.csv", content);
+    std::string seen;
+    const auto row = [&](const CsvFields& fields) {
+      if (fields[0] == "bad") throw Failure("bad");
+      seen.append("[").append(fields[0]).append("]");
+    };
+    const auto header = [&](std::string_view line) { seen.append(line).append(":"); };
+    const auto stop = readTable(*files, {folder.path("t.csv")}, header, row);
+    EXPECT_EQ(seen, lines) << content;
+    EXPECT_EQ(stop ? stop->line : 0, stopLine) << content;
+  };
+  expectLines("", "", 1);
+  expectLines("\r\n", ":", 0);
+  expectLines("h\r\na\rb\r\n\r\nc", "h:[a][b][][c]", 0);
+  expectLines("h\na\nb", "h\na\nb:", 0);
+  expectLines("h\r\r\n", "h:[]", 0);
+  expectLines(";c\r%c\r#c\r ;h\r#d\r;", " ;h:", 0);
+  expectLines("h\rbad\rx", "h:", 2);
+}
+
+}  // namespace kova::test
