@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "core/start_up.h"
+
+#include "core/data_formats.h"
+#include "core/status.h"
+
+namespace kova {
+namespace {
+
+std::array<ProcessTemplate, 5> processTemplateRows() {
+  return {{{".START", "Start ", 1, 1, "short", "short", "READ|WRITE"},
+           {".STOP", "Stop ", 0, 0, "NULL", "NULL", "WRITE"},
+           {".PAUSE", "Pause ", 0, 0, "NULL", "NULL", "WRITE"},
+           {".RESUME", "Resume ", 0, 0, "NULL", "NULL", "WRITE"},
+           {".STATUS", "Status of ", 0, 1, "NULL", "short", "READ"}}};
+}
+
+std::array<std::string, 3> guidePromptTexts() {
+  return {
+      "Please Enter the Export Name under which you would like your device server to be known: ",
+      "Please Enter the Local name for your device server process (or accept the suggestion): ",
+      "Please Enter the number of device modules your device server will serve : "};
+}
+
+std::string homeDrive(const Environment& environment) {
+  const std::string drive = environment.variable("HOMEDRIVE");
+  return drive.empty() ? environment.homeFolder() : drive;
+}
+
+void setDefaultTexts(Form1& form) {
+  form.NumDevices.setText("1");
+  form.MaxValue.setText("100");
+  form.MinValue.setText("0");
+  form.Units.setText("none");
+  form.InputDataFormat.setText("NULL");
+  form.InputDataSize.setText("0");
+  form.OutputDataSize.setText("1");
+}
+
+}  // namespace
+
+void Form_Load(Wizard& wizard) {
+  WizardState& state = wizard.state;
+  Form1& form = wizard.form;
+  fillCombos(wizard);
+  state.homeDrive = homeDrive(wizard.platform.environment);
+  form.ProjectDir.setText(state.homeDrive + pathSeparator);
+  state.processTemplates = processTemplateRows();
+  state.exportsFileName = "exports.csv";
+  setDefaultTexts(form);
+  state.deviceNames.assign(1, std::string());
+  state.guideControls = {&form.ExportName, &form.LocalName, &form.NumDevices};
+  state.guidePrompts = guidePromptTexts();
+  if (wizard.statusLine.caption().empty()) {
+    report(wizard, "Type an export name to define its server or to open its project.");
+  }
+}
+
+}  // namespace kova

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#include "core/wizard.h"
+
+#include <utility>
+
+namespace kova {
+
+Wizard::Wizard(const Platform& machine, MessageBox show)
+    : platform(machine), messageBox(std::move(show)), windows{&form.window} {}
+
+void tell(const Wizard& wizard, const std::string& text) {
+  wizard.messageBox({.text = text});
+}
+
+std::string significantLocalName(const Wizard& wizard) {
+  return wizard.form.LocalName.text().substr(0, localNameLength);
+}
+
+PropertyRecord& selectedRow(Wizard& wizard) {
+  return exportRow(wizard, wizard.form.PropertyList.selectedIndex());
+}
+
+PropertyRecord& exportRow(Wizard& wizard, std::int32_t index) {
+  if (index < 0 || index >= tableRows) throw Failure("the property table has no such row");
+  return wizard.state.exportTable[static_cast<std::size_t>(index)];
+}
+
+std::int16_t findPropertyIndex(const Wizard& wizard, const std::string& expName,
+                               const std::string& prpName) {
+  return findPropertyIndex(wizard.state.exportTable, wizard.state.exportCount, expName, prpName);
+}
+
+}  // namespace kova

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+// The wizard as its handlers see it.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "controls/controls.h"
+#include "core/main_window.h"
+#include "core/wizard_state.h"
+#include "platform/platform.h"
+
+namespace kova {
+
+/// All that a handler works on.
+struct Wizard {
+  Wizard(const Platform& machine, MessageBox show);
+
+  Form1 form;
+  WizardState state;
+  Platform platform;
+  MessageBox messageBox;
+
+  /// One sentence under the form: what just happened and what is not yet on disk.
+  Label statusLine;
+  /// Told how many files a long act has done so far; empty where nobody watches.
+  std::function<void(std::size_t)> progress;
+
+  /// All windows of the program in the order in which they are loaded.
+  std::vector<Window*> windows;
+  /// Lets waiting events have their turn, and ends the process once the running handler is through.
+  Handler giveEventsTheirTurn;
+  Handler endProcess;
+};
+
+/// Shows a statement with an OK button and no title of its own.
+void tell(const Wizard& wizard, const std::string& text);
+
+/// The first 6 characters of the text of LocalName: as much of it as counts.
+std::string significantLocalName(const Wizard& wizard);
+
+/// Row of the selected line of the property list. Throws Failure if no line is selected or if the
+/// line has no row. Valid until the next assignment to a control.
+PropertyRecord& selectedRow(Wizard& wizard);
+
+/// A row of the export table. Throws Failure beyond the last index. Valid until the next assignment
+/// to a control.
+PropertyRecord& exportRow(Wizard& wizard, std::int32_t index);
+
+/// findPropertyIndex of the wizard's table.
+std::int16_t findPropertyIndex(const Wizard& wizard, const std::string& expName,
+                               const std::string& prpName);
+
+}  // namespace kova

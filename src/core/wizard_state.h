@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// The wizard's state: the one set of variables that every handler reads and writes.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "controls/controls.h"
+#include "tables/alarm_table.h"
+#include "tables/backup.h"
+#include "tables/export_table.h"
+#include "tables/history_table.h"
+
+namespace kova {
+
+/// One sub-property of a process property.
+struct ProcessTemplate {
+  std::string suffix;             ///< behind the property's name
+  std::string descriptionPrefix;  ///< ahead of its description
+  std::int16_t inputSize = 0;
+  std::int16_t outputSize = 0;
+  std::string inputFormat;
+  std::string outputFormat;
+  std::string access;
+};
+
+/// Of a local name this many characters count.
+inline constexpr std::size_t localNameLength = 6;
+
+/// Lives as long as the main window. What lasts beyond is in the project's tables.
+struct WizardState {
+  /// The properties; rows 0 to `exportCount` - 1 are live. The slot at `exportCount` may hold the
+  /// device list of a property that is not committed yet; all others are empty.
+  ExportTable exportTable = ExportTable(static_cast<std::size_t>(tableRows));
+  std::int16_t exportCount = 0;
+  HistoryTable historyTable = HistoryTable(static_cast<std::size_t>(tableRows));
+  std::int16_t historyCount = 0;
+  AlarmTable alarmTable = AlarmTable(static_cast<std::size_t>(tableRows));
+  std::int16_t alarmCount = 0;
+  DeviceNames deviceNames;  ///< of the server as a whole, one a device module
+
+  std::array<std::string, 101> formatNames;  ///< table names by list index, 0 to 34
+  std::array<ProcessTemplate, 5> processTemplates;
+
+  std::string projectPath;  ///< project directory in use, without a trailing separator
+  std::string exportsFileName;
+  std::string homeDrive;
+
+  bool projectDirEdited = false;    ///< the export name no longer drives the directory
+  bool localNameEdited = false;     ///< the export name no longer drives the local name
+  bool historyInUse = false;        ///< the history table is to be written
+  bool deviceNamesDefined = false;  ///< the server's device names are to be written
+  std::string localNameSuggestion;  ///< the local name that was derived last
+
+  std::vector<TextField*> guideControls;  ///< fields that the guided dialog walks
+  std::array<std::string, 3> guidePrompts;
+
+  std::unique_ptr<OutputFile> exportStream;  ///< the export table while it is being written
+  bool quitInProgress = false;
+
+  std::vector<std::string> directoriesBeingEntered;  ///< nested project entries, outermost first
+  FolderStamps stampsAtEntry;    ///< files of the project as they were backed up
+  std::int32_t removedRows = 0;  ///< rows that stand on disk and were removed here
+};
+
+}  // namespace kova
