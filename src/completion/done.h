@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// The Done button: writes all tables, copies them into the repository, starts the generators.
+#pragma once
+
+#include <string>
+
+#include "core/wizard.h"
+
+namespace kova {
+
+void Command1_Click(Wizard& wizard);
+
+/// Copies a file into a directory whose text ends in a separator, and makes the directory's last
+/// level. Does nothing if there is no `source`; shows a message if it can't be copied.
+void copyCsvFile(const Wizard& wizard, const std::string& source, const std::string& dest);
+
+}  // namespace kova

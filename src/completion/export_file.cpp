@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "completion/export_file.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "core/status.h"
+
+namespace kova {
+namespace {
+
+/// Shallowest folder on the way to `folder` that does not exist, or nothing.
+std::optional<std::string> firstMissing(const FileSystem& files, const std::string& folder) {
+  std::optional<std::string> missing;
+  std::string path = folder;
+  while (!path.empty() && !files.folderExists(files.path(path))) {
+    missing = path;
+    const auto cut = path.rfind(pathSeparator);
+    if (cut == std::string::npos) throw Failure("there is no folder " + path + " to begin with");
+    path.resize(cut);
+  }
+  return missing;
+}
+
+/// Makes the chain of folders from the top down, one a pass.
+void makeFolders(FileSystem& files, const std::string& folder) {
+  if (folder.empty()) throw Failure("no project directory is given");
+  auto passes = std::count(folder.begin(), folder.end(), pathSeparator) + 1;
+  while (const auto missing = firstMissing(files, folder)) {
+    if (passes-- == 0) throw Failure("the folder " + *missing + " does not stay");
+    files.createFolder(files.path(*missing));
+  }
+}
+
+std::string leafOf(const Path& file) {
+  return file.native.substr(file.native.rfind(pathSeparator) + 1);
+}
+
+Path besides(const Path& file, const std::string& leaf) {
+  return {file.native.substr(0, file.native.rfind(pathSeparator) + 1) + leaf};
+}
+
+void saveForeignChange(Wizard& wizard, const std::string& fileName) {
+  FileSystem& files = wizard.platform.files;
+  const Path file = files.path(fileName);
+  const std::optional<FileStamp> present = files.stamp(file);
+  if (!present) return;
+  const std::string leaf = leafOf(file);
+  const auto known = wizard.state.stampsAtEntry.find(leaf);
+  if (known != wizard.state.stampsAtEntry.end() && known->second == *present) return;
+  const std::string backup = backupName(leaf, wizard.platform.clock.unixTime());
+  files.copy(file, besides(file, backup));
+  report(wizard,
+         "Somebody else had written this file since; its content is kept as " + backup + ".");
+}
+
+void noteOwnWriting(Wizard& wizard, const std::string& fileName) {
+  const Path file = wizard.platform.files.path(fileName);
+  if (const auto stamp = wizard.platform.files.stamp(file)) {
+    wizard.state.stampsAtEntry.insert_or_assign(leafOf(file), *stamp);
+  }
+}
+
+}  // namespace
+
+void putHeader(Wizard& wizard, const std::string& fileName) {
+  FileSystem& files = wizard.platform.files;
+  try {
+    makeFolders(files, wizard.form.ProjectDir.text());
+    wizard.state.exportStream = files.create(files.path(fileName));
+    wizard.state.exportStream->write(exportHeaderLine());
+  } catch (const Failure& failure) {
+    wizard.state.exportStream.reset();
+    tell(wizard, std::string("Could not create exports.csv file : ") + failure.what());
+  }
+}
+
+void writeExportRows(Wizard& wizard, const std::string& fileName) {
+  WizardState& state = wizard.state;
+  const std::unique_ptr<OutputFile> stream = std::move(state.exportStream);
+  std::string lines;
+  for (std::int16_t i = 0; i < state.exportCount; ++i) {
+    lines += exportDataLine(state.exportTable[static_cast<std::size_t>(i)], i);
+  }
+  stream->write(lines);
+  replaceTable(wizard, fileName, [&] { stream->close(); });
+  std::for_each(state.exportTable.begin(), state.exportTable.begin() + state.exportCount,
+                [](PropertyRecord& row) {
+                  row.onDisk = true;
+                  row.changed = false;
+                });
+  state.removedRows = 0;
+}
+
+void replaceTable(Wizard& wizard, const std::string& fileName,
+                  const std::function<void()>& writer) {
+  FileSystem& files = wizard.platform.files;
+  // A colleague's Done must not come between the look at the file and its replacement.
+  const auto lock = files.lock(files.path(wizard.state.projectPath));
+  saveForeignChange(wizard, fileName);
+  writer();
+  noteOwnWriting(wizard, fileName);
+}
+
+}  // namespace kova

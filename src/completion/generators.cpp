@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#include "completion/generators.h"
+
+#include <string>
+
+namespace kova {
+namespace {
+
+void start(const Wizard& wizard, const std::string& commandLine) {
+  try {
+    wizard.platform.programs.start(commandLine);
+  } catch (const Failure& failure) {
+    tell(wizard, "Could not start " + commandLine + " : " + failure.what());
+  }
+}
+
+}  // namespace
+
+void startGenerators(const Wizard& wizard) {
+  const std::string& project = wizard.state.projectPath;
+  if (wizard.form.vbProject.ticked()) start(wizard, "vbskelgen.exe " + project);
+  if (wizard.form.cProject.ticked()) start(wizard, "cskelgen.exe " + project + " LINUX");
+}
+
+}  // namespace kova

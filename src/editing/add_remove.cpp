@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "editing/add_remove.h"
+
+#include <algorithm>
+
+#include "core/data_formats.h"
+#include "core/status.h"
+#include "editing/commit.h"
+#include "editing/selection.h"
+#include "tables/number_text.h"
+
+namespace kova {
+namespace {
+
+constexpr const char* lineEnd = "\r\n";
+
+/// Size and format of one direction, or "none". `arrayType` is the text of an array type, if any.
+std::string dataText(const Wizard& wizard, const TextField& size, const DropDownList& format,
+                     const std::string& arrayType) {
+  if (textValue(size.text()) == 0 || format.text() == "NULL") return "none";
+  return size.text() + " " + selectedFormatName(wizard, format) + " values" + arrayType;
+}
+
+std::string arrayTypeInBrackets(const Wizard& wizard) {
+  const std::string suffix = arrayTypeSuffix(wizard);
+  return suffix.empty() ? suffix : " (" + suffix.substr(1) + ")";
+}
+
+std::string yesOrNo(const CheckBox& box) {
+  return box.ticked() ? "Yes" : "No";
+}
+
+}  // namespace
+
+std::string confirmationText(const Wizard& wizard) {
+  const Form1& form = wizard.form;
+  std::string text =
+      std::string("Adding the following Property information : ") + lineEnd + lineEnd;
+  const auto line = [&](const char* label, const std::string& value) {
+    text.append(" ").append(label).append(value).append(lineEnd);
+  };
+  line("Export Name : ", form.ExportName.text());
+  line("Local Name : ", significantLocalName(wizard));
+  line("Property Name : ", form.PropertyName.text());
+  line("Return Data  : ",
+       dataText(wizard, form.OutputDataSize, form.OutputDataFormat, arrayTypeInBrackets(wizard)));
+  line("Input Data  : ", dataText(wizard, form.InputDataSize, form.InputDataFormat, {}));
+  line("Property Access : ", form.AccessMode.text());
+  line("Maximum Value : ", form.MaxValue.text());
+  line("Minimum Value : ", form.MinValue.text());
+  line("Data Units : ", form.Units.text());
+  line("Description : ", form.PropertyDescription.text());
+  line("Keep History: ", yesOrNo(form.HistoryCheck));
+  line("Use Alarm Watch : ", yesOrNo(form.AlarmWatchCheck));
+  line("Has Device list : ", yesOrNo(form.DeviceListCheck));
+  return text;
+}
+
+void AddProperty_Click(Wizard& wizard) {
+  const Answer answer = wizard.messageBox({.text = confirmationText(wizard),
+                                           .buttons = Buttons::okCancel,
+                                           .title = "Add New Property with these characteristics ?",
+                                           .enter = Answer::ok});
+  if (answer == Answer::ok) updatePropertyList(wizard, true);
+}
+
+void EditCmd_Click(Wizard& wizard) {
+  updatePropertyList(wizard, false);
+}
+
+void RemoveProperty_Click(Wizard& wizard) {
+  WizardState& state = wizard.state;
+  const std::int32_t selected = wizard.form.PropertyList.selectedIndex();
+  if (selected == ListBox::none || selected >= state.exportCount) return;
+  const PropertyRecord removed = exportRow(wizard, selected);
+  wizard.form.PropertyList.remove(selected);
+  const auto rows = state.exportTable.begin();
+  std::move(rows + selected + 1, rows + state.exportCount, rows + selected);
+  --state.exportCount;
+  // The row that is free now, and behind it a device list that waited for a commit.
+  const auto freed = rows + state.exportCount;
+  std::fill(freed, std::min(freed + 2, state.exportTable.end()), PropertyRecord{});
+  if (removed.onDisk) ++state.removedRows;
+  report(wizard, "Property " + removed.propertyName + " removed.");
+}
+
+void PropertyList_DblClick(Wizard& wizard) {
+  fillPropertySelections(wizard);
+  RemoveProperty_Click(wizard);
+}
+
+}  // namespace kova

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include "editing/commit.h"
+
+#include <cmath>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "core/data_formats.h"
+#include "core/form_texts.h"
+#include "core/status.h"
+#include "editing/process_property.h"
+#include "editing/range_prefix.h"
+#include "tables/number_text.h"
+#include "tables/value_failure.h"
+
+namespace kova {
+namespace {
+
+/// Rows that a commit appends to the other tables, converted before anything changes.
+struct ConvertedRows {
+  std::optional<HistoryRecord> history;
+  std::optional<AlarmWatchRecord> alarm;
+};
+
+ConvertedRows convertRows(const Wizard& wizard) {
+  const WizardState& state = wizard.state;
+  ConvertedRows rows;
+  if (wizard.form.HistoryCheck.ticked()) {
+    rows.history = newHistoryRecord(state.historyTable, state.historyCount, historyForm(wizard));
+  }
+  if (wizard.form.AlarmWatchCheck.ticked()) {
+    rows.alarm = newAlarmRecord(state.alarmCount, alarmForm(wizard));
+  }
+  return rows;
+}
+
+/// What stands against any commit of the form, empty if nothing does.
+std::string refusal(const Wizard& wizard, bool appendOnly, bool isNew) {
+  const Form1& form = wizard.form;
+  if (form.ExportName.text().empty()) return "Not a valid Export Name";
+  if (form.LocalName.text().empty()) return "Not a valid Local Name";
+  if (form.PropertyName.text().empty()) return "Not a valid Property Name";
+  if (appendOnly && !isNew) return "Property " + form.PropertyName.text() + " already assigned";
+  return {};
+}
+
+/// The value is 0 when rounded to single precision.
+bool isZeroSingle(double value) {
+  return std::fabs(value) <= 0x1p-150;
+}
+
+std::string descriptionWithRange(const Form1& form) {
+  const bool noRange = isZeroSingle(textValue(form.MaxValue.text())) &&
+                       isZeroSingle(textValue(form.MinValue.text()));
+  const std::string& text = form.PropertyDescription.text();
+  if (noRange) return text;
+  return rangePrefix(form.MinValue.text(), form.MaxValue.text(), form.Units.text()) + text;
+}
+
+void fillFromForm(const Wizard& wizard, PropertyRecord& row) {
+  const Form1& form = wizard.form;
+  const std::string& outputName = selectedFormatName(wizard, form.OutputDataFormat);
+  const std::string& inputName = selectedFormatName(wizard, form.InputDataFormat);
+  row.exportName = form.ExportName.text();
+  row.localName = significantLocalName(wizard);
+  row.propertyName = form.PropertyName.text();
+  row.outputSize = outputName == "NULL" ? "0" : form.OutputDataSize.text();
+  row.outputFormat = outputName + arrayTypeSuffix(wizard);
+  row.inputSize = inputName == "NULL" ? "0" : form.InputDataSize.text();
+  row.inputFormat = inputName;
+  row.access = form.AccessMode.text();
+  row.numModules = form.NumDevices.text();
+  row.description = descriptionWithRange(form);
+  row.numSteps = "0";
+  row.changed = true;
+}
+
+void appendConverted(Wizard& wizard, PropertyRecord& row, ConvertedRows& rows) {
+  WizardState& state = wizard.state;
+  if (wizard.form.HistoryCheck.ticked()) {
+    if (rows.history) {
+      state.historyTable[static_cast<std::size_t>(state.historyCount++)] = std::move(*rows.history);
+    }
+    row.hasHistory = true;
+    state.historyInUse = true;
+  }
+  if (wizard.form.AlarmWatchCheck.ticked()) {
+    if (rows.alarm) {
+      state.alarmTable[static_cast<std::size_t>(state.alarmCount++)] = std::move(*rows.alarm);
+    }
+    row.hasAlarmWatch = true;
+  }
+}
+
+void takeDeviceList(const Wizard& wizard, PropertyRecord& row) {
+  const Form1& form = wizard.form;
+  if (!form.DeviceListCheck.ticked()) return;
+  row.hasDeviceList = UpdateDevicesFile(form.deviceNamesInputText.text(), row.devices) > 0;
+}
+
+/// A free slot holds at most the device list that waits for this commit; a list that was prepared
+/// for another name and given up must not slip into a property that has none.
+void dropForgottenList(const Wizard& wizard, PropertyRecord& slot) {
+  if (!wizard.form.DeviceListCheck.ticked()) slot = PropertyRecord{};
+}
+
+/// The number of devices shows as it would be read back; a text that is no number stays.
+void showNumDevices(Wizard& wizard, std::int16_t index) {
+  try {
+    wizard.form.NumDevices.setText(signedNumberText(exportRow(wizard, index).numModules));
+  } catch (const Failure&) {
+    return;  // the row is committed all the same
+  }
+}
+
+void commitProperty(Wizard& wizard, std::int16_t index, bool isNew) {
+  WizardState& state = wizard.state;
+  if (isNew && index >= tableRows) return tell(wizard, tableFullMessage);
+  ConvertedRows converted = convertRows(wizard);
+
+  PropertyRecord& row = exportRow(wizard, index);
+  if (isNew) dropForgottenList(wizard, row);
+  fillFromForm(wizard, row);
+  appendConverted(wizard, row, converted);
+  takeDeviceList(wizard, row);
+  const std::string name = row.propertyName;
+  const std::string line = listLine(row, wizard.form.PropertyDescription.text());
+  if (isNew) {
+    wizard.form.PropertyList.add(line);
+    // Selected before it is counted: the handlers that this sets off see the old count.
+    wizard.form.PropertyList.select(index);
+    ++state.exportCount;
+  } else {
+    wizard.form.PropertyList.replace(index, line);
+  }
+  showNumDevices(wizard, index);
+  report(wizard, "Property " + name + (isNew ? " added." : " replaced."));
+}
+
+std::string couldNotAdd(const Wizard& wizard, const ValueFailure& failure) {
+  const std::string head = "Could not add " + wizard.form.PropertyName.text() + " : ";
+  if (failure.value() == FormValue::historyIndex) {
+    return head + "the history table has no free index";
+  }
+  return head + std::string(labelOf(wizard, failure.value())) + " is not a valid number";
+}
+
+}  // namespace
+
+void updatePropertyList(Wizard& wizard, bool appendOnly) {
+  const Form1& form = wizard.form;
+  const std::int16_t index =
+      findPropertyIndex(wizard, form.ExportName.text(), form.PropertyName.text());
+  const bool isNew = index >= wizard.state.exportCount;
+  const std::string against = refusal(wizard, appendOnly, isNew);
+  if (!against.empty()) return tell(wizard, against);
+  try {
+    if (form.ProcessCheck.ticked()) {
+      commitProcessProperty(wizard, isNew);
+    } else {
+      commitProperty(wizard, index, isNew);
+    }
+  } catch (const ValueFailure& failure) {
+    tell(wizard, couldNotAdd(wizard, failure));
+  }
+}
+
+}  // namespace kova

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// From the form to the table: the one operation that makes or replaces a property.
+#pragma once
+
+#include "core/wizard.h"
+
+namespace kova {
+
+/// Checks the names and commits the form. `appendOnly`: only a new property is accepted; else an
+/// existing one is replaced. A commit that is turned away shows one message and changes nothing.
+void updatePropertyList(Wizard& wizard, bool appendOnly);
+
+/// Message of a table without room for the commit.
+inline constexpr const char* tableFullMessage = "The property table is full";
+
+}  // namespace kova

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+#include "editing/device_panel.h"
+
+#include <algorithm>
+
+#include "tables/number_text.h"
+
+namespace kova {
+namespace {
+
+constexpr std::string_view lineEnd = "\r\n";
+
+/// The first `count` names as they are shown, each with its line end.
+std::string displayText(const DeviceNames& devNames, std::size_t count) {
+  std::string text;
+  for (std::size_t k = 0; k < count; ++k) text.append(displayName(devNames, k)).append(lineEnd);
+  return text;
+}
+
+void showList(Wizard& wizard, const std::string& text) {
+  wizard.form.deviceNumberInputText.setText("0");
+  wizard.form.deviceNamesInputText.setText(text);
+}
+
+std::string serverList(const Wizard& wizard) {
+  return displayText(wizard.state.deviceNames, wizard.state.deviceNames.size());
+}
+
+/// Number of devices of a new list. Throws Failure if it can't size one.
+std::size_t newListSize(const Wizard& wizard) {
+  const std::int16_t size = toInt16(textValue(wizard.form.OutputDataSize.text()));
+  if (size < 0) throw Failure("a negative size");
+  return static_cast<std::size_t>(size);
+}
+
+void showPropertyList(Wizard& wizard, std::int16_t index) {
+  PropertyRecord& row = exportRow(wizard, index);
+  std::size_t shown = row.devices.size();
+  if (!row.hasDeviceList) {
+    shown = newListSize(wizard);
+    row.devices.assign(shown + 1, std::string());
+    row.hasDeviceList = true;
+  }
+  const std::string text = displayText(row.devices, shown);
+  wizard.form.propertyOption.select();
+  showList(wizard, text);
+}
+
+void showServerList(Wizard& wizard, std::int16_t index) {
+  // A full table has no free slot in which a list could wait.
+  if (index < tableRows) exportRow(wizard, index).hasDeviceList = false;
+  wizard.form.ServerOption.select();
+  const std::string text = serverList(wizard);
+  wizard.state.deviceNamesDefined = true;
+  showList(wizard, text);
+}
+
+}  // namespace
+
+void fillinDeviceNames(Wizard& wizard, const DeviceNames& devNames) {
+  std::string text;
+  for (const std::string& name : devNames) text.append(name).append(lineEnd);
+  wizard.form.deviceNamesInputText.setText(text);
+}
+
+std::int16_t findLineFromMultilineText(std::string_view textStr, std::size_t textLen) {
+  toInt16(static_cast<double>(textLen));
+  const std::string_view ahead = textStr.substr(0, textLen);
+  std::int16_t line = 0;
+  for (auto end = ahead.find(lineEnd); end != std::string_view::npos;
+       end = ahead.find(lineEnd, end + lineEnd.size())) {
+    ++line;
+  }
+  return line;
+}
+
+std::int16_t findSelStartAtLine(std::string_view textStr, std::int16_t textline) {
+  // An empty text has no lines at all.
+  if (textStr.empty()) return 0;
+  std::size_t start = 0;
+  for (std::int16_t line = 0; line < textline; ++line) {
+    const auto end = textStr.find(lineEnd, start);
+    if (end == std::string_view::npos) {
+      start = textStr.size() + lineEnd.size();
+      break;
+    }
+    start = end + lineEnd.size();
+  }
+  return toInt16(static_cast<double>(start));
+}
+
+void storeServerDeviceNames(Wizard& wizard) {
+  if (!wizard.form.ServerOption.selected()) return;
+  UpdateDevicesFile(wizard.form.deviceNamesInputText.text(), wizard.state.deviceNames);
+}
+
+void DeviceListCheck_Click(Wizard& wizard) {
+  const Form1& form = wizard.form;
+  const std::int16_t index =
+      findPropertyIndex(wizard, form.ExportName.text(), form.PropertyName.text());
+  try {
+    if (form.DeviceListCheck.ticked()) {
+      showPropertyList(wizard, index);
+    } else {
+      showServerList(wizard, index);
+    }
+  } catch (const Failure&) {
+    return;  // a size that can't size a list changes nothing
+  }
+}
+
+void deviceNamesInputText_Click(Wizard& wizard) {
+  Form1& form = wizard.form;
+  try {
+    const std::int16_t line = findLineFromMultilineText(form.deviceNamesInputText.text(),
+                                                        form.deviceNamesInputText.caret());
+    form.deviceNumberInputText.setText(signedNumberText(std::int32_t{line}));
+  } catch (const Failure&) {
+    return;  // a caret beyond the range of line numbers selects nothing
+  }
+  if (form.ServerOption.selected()) wizard.state.deviceNamesDefined = true;
+}
+
+void deviceNamesInputText_LostFocus(Wizard& wizard) {
+  storeServerDeviceNames(wizard);
+}
+
+void deviceNumberInputText_Change(Wizard& wizard) {
+  TextField& box = wizard.form.deviceNamesInputText;
+  try {
+    const std::int16_t line = toInt16(textValue(wizard.form.deviceNumberInputText.text()));
+    box.setCaret(static_cast<std::size_t>(findSelStartAtLine(box.text(), line)));
+  } catch (const Failure&) {
+    return;  // no such line: the caret stays
+  }
+}
+
+void NumDevices_Change(Wizard& wizard) {
+  WizardState& state = wizard.state;
+  std::int16_t devices = 0;
+  try {
+    devices = toInt16(textValue(wizard.form.NumDevices.text()));
+  } catch (const Failure&) {
+    return;  // too many to count: the arrays stay
+  }
+  if (devices < 1) return;
+  state.deviceNames.resize(static_cast<std::size_t>(devices));
+  const std::string number = std::to_string(devices);
+  std::for_each(state.exportTable.begin(), state.exportTable.begin() + state.exportCount,
+                [&](PropertyRecord& row) {
+                  row.changed = row.changed || stripBlanks(row.numModules) != number;
+                  row.numModules = number;
+                });
+}
+
+void NumDevices_LostFocus(Wizard& wizard) {
+  if (wizard.state.deviceNamesDefined) return;
+  wizard.form.ServerOption.select();
+  wizard.form.DeviceListCheck.setValue(0);
+  const std::string text = serverList(wizard);
+  wizard.state.deviceNamesDefined = true;
+  showList(wizard, text);
+}
+
+}  // namespace kova

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "editing/range_prefix.h"
+
+namespace kova {
+namespace {
+
+constexpr std::string_view noUnits = "none";
+
+}  // namespace
+
+std::string rangePrefix(std::string_view minimum, std::string_view maximum,
+                        std::string_view units) {
+  std::string prefix = "[";
+  prefix.append(minimum).append(":").append(maximum).append(" ");
+  if (units != noUnits) prefix.append(units);
+  return prefix + "]";
+}
+
+DescriptionParts takeApart(std::string_view description) {
+  DescriptionParts parts;
+  const auto open = description.find('[');
+  const auto close = description.find(']');
+  // Positions from 0, so "more than two behind" leaves at least two characters in between.
+  if (open == std::string_view::npos || close == std::string_view::npos || close <= open + 2) {
+    parts.rest = description;
+    return parts;
+  }
+  parts.hasPrefix = true;
+  // For text ahead of the bracket this takes in what stands behind the closing one: the length is
+  // counted from the head of the description, as old tables have been read ever since.
+  std::string_view inner = description.substr(open + 1, close - 1);
+  if (const auto colon = inner.find(':'); colon != std::string_view::npos) {
+    parts.minimum = inner.substr(0, colon);
+    inner.remove_prefix(colon + 1);
+  }
+  if (const auto blank = inner.find(' '); blank != std::string_view::npos) {
+    parts.maximum = inner.substr(0, blank);
+    parts.units = inner.substr(blank + 1);
+  } else {
+    parts.units = noUnits;
+  }
+  parts.rest = description.substr(close + 1);
+  return parts;
+}
+
+}  // namespace kova

@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: MIT
+#include "editing/selection.h"
+
+#include <string>
+
+#include "core/data_formats.h"
+#include "editing/alarm_panel.h"
+#include "editing/device_panel.h"
+#include "editing/history_panel.h"
+#include "editing/range_prefix.h"
+#include "tables/number_text.h"
+
+namespace kova {
+namespace {
+
+/// Fills the form step by step. A step looks its row up anew, since an assignment ahead of it may
+/// have entered another project.
+class Filling {
+ public:
+  explicit Filling(Wizard& wizard) : wizard_(wizard), form_(wizard.form) {}
+
+  void run() {
+    identity();
+    setText(form_.PropertyName, &PropertyRecord::propertyName);
+    output();
+    input();
+    step([&] { form_.AccessMode.setText(text(&PropertyRecord::access)); });
+    description();
+    devices();
+    tables();
+    checkBoxes();
+    panels();
+  }
+
+ private:
+  template <class Action>
+  void step(Action action) {
+    try {
+      action();
+    } catch (const Failure&) {
+      form_.AccessMode.setText("READ");
+    }
+  }
+
+  /// The test of an "if": where it fails, its first branch is taken.
+  template <class Condition>
+  bool test(Condition condition) {
+    bool result = true;
+    step([&] { result = condition(); });
+    return result;
+  }
+
+  PropertyRecord& row() { return selectedRow(wizard_); }
+  std::string text(std::string PropertyRecord::*field) { return row().*field; }
+  void setText(TextField& control, std::string PropertyRecord::*field) {
+    step([&] { control.setText(text(field)); });
+  }
+  void setFlag(CheckBox& box, bool PropertyRecord::*flag) {
+    step([&] { box.setValue(row().*flag ? 1 : 0); });
+  }
+
+  void identity() {
+    if (test([&] { return row().localName != significantLocalName(wizard_); })) {
+      setText(form_.ExportName, &PropertyRecord::exportName);
+      setText(form_.LocalName, &PropertyRecord::localName);
+      setText(form_.NumDevices, &PropertyRecord::numModules);
+    } else {
+      step([&] { row().numModules = form_.NumDevices.text(); });
+    }
+  }
+
+  void output() {
+    setText(form_.OutputDataSize, &PropertyRecord::outputSize);
+    step([&] { form_.OutputDataFormat.select(getFormatIndex(row().outputFormat)); });
+    if (test([&] { return strictValue(row().outputSize) > 1; })) {
+      form_.ArrayTypeCombo.setEnabled(true);
+      step([&] { form_.ArrayTypeCombo.select(getArrayTypeIndex(row().outputFormat)); });
+    } else {
+      form_.ArrayTypeCombo.setEnabled(false);
+    }
+  }
+
+  void input() {
+    setText(form_.InputDataSize, &PropertyRecord::inputSize);
+    step([&] { form_.InputDataFormat.select(getFormatIndex(row().inputFormat)); });
+  }
+
+  void description() {
+    step([&] {
+      const DescriptionParts parts = takeApart(row().description);
+      if (parts.hasPrefix) range(parts);
+      form_.PropertyDescription.setText(parts.rest);
+    });
+  }
+
+  void range(const DescriptionParts& parts) {
+    step([&] {
+      if (!parts.minimum) throw Failure("the range has no colon");
+      form_.MinValue.setText(*parts.minimum);
+    });
+    if (parts.maximum) form_.MaxValue.setText(*parts.maximum);
+    form_.Units.setText(parts.units);
+  }
+
+  void devices() {
+    if (test([&] { return !row().hasDeviceList; })) {
+      step([&] {
+        PropertyRecord& property = row();
+        const ReadResult read = ReadDevicesFile(wizard_.platform.files, wizard_.state.projectPath,
+                                                property.propertyName + "-names.csv",
+                                                form_.NumDevices.text(), property.devices);
+        if (read.rows >= 1) property.hasDeviceList = true;
+      });
+    }
+    if (test([&] { return row().hasDeviceList; })) {
+      step([&] { fillinDeviceNames(wizard_, row().devices); });
+    } else {
+      step([&] { fillinDeviceNames(wizard_, wizard_.state.deviceNames); });
+    }
+  }
+
+  void tables() {
+    const WizardState& state = wizard_.state;
+    if (test([&] {
+          return PrpIsInHistoryTable(state.historyTable, state.historyCount, row().exportName,
+                                     row().propertyName);
+        })) {
+      step([&] { row().hasHistory = true; });
+    }
+    if (test([&] {
+          return PrpIsWatchTable(state.alarmTable, state.alarmCount, row().propertyName);
+        })) {
+      step([&] { row().hasAlarmWatch = true; });
+    }
+  }
+
+  void checkBoxes() {
+    setFlag(form_.DeviceListCheck, &PropertyRecord::hasDeviceList);
+    setFlag(form_.AlarmWatchCheck, &PropertyRecord::hasAlarmWatch);
+    setFlag(form_.HistoryCheck, &PropertyRecord::hasHistory);
+  }
+
+  void panels() {
+    if (form_.AlarmWatchCheck.ticked()) {
+      step([&] { fillInAlarmSelections(wizard_, row().localName, row().propertyName); });
+    }
+    if (form_.HistoryCheck.ticked()) {
+      step([&] { fillInHistorySelections(wizard_, row().exportName, row().propertyName); });
+    }
+  }
+
+  Wizard& wizard_;
+  Form1& form_;
+};
+
+}  // namespace
+
+void fillPropertySelections(Wizard& wizard) {
+  Filling(wizard).run();
+}
+
+void PropertyList_Click(Wizard& wizard) {
+  fillPropertySelections(wizard);
+}
+
+void PropertyName_Change(Wizard& wizard) {
+  Form1& form = wizard.form;
+  const std::int16_t row =
+      findPropertyIndex(wizard, form.ExportName.text(), form.PropertyName.text());
+  if (row < wizard.state.exportCount) return;
+  form.DeviceListCheck.setValue(0);
+  form.AlarmWatchCheck.setValue(0);
+  form.HistoryCheck.setValue(0);
+}
+
+void PropertyName_Click(Wizard& wizard) {
+  wizard.form.ProcessCheck.setValue(0);
+  storeServerDeviceNames(wizard);
+}
+
+void InputDataFormat_Click(Wizard& wizard) {
+  if (wizard.form.InputDataFormat.text() == "NULL") wizard.form.InputDataSize.setText("0");
+}
+
+void OutputDataSize_Change(Wizard& wizard) {
+  wizard.form.ArrayTypeCombo.setEnabled(textValue(wizard.form.OutputDataSize.text()) > 1);
+}
+
+}  // namespace kova

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+// From the table to the form: what selecting a line shows, and what keeps the form consistent.
+#pragma once
+
+#include "core/wizard.h"
+
+namespace kova {
+
+/// Loads the row of the selected line into the form. A step that fails selects "READ" in the access
+/// list and the filling goes on.
+void fillPropertySelections(Wizard& wizard);
+
+void PropertyList_Click(Wizard& wizard);
+void PropertyName_Change(Wizard& wizard);
+void PropertyName_Click(Wizard& wizard);
+void InputDataFormat_Click(Wizard& wizard);
+void OutputDataSize_Change(Wizard& wizard);
+
+}  // namespace kova

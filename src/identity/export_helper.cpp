@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+#include "identity/export_helper.h"
+
+namespace kova {
+namespace {
+
+constexpr std::array<DesignRow<ExportHelper>, 5> design{{
+    {&ExportHelper::nextParam,
+     {"nextParam", ControlKind::commandButton, "", "Next >", 0, {2100, 1830, 945, 405}}},
+    {&ExportHelper::lastParam,
+     {"lastParam", ControlKind::commandButton, "", "< Back", 1, {1080, 1830, 945, 405}}},
+    {&ExportHelper::DoneParam,
+     {"DoneParam", ControlKind::commandButton, "", "Done", 2, {3090, 1830, 975, 405}}},
+    {&ExportHelper::ParamText,
+     {"ParamText", ControlKind::textBox, "", "", 3, {90, 1320, 3915, 405}}},
+    {&ExportHelper::helperLabel,
+     {"helperLabel", ControlKind::label, "", "", 4, {60, 150, 3945, 1125}}},
+}};
+
+constexpr std::string_view deviceServerTag = "Device Server";
+constexpr std::size_t suggestedCharacters = 3;
+constexpr std::string_view localNameEnding = "EQM";
+constexpr std::size_t behindAnyText = 1024;
+constexpr std::int16_t enterKey = 13;
+
+std::size_t current(const ExportHelper& helper) {
+  return static_cast<std::size_t>(helper.paramIndex);
+}
+
+/// Puts `text` into the box, the caret behind it, the focus into it. A window that is not on screen
+/// yet can't take the focus; the box is then empty.
+void fillBox(ExportHelper& helper, const std::string& text) {
+  try {
+    helper.ParamText.setText(text);
+    helper.ParamText.setCaret(behindAnyText);
+    if (!helper.window.visible()) throw Failure("the dialog is not on screen");
+    helper.ParamText.setFocus();
+  } catch (const Failure&) {
+    helper.ParamText.setText("");
+  }
+}
+
+void showStep(ExportHelper& helper, const std::string& text) {
+  helper.helperLabel.setCaption(helper.paramPrompts.at(current(helper)));
+  helper.lastParam.setEnabled(helper.paramIndex != 0);
+  helper.nextParam.setEnabled(helper.paramIndex != helper.paramCount - 1);
+  fillBox(helper, text);
+}
+
+/// Shows the current step with its suggestion, which is made from the text that the box holds.
+void showParam(ExportHelper& helper) {
+  showStep(helper,
+           getNextParameterSuggestion(helper.paramTag, helper.ParamText.text(), helper.paramIndex));
+}
+
+void storeBox(ExportHelper& helper) {
+  helper.paramValues.at(current(helper)) = helper.ParamText.text();
+}
+
+}  // namespace
+
+ExportHelper::ExportHelper() {
+  applyDesign(*this, exportHelperDesign());
+}
+
+const std::array<DesignRow<ExportHelper>, 5>& exportHelperDesign() {
+  return design;
+}
+
+void resetInput(ExportHelper& helper) {
+  helper.paramCount = 0;
+  helper.paramControls.clear();
+}
+
+void loadParams(ExportHelper& helper, TextField& l, const std::string& c) {
+  if (helper.paramControls.size() >= ExportHelper::maxParams) {
+    throw Failure("the dialog has no room for another step");
+  }
+  helper.paramPrompts.at(helper.paramControls.size()) = c;
+  helper.paramControls.push_back(&l);
+  ++helper.paramCount;
+}
+
+void setTag(ExportHelper& helper, const std::string& t) {
+  helper.paramTag = t;
+}
+
+void activateInput(ExportHelper& helper) {
+  helper.paramIndex = 0;
+  showParam(helper);
+}
+
+std::string getNextParameterSuggestion(std::string_view tag, std::string_view text,
+                                       std::int16_t step) {
+  if (tag != deviceServerTag) return {};
+  if (step == 1) {
+    return std::string(text.substr(0, suggestedCharacters)) + std::string(localNameEnding);
+  }
+  return step == 2 ? "1" : "";
+}
+
+void srvGuide_Click(Wizard& wizard, ExportHelper& helper) {
+  resetInput(helper);
+  for (std::size_t i = 0; i < wizard.state.guideControls.size(); ++i) {
+    loadParams(helper, *wizard.state.guideControls[i], wizard.state.guidePrompts.at(i));
+  }
+  setTag(helper, std::string(deviceServerTag));
+  helper.window.load();
+  activateInput(helper);
+  helper.window.show();
+}
+
+void Form_Load(ExportHelper& helper) {
+  helper.window.title = helper.paramTag + " Parameters";
+  helper.ParamText.setCaret(behindAnyText);
+}
+
+void nextParam_Click(ExportHelper& helper) {
+  storeBox(helper);
+  if (helper.paramIndex >= helper.paramCount - 1) return;
+  ++helper.paramIndex;
+  showParam(helper);
+}
+
+void lastParam_Click(ExportHelper& helper) {
+  if (helper.paramIndex == 0) return;
+  --helper.paramIndex;
+  showStep(helper, helper.paramValues.at(current(helper)));
+}
+
+void DoneParam_Click(ExportHelper& helper) {
+  storeBox(helper);
+  for (std::size_t i = 0; i < helper.paramControls.size(); ++i) {
+    helper.paramControls[i]->setText(helper.paramValues.at(i));
+  }
+  helper.window.unload();
+}
+
+void ParamText_KeyDown(ExportHelper& helper, std::int16_t keyCode) {
+  if (keyCode != enterKey) return;
+  if (helper.nextParam.enabled()) {
+    nextParam_Click(helper);
+  } else {
+    DoneParam_Click(helper);
+  }
+}
+
+}  // namespace kova

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+// The guided dialog: walks a list of (field, prompt) pairs, one at a time, and writes all values
+// into the fields at its end. It knows nothing of what the fields mean.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "controls/control_design.h"
+#include "core/wizard.h"
+
+namespace kova {
+
+/// The dialog's controls and its state, which outlives the closing of its window.
+struct ExportHelper {
+  /// Steps that the dialog can hold.
+  static constexpr std::size_t maxParams = 51;
+
+  ExportHelper();
+  ExportHelper(const ExportHelper&) = delete;
+  ExportHelper& operator=(const ExportHelper&) = delete;
+  ExportHelper(ExportHelper&&) = delete;
+  ExportHelper& operator=(ExportHelper&&) = delete;
+  ~ExportHelper() = default;
+
+  Window window;
+  CommandButton nextParam, lastParam, DoneParam;
+  TextField ParamText;
+  Label helperLabel;
+
+  std::vector<TextField*> paramControls;
+  std::array<std::string, maxParams> paramPrompts;
+  std::array<std::string, maxParams> paramValues;
+  std::int16_t paramCount = 0;
+  std::int16_t paramIndex = 0;
+  std::string paramTag;
+};
+
+/// The dialog's controls with their design values.
+const std::array<DesignRow<ExportHelper>, 5>& exportHelperDesign();
+
+/// Empties the list of steps; the stored values stay.
+void resetInput(ExportHelper& helper);
+/// Appends one step. Throws Failure if the list is full.
+void loadParams(ExportHelper& helper, TextField& l, const std::string& c);
+void setTag(ExportHelper& helper, const std::string& t);
+/// Goes to the first step.
+void activateInput(ExportHelper& helper);
+
+/// What the dialog suggests for a step, given the text in its box; empty if it has no suggestion.
+std::string getNextParameterSuggestion(std::string_view tag, std::string_view text,
+                                       std::int16_t step);
+
+/// Opens the dialog on the three parameters of a device server.
+void srvGuide_Click(Wizard& wizard, ExportHelper& helper);
+
+/// When the dialog's window is loaded: its title.
+void Form_Load(ExportHelper& helper);
+void nextParam_Click(ExportHelper& helper);
+void lastParam_Click(ExportHelper& helper);
+void DoneParam_Click(ExportHelper& helper);
+void ParamText_KeyDown(ExportHelper& helper, std::int16_t keyCode);
+
+}  // namespace kova

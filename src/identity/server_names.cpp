@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "identity/server_names.h"
+
+#include <algorithm>
+#include <array>
+
+namespace kova {
+namespace {
+
+// In the order of comparison: the longer code first.
+constexpr std::array<std::string_view, 8> prefixCodes = {"QVX", "GR", "KB", "M6",
+                                                         "M7",  "S6", "S7", "ZA"};
+constexpr std::string_view localNameEnding = "EQM";
+constexpr std::size_t longestDrivingName = 3;
+
+/// Index of the first row that has this local name under another export name, or the row count.
+std::int16_t findForeignRow(const Wizard& wizard, const std::string& localName) {
+  const WizardState& state = wizard.state;
+  const auto rows = state.exportTable.begin();
+  const auto row =
+      std::find_if(rows, rows + state.exportCount, [&](const PropertyRecord& property) {
+        return property.localName == localName &&
+               property.exportName != wizard.form.ExportName.text();
+      });
+  return static_cast<std::int16_t>(row - rows);
+}
+
+void deriveLocalName(Wizard& wizard) {
+  WizardState& state = wizard.state;
+  const std::string name(withoutPrefix(wizard.form.ExportName.text()));
+  if (name.empty()) {
+    state.localNameSuggestion.clear();
+  } else if (name.size() <= longestDrivingName) {
+    state.localNameSuggestion = name + std::string(localNameEnding);
+  }
+  const std::int16_t foreign = findForeignRow(wizard, state.localNameSuggestion);
+  if (foreign < state.exportCount) {
+    state.localNameSuggestion = name + "E" + std::to_string(foreign);
+  }
+  const std::string suggestion = state.localNameSuggestion;
+  wizard.form.LocalName.setText(suggestion);
+}
+
+}  // namespace
+
+std::string_view withoutPrefix(std::string_view exportName) {
+  const auto* const code =
+      std::find_if(prefixCodes.begin(), prefixCodes.end(),
+                   [&](std::string_view prefix) { return exportName.starts_with(prefix); });
+  if (code != prefixCodes.end()) exportName.remove_prefix(code->size());
+  if (exportName.starts_with('-') || exportName.starts_with('.')) exportName.remove_prefix(1);
+  return exportName;
+}
+
+void ExportName_Change(Wizard& wizard) {
+  if (!wizard.state.localNameEdited) deriveLocalName(wizard);
+  if (!wizard.state.projectDirEdited) {
+    wizard.form.ProjectDir.setText(wizard.state.homeDrive + pathSeparator +
+                                   wizard.form.ExportName.text());
+  }
+}
+
+void LocalName_Change(Wizard& wizard) {
+  const std::string& text = wizard.form.LocalName.text();
+  if (text.size() <= localNameLength) return;
+  tell(wizard, "The local equipment module name will be truncated to initial 6 characters : " +
+                   text.substr(0, localNameLength));
+}
+
+void LocalName_Click(Wizard& wizard) {
+  wizard.state.localNameEdited = true;
+}
+
+}  // namespace kova

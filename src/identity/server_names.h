@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+// The names of the server: what follows from the export name as it is typed.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "core/wizard.h"
+
+namespace kova {
+
+/// Export name without its prefix code and one "-" or "." behind it.
+std::string_view withoutPrefix(std::string_view exportName);
+
+void ExportName_Change(Wizard& wizard);
+void LocalName_Change(Wizard& wizard);
+void LocalName_Click(Wizard& wizard);
+
+}  // namespace kova
