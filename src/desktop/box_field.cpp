@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/box_field.h"
+
+#include <QKeyEvent>
+#include <QTextBlock>
+
+#include "desktop/text_seam.h"
+
+namespace kova {
+
+BoxField::BoxField(TextField& field, const CodePage& codePage, QWidget* parent)
+    : FieldWidget(field, codePage, parent) {
+  setTabChangesFocus(true);
+  setFocusPolicy(Qt::StrongFocus);
+  setLineWrapMode(QPlainTextEdit::NoWrap);
+  connect(this, &QPlainTextEdit::textChanged, this, &BoxField::takeEdit);
+  connect(this, &QPlainTextEdit::cursorPositionChanged, this, &BoxField::takeCaret);
+}
+
+void BoxField::mirror() {
+  const auto guard = mirroring();
+  const std::string& text = field().text();
+  if (differs_ || text != shown_) {
+    shown_ = text;
+    differs_ = false;
+    setPlainText(toShownLines(text, codePage()));
+    revision_ = document()->revision();
+  }
+  show(shownPosition(text, field().caret()));
+}
+
+void BoxField::show(int position) {
+  QTextCursor cursor = textCursor();
+  if (position == cursor.position()) return;
+  cursor.setPosition(position);
+  setTextCursor(cursor);
+  ensureCursorVisible();
+}
+
+void BoxField::takeEdit() {
+  if (isMirroring()) return;
+  revision_ = document()->revision();
+  const QString raw = document()->toRawText();
+  const std::size_t caret = textPosition(raw, textCursor().position());
+  shown_ = toTextLines(raw, codePage());
+  differs_ = toShownLines(shown_, codePage()) != raw;
+  // The model may bring another text into the box while it takes this one.
+  const std::string text = shown_;
+  field().edit(text, caret);
+}
+
+void BoxField::takeCaret() {
+  // The toolkit tells of the caret ahead of the edit that moved it.
+  if (isMirroring() || document()->revision() != revision_) return;
+  field().setCaret(textPosition(document()->toRawText(), textCursor().position()));
+}
+
+void BoxField::keyPressEvent(QKeyEvent* event) {
+  // A name ends with its line, whatever is held down with Enter.
+  if (event->matches(QKeySequence::InsertLineSeparator)) {
+    textCursor().insertBlock();
+  } else {
+    QPlainTextEdit::keyPressEvent(event);
+  }
+}
+
+QSize BoxField::sizeOf(int columns, int lines) const {
+  const QMargins margins = contentsMargins();
+  const int frame = 2 * frameWidth() + static_cast<int>(2 * document()->documentMargin());
+  return {columns * fontMetrics().averageCharWidth() + frame + margins.left() + margins.right(),
+          lines * fontMetrics().lineSpacing() + frame + margins.top() + margins.bottom()};
+}
+
+QSize BoxField::sizeHint() const {
+  return sizeOf(32, 7);
+}
+
+QSize BoxField::minimumSizeHint() const {
+  return sizeOf(20, 4);
+}
+
+}  // namespace kova

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// A text field of several lines on screen.
+#pragma once
+
+#include <QPlainTextEdit>
+#include <string>
+
+#include "desktop/field_widget.h"
+
+namespace kova {
+
+class BoxField : public FieldWidget<QPlainTextEdit> {
+ public:
+  BoxField(TextField& field, const CodePage& codePage, QWidget* parent);
+
+  /// Shows the model's text and caret.
+  void mirror();
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void takeEdit();
+  void takeCaret();
+  void show(int position);
+  QSize sizeOf(int columns, int lines) const;
+
+  std::string shown_;     ///< the text of the model that stands in the box
+  int revision_ = 0;      ///< of the document as the model knows it
+  bool differs_ = false;  ///< the box holds something that the model's text can't hold
+};
+
+}  // namespace kova

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/field_marks.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <utility>
+
+#include "desktop/text_seam.h"
+
+namespace kova {
+namespace {
+
+/// The background of a field with a touch of amber, so that its text stays readable on light and
+/// dark palettes alike.
+QColor markedBase() {
+  const QColor base = QApplication::palette("QLineEdit").color(QPalette::Base);
+  constexpr QColor amber(255, 160, 0);
+  constexpr int parts = 10;
+  constexpr int touch = 3;
+  const auto blend = [](int of, int with) { return (of * (parts - touch) + with * touch) / parts; };
+  return {blend(base.red(), amber.red()), blend(base.green(), amber.green()),
+          blend(base.blue(), amber.blue())};
+}
+
+}  // namespace
+
+FieldMarks::FieldMarks(const std::vector<ShownField>& fields, const CodePage& codePage,
+                       std::function<std::string(const TextField&)> warning)
+    : fields_(fields),
+      codePage_(codePage),
+      warning_(std::move(warning)),
+      marks_(fields.size()) {
+  afterAct_.setSingleShot(true);
+  connect(&afterAct_, &QTimer::timeout, this, &FieldMarks::markAll);
+}
+
+void FieldMarks::follow() {
+  if (!afterAct_.isActive()) afterAct_.start(0);
+}
+
+void FieldMarks::recolour() {
+  for (std::size_t i = 0; i < fields_.size(); ++i) mark(i, marks_[i]);
+}
+
+void FieldMarks::markAll() {
+  for (std::size_t i = 0; i < fields_.size(); ++i) {
+    const std::string warning = warning_(*fields_[i].field);
+    if (warning != marks_[i]) mark(i, warning);
+  }
+}
+
+void FieldMarks::mark(std::size_t index, const std::string& warning) {
+  marks_[index] = warning;
+  QWidget& widget = *fields_[index].widget;
+  QPalette palette;
+  QString tip = fields_[index].toolTip;
+  if (!warning.empty()) {
+    palette.setColor(QPalette::Base, markedBase());
+    if (!tip.isEmpty()) tip += u'\n';
+    tip += toShown(warning, codePage_);
+  }
+  widget.setPalette(palette);
+  widget.setToolTip(toToolTip(tip));
+  widget.setAccessibleDescription(tip);
+}
+
+}  // namespace kova

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// Marks fields whose text a commit would refuse or cut.
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "desktop/form_widgets.h"
+
+namespace kova {
+
+class FieldMarks : public QObject {
+ public:
+  /// `warning` says what is wrong with a field, empty if nothing is.
+  FieldMarks(const std::vector<ShownField>& fields, const CodePage& codePage,
+             std::function<std::string(const TextField&)> warning);
+
+  /// Has the marks follow the texts as soon as the running act is through.
+  void follow();
+  /// Gives the marks the colours of the palette in use.
+  void recolour();
+
+ private:
+  void markAll();
+  void mark(std::size_t index, const std::string& warning);
+
+  const std::vector<ShownField>& fields_;
+  const CodePage& codePage_;
+  const std::function<std::string(const TextField&)> warning_;
+  std::vector<std::string> marks_;  ///< the warning that each field shows
+  QTimer afterAct_;
+};
+
+}  // namespace kova

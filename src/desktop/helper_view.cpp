@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/helper_view.h"
+
+#include "desktop/text_seam.h"
+
+namespace kova {
+
+// Not a child of the main window: the toolkit would end the process with that one alone.
+HelperView::HelperView(ExportHelper& helper, const CodePage& codePage, QWidget& mainWindow)
+    : helper_(helper),
+      codePage_(codePage),
+      mainWindow_(mainWindow),
+      widgets_(*this, designedControls(helper, exportHelperDesign()), codePage, [] {}) {
+  setObjectName(QStringLiteral("ExportHelper"));
+  helper_.window.mirror = [this] { mirror(); };
+  helper_.window.raise = [this] {
+    raise();
+    activateWindow();
+  };
+}
+
+HelperView::~HelperView() {
+  helper_.window.mirror = {};
+  helper_.window.raise = {};
+}
+
+/// The Escape key and the window's own close control.
+void HelperView::reject() {
+  helper_.window.unload();
+}
+
+void HelperView::mirror() {
+  if (!helper_.window.visible()) {
+    done(QDialog::Rejected);
+    return;
+  }
+  setWindowTitle(toShown(helper_.window.title, codePage_));
+  if (isVisible()) return;
+  if (QWidget* first = widgets_.firstInTabOrder()) first->setFocus(Qt::OtherFocusReason);
+  adjustPosition(&mainWindow_);
+  show();
+}
+
+}  // namespace kova

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/line_field.h"
+
+#include <QKeyEvent>
+#include <algorithm>
+#include <limits>
+
+#include "desktop/text_seam.h"
+
+namespace kova {
+namespace {
+
+constexpr std::int16_t enterKey = 13;
+// The toolkit's own size is that of so many letters x.
+constexpr int toolkitCharacters = 17;
+
+}  // namespace
+
+LineField::LineField(TextField& field, const CodePage& codePage, int characters, QWidget* parent)
+    : FieldWidget(field, codePage, parent), characters_(characters) {
+  setMaxLength(std::numeric_limits<int>::max());
+  connect(this, &QLineEdit::textChanged, this, &LineField::takeEdit);
+  connect(this, &QLineEdit::cursorPositionChanged, this, &LineField::takeCaret);
+}
+
+void LineField::mirror() {
+  const auto guard = mirroring();
+  if (const QString shown = toShown(field().text(), codePage()); shown != text()) setText(shown);
+  before_ = text();
+  const int caret = static_cast<int>(field().caret());
+  if (caret != cursorPosition()) setCursorPosition(caret);
+}
+
+void LineField::takeEdit(const QString& edited) {
+  if (isMirroring()) return;
+  int position = cursorPosition();
+  const QString kept = withoutPastedLines(before_, edited, position);
+  const std::size_t caret = textPosition(kept, position);
+  field().edit(toText(kept, codePage()), caret);
+}
+
+void LineField::takeCaret() {
+  if (!isMirroring()) field().setCaret(textPosition(text(), cursorPosition()));
+}
+
+void LineField::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    event->accept();
+    field().keyDown(enterKey);
+  } else {
+    QLineEdit::keyPressEvent(event);
+  }
+}
+
+QSize LineField::sizeHint() const {
+  QSize size = QLineEdit::sizeHint();
+  const QFontMetrics metrics = fontMetrics();
+  const int frame = size.width() - toolkitCharacters * metrics.horizontalAdvance(u'x');
+  size.setWidth(frame + characters_ * std::max(metrics.horizontalAdvance(u'0'),
+                                               metrics.averageCharWidth()));
+  return size;
+}
+
+QSize LineField::minimumSizeHint() const {
+  return sizeHint();
+}
+
+}  // namespace kova

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// A text field of one line on screen.
+#pragma once
+
+#include <QLineEdit>
+
+#include "desktop/field_widget.h"
+
+namespace kova {
+
+class LineField : public FieldWidget<QLineEdit> {
+ public:
+  /// `characters` is the number of characters that it has room for.
+  LineField(TextField& field, const CodePage& codePage, int characters, QWidget* parent);
+
+  /// Shows the model's text and caret.
+  void mirror();
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void takeEdit(const QString& edited);
+  void takeCaret();
+
+  int characters_;
+  QString before_;  ///< what stood in the field ahead of an edit
+};
+
+}  // namespace kova

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/line_list.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "desktop/text_seam.h"
+
+namespace kova {
+
+LineModel::LineModel(const ListBox& list, const CodePage& codePage, QListView* view)
+    : QAbstractListModel(view), list_(list), codePage_(codePage), view_(*view) {}
+
+bool LineModel::mirror() {
+  const int rows = static_cast<int>(list_.lines().size());
+  if (rows == rows_) return false;
+  if (rows > rows_) {
+    beginInsertRows({}, rows_, rows - 1);
+    rows_ = rows;
+    endInsertRows();
+  } else {
+    beginRemoveRows({}, rows, rows_ - 1);
+    rows_ = rows;
+    endRemoveRows();
+  }
+  return true;
+}
+
+int LineModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : rows_;
+}
+
+QVariant LineModel::data(const QModelIndex& index, int role) const {
+  const auto row = static_cast<std::size_t>(index.row());
+  if (!index.isValid() || row >= list_.lines().size()) return {};
+  if (role == Qt::DisplayRole) return toShown(list_.lines()[row], codePage_);
+  if (role == Qt::ToolTipRole) return toToolTip(toShown(list_.lines()[row], codePage_));
+  if (role == Qt::SizeHintRole) return sizeOfWidest();
+  return {};
+}
+
+/// The view gives all lines the size of one; it is asked for once a layout. Adding up characters
+/// takes a fraction of the time in which the toolkit would lay out a thousand lines.
+QSize LineModel::sizeOfWidest() const {
+  const QFontMetricsF metrics(view_.font());
+  std::array<qreal, 256> widths{};  // of the characters met so far
+  const auto width = [&](char byte) {
+    qreal& known = widths.at(static_cast<unsigned char>(byte));
+    if (known == 0) known = metrics.horizontalAdvance(toShown({&byte, 1}, codePage_));
+    return known;
+  };
+  qreal widest = 0;
+  for (const std::string& line : list_.lines()) {
+    qreal sum = 0;
+    for (const char byte : line) sum += width(byte);
+    widest = std::max(widest, sum);
+  }
+  constexpr int margin = 4;
+  return {static_cast<int>(std::ceil(widest)) + 2 * margin,
+          static_cast<int>(std::ceil(metrics.height())) + margin};
+}
+
+LineList::LineList(ListBox& list, const CodePage& codePage, const QString& emptyText,
+                   QWidget* parent)
+    : QListView(parent), list_(list), lines_(list, codePage, this), emptyText_(emptyText) {
+  setModel(&lines_);
+  setUniformItemSizes(true);
+  setTextElideMode(Qt::ElideNone);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setSelectionMode(QAbstractItemView::SingleSelection);
+  setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  setFocusPolicy(Qt::StrongFocus);
+  setTabKeyNavigation(false);
+  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+    if (!mirroring_ && !inKeyPress_) takeSelection();
+  });
+}
+
+void LineList::mirror() {
+  const QScopedValueRollback<bool> guard(mirroring_, true);
+  const bool rowsChanged = lines_.mirror();
+  const int row = list_.selectedIndex();
+  if (row != shownRow()) {
+    if (row == ListBox::none) {
+      selectionModel()->clear();
+    } else {
+      setCurrentIndex(lines_.index(row));
+    }
+  } else if (!rowsChanged) {
+    scheduleDelayedItemsLayout();  // what is left is another text in a line
+  }
+  viewport()->update();
+}
+
+int LineList::shownRow() const {
+  const auto selected = selectionModel()->selectedIndexes();
+  return selected.isEmpty() ? ListBox::none : selected.first().row();
+}
+
+/// Of what the toolkit has selected by itself.
+void LineList::takeSelection() {
+  const int row = shownRow();
+  if (row != ListBox::none && row != list_.selectedIndex()) {
+    list_.select(row);
+  } else {
+    mirror();
+  }
+}
+
+void LineList::mousePressEvent(QMouseEvent* event) {
+  const QModelIndex line = indexAt(event->position().toPoint());
+  if (event->button() == Qt::LeftButton && line.isValid()) list_.select(line.row());
+}
+
+void LineList::mouseMoveEvent(QMouseEvent* /*event*/) {}
+
+void LineList::mouseReleaseEvent(QMouseEvent* /*event*/) {}
+
+void LineList::mouseDoubleClickEvent(QMouseEvent* event) {
+  const QModelIndex line = indexAt(event->position().toPoint());
+  if (event->button() != Qt::LeftButton || !line.isValid()) return;
+  // The first click may have brought another project into the list.
+  if (line.row() == list_.selectedIndex()) {
+    list_.doubleClick();
+  } else {
+    list_.select(line.row());
+  }
+}
+
+void LineList::keyPressEvent(QKeyEvent* event) {
+  const bool moves = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
+  if (moves && list_.selectedIndex() == ListBox::none && !list_.lines().empty()) {
+    list_.select(0);
+    return;
+  }
+  {
+    const QScopedValueRollback<bool> guard(inKeyPress_, true);
+    QListView::keyPressEvent(event);
+  }
+  if (shownRow() != list_.selectedIndex()) takeSelection();
+}
+
+void LineList::paintEvent(QPaintEvent* event) {
+  QListView::paintEvent(event);
+  if (!list_.lines().empty()) return;
+  QPainter painter(viewport());
+  painter.setPen(palette().color(QPalette::PlaceholderText));
+  const int margin = fontMetrics().height() / 2;
+  painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
+                   Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, emptyText_);
+}
+
+QSize LineList::sizeOf(int columns, int lines) const {
+  return {columns * fontMetrics().averageCharWidth() + 2 * frameWidth(),
+          lines * (fontMetrics().height() + 4) + 2 * frameWidth()};
+}
+
+QSize LineList::sizeHint() const {
+  return sizeOf(40, 10);
+}
+
+QSize LineList::minimumSizeHint() const {
+  return sizeOf(30, 5);
+}
+
+}  // namespace kova

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+// A list of lines on screen.
+#pragma once
+
+#include <QAbstractListModel>
+#include <QListView>
+
+#include "controls/controls.h"
+#include "platform/code_page.h"
+
+namespace kova {
+
+/// The lines as the toolkit's views ask for them, read from the model at that moment.
+class LineModel : public QAbstractListModel {
+ public:
+  LineModel(const ListBox& list, const CodePage& codePage, QListView* view);
+
+  /// Brings the number of rows up to that of the lines. False if it is the same.
+  bool mirror();
+
+  int rowCount(const QModelIndex& parent) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+
+ private:
+  QSize sizeOfWidest() const;
+
+  const ListBox& list_;
+  const CodePage& codePage_;
+  QListView& view_;
+  int rows_ = 0;
+};
+
+/// One act of the engineer, by mouse, keyboard or assistive program, is one selection.
+class LineList : public QListView {
+ public:
+  /// `emptyText` stands in the list while it has no lines.
+  LineList(ListBox& list, const CodePage& codePage, const QString& emptyText, QWidget* parent);
+
+  void mirror();
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  int shownRow() const;
+  void takeSelection();
+  QSize sizeOf(int columns, int lines) const;
+
+  ListBox& list_;
+  LineModel lines_;
+  QString emptyText_;
+  bool mirroring_ = false;
+  bool inKeyPress_ = false;
+};
+
+}  // namespace kova

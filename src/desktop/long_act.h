@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// Shows that a long act is under way. The act runs inside one event, so nothing but this is painted
+// until it ends.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QTimer>
+#include <cstddef>
+#include <functional>
+
+namespace kova {
+
+class LongAct : public QObject {
+ public:
+  /// `line` shows how far an act is; `finished` shows in it again what stood there.
+  LongAct(QLabel& line, std::function<void()> finished);
+  LongAct(const LongAct&) = delete;
+  LongAct& operator=(const LongAct&) = delete;
+  LongAct(LongAct&&) = delete;
+  LongAct& operator=(LongAct&&) = delete;
+  ~LongAct() override;
+
+  /// So many files are done by now.
+  void progress(std::size_t files);
+
+ private:
+  void end();
+
+  QLabel& line_;
+  const std::function<void()> finished_;
+  QElapsedTimer sinceStart_;
+  QTimer afterAct_;
+  bool shown_ = false;
+};
+
+}  // namespace kova

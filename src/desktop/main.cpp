@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// The program: the machine, the wizard and its window.
+#include <QApplication>
+#include <QIcon>
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+
+#include "desktop/main_view.h"
+#include "platform/posix.h"
+#include "wizard/wiring.h"
+
+namespace {
+
+/// The toolkit would abort without a word that helps.
+bool hasDisplay(int argc, char** argv) {
+  const auto namesPlatform = [](const char* argument) {
+    return std::string_view(argument).find("-platform") != std::string_view::npos;
+  };
+  return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || !qEnvironmentVariableIsEmpty("DISPLAY") ||
+         !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+         std::any_of(argv, argv + argc, namesPlatform);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const kova::CodePage codePage = kova::CodePage::ofLocale();
+  if (!hasDisplay(argc, argv)) {
+    std::fputs("kova-setup-wizard needs a display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n",
+               stderr);
+    return 1;
+  }
+  const QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("kova-setup-wizard"));
+  QApplication::setDesktopFileName(QStringLiteral("kova-setup-wizard"));
+  QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("kova-setup-wizard")));
+  const kova::Machine machine = kova::posixMachine(codePage);
+  kova::SetupWizard setup(machine.platform(), {});
+  const kova::MainView view(setup, codePage);
+  setup.start();
+  return QApplication::exec();
+}

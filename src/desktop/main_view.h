@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+// The main window on screen, with all that belongs to it: menu, status line, message boxes and the
+// guided dialog.
+#pragma once
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenu>
+#include <memory>
+#include <string_view>
+
+#include "desktop/act_filter.h"
+#include "desktop/field_marks.h"
+#include "desktop/form_widgets.h"
+#include "desktop/helper_view.h"
+#include "desktop/long_act.h"
+#include "wizard/wiring.h"
+
+namespace kova {
+
+class MainView : public QMainWindow {
+ public:
+  /// Hangs itself on the controls of `setup` and, unless it has some, gives it message boxes. Both
+  /// outlive the view.
+  MainView(SetupWizard& setup, const CodePage& codePage);
+  MainView(const MainView&) = delete;
+  MainView& operator=(const MainView&) = delete;
+  MainView(MainView&&) = delete;
+  MainView& operator=(MainView&&) = delete;
+  ~MainView() override;
+
+  /// The widget of a control of the main window.
+  QWidget* widget(std::string_view name) const { return widgets_->widget(name); }
+  /// The guided dialog.
+  HelperView& helper() const { return *helper_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void buildForm();
+  void buildMenu();
+  void attach();
+  void mirrorWindow();
+  void mirrorStatusLine();
+  void openMenuByKey();
+
+  SetupWizard& setup_;
+  const CodePage& codePage_;
+  QWidget* form_ = nullptr;
+  QLabel* statusLine_ = nullptr;
+  QMenu* guide_ = nullptr;
+  std::unique_ptr<FormWidgets> widgets_;
+  std::unique_ptr<FieldMarks> marks_;
+  std::unique_ptr<LongAct> longAct_;
+  std::unique_ptr<HelperView> helper_;
+  EndOfActs endOfActs_;
+};
+
+}  // namespace kova

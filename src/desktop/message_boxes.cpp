@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/message_boxes.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QMessageBox>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStyle>
+#include <array>
+
+#include "desktop/make_child.h"
+#include "desktop/text_seam.h"
+
+namespace kova {
+namespace {
+
+struct AnswerButton {
+  Answer answer;
+  QMessageBox::StandardButton button;
+};
+
+constexpr std::array<AnswerButton, 4> answerButtons{{
+    {Answer::ok, QMessageBox::Ok},
+    {Answer::cancel, QMessageBox::Cancel},
+    {Answer::yes, QMessageBox::Yes},
+    {Answer::no, QMessageBox::No},
+}};
+
+QMessageBox::StandardButton buttonOf(Answer answer) {
+  for (const AnswerButton& row : answerButtons) {
+    if (row.answer == answer) return row.button;
+  }
+  return QMessageBox::Ok;
+}
+
+Answer answerOf(int button, Answer otherwise) {
+  for (const AnswerButton& row : answerButtons) {
+    if (row.button == button) return row.answer;
+  }
+  return otherwise;
+}
+
+/// What the Escape key and the window's close control answer.
+Answer escapeAnswer(Buttons buttons) {
+  if (buttons == Buttons::okCancel) return Answer::cancel;
+  return buttons == Buttons::yesNo ? Answer::no : Answer::ok;
+}
+
+QMessageBox::StandardButtons buttonsOf(Buttons buttons) {
+  if (buttons == Buttons::okCancel) return QMessageBox::Ok | QMessageBox::Cancel;
+  return buttons == Buttons::yesNo ? QMessageBox::Yes | QMessageBox::No
+                                   : QMessageBox::StandardButtons(QMessageBox::Ok);
+}
+
+/// A short text must not leave the title cut: it may be what asks the question.
+void fitToTitle(QMessageBox& box) {
+  auto* layout = qobject_cast<QGridLayout*>(box.layout());
+  if (layout == nullptr) return;
+  const QFontMetrics metrics = box.fontMetrics();
+  constexpr int besideTitle = 12;  // characters: the window's own buttons, a bolder font
+  const int width =
+      metrics.horizontalAdvance(box.windowTitle()) + besideTitle * metrics.averageCharWidth();
+  layout->setColumnMinimumWidth(layout->columnCount() - 1, width);
+}
+
+/// A text that the screen has no room for scrolls.
+void fitToScreen(QMessageBox& box, const QSize& screen) {
+  auto* text = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+  auto* layout = qobject_cast<QGridLayout*>(box.layout());
+  const QSize room(screen.width() / 2, screen.height() / 2);
+  if (text == nullptr || layout == nullptr) return;
+  const QSize wanted = text->sizeHint();
+  if (wanted.boundedTo(room) == wanted) return;
+  auto* area = makeChild<QScrollArea>(box);
+  delete layout->replaceWidget(text, area);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidget(text);
+  const int bar = area->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, area);
+  area->setMinimumSize((wanted + QSize(bar, bar)).boundedTo(room));
+}
+
+class Boxes {
+ public:
+  Boxes(QWidget& window, const CodePage& codePage, const std::string& programName)
+      : window_(window), codePage_(codePage), programName_(programName) {}
+
+  Answer operator()(const Message& message) const {
+    QMessageBox box(&window_);
+    box.setWindowTitle(
+        toShownMessage(message.title.empty() ? programName_ : message.title, codePage_));
+    box.setTextFormat(Qt::PlainText);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    box.setText(toShownMessage(message.text, codePage_));
+    box.setStandardButtons(buttonsOf(message.buttons));
+    const Answer escape = escapeAnswer(message.buttons);
+    box.setDefaultButton(buttonOf(message.enter));
+    box.setEscapeButton(buttonOf(escape));
+    fitToTitle(box);
+    fitToScreen(box, window_.screen()->availableSize());
+    return answerOf(box.exec(), escape);
+  }
+
+ private:
+  QWidget& window_;
+  const CodePage& codePage_;
+  std::string programName_;
+};
+
+}  // namespace
+
+MessageBox messageBoxes(QWidget& window, const CodePage& codePage, const std::string& programName) {
+  return Boxes(window, codePage, programName);
+}
+
+}  // namespace kova
