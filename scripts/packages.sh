@@ -1,0 +1,57 @@
+# SPDX-License-Identifier: MIT
+# shellcheck shell=bash
+# Debian packages by what they are needed for. Sourced by the scripts of this project.
+
+packages_for() {
+  case $1 in
+    build) echo cmake ninja-build g++ qt6-base-dev ;;
+    wayland) echo qt6-wayland ;;
+    test) echo libgtest-dev python3 xvfb openbox dbus-daemon at-spi2-core python3-pyatspi ;;
+    clang | fuzz) echo clang ;;
+    bench) echo libbenchmark-dev python3 ;;
+    package) echo dpkg-dev file gzip ;;
+    package-check) echo appstream binutils desktop-file-utils fakeroot lintian man-db ;;
+    *) echo "packages_for: no such purpose: $1" >&2; return 1 ;;
+  esac
+}
+
+is_installed() {
+  [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
+}
+
+as_root() {
+  if ((EUID == 0)); then "$@"; else sudo "$@"; fi
+}
+
+# Installs what the given purposes lack. Does nothing, and asks for no rights, if all is there.
+need_packages() {
+  local purpose package missing=() wanted
+  for purpose in "$@"; do
+    wanted=$(packages_for "$purpose")
+    for package in $wanted; do
+      is_installed "$package" || missing+=("$package")
+    done
+  done
+  ((${#missing[@]})) || return 0
+  if ! command -v apt-get >/dev/null; then
+    echo "This system has no apt-get; make sure that it has what Debian calls: ${missing[*]}" >&2
+    return 0
+  fi
+  if ((EUID != 0)) && ! command -v sudo >/dev/null; then
+    echo "There is no sudo here; run as root: apt-get install ${missing[*]}" >&2
+    return 1
+  fi
+  echo "Installing Debian packages: ${missing[*]}"
+  local install=(env DEBIAN_FRONTEND=noninteractive apt-get install --yes --quiet --no-install-recommends "${missing[@]}")
+  if ! apt-get install --simulate "${missing[@]}" &>/dev/null; then
+    as_root apt-get update --quiet
+  fi
+  as_root "${install[@]}" || { as_root apt-get update --quiet && as_root "${install[@]}"; }
+}
+
+# Builds a preset in its own directory under build/. Only a fresh directory is configured here; the
+# build itself notices later changes.
+build_preset() {
+  [[ -f build/$1/build.ninja ]] || cmake --preset "$1"
+  cmake --build --preset "$1"
+}
