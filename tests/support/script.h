@@ -16,16 +16,18 @@ struct Script {
   std::string lines;
 };
 
-/// Carries a script out line by line; every message must have been looked at in the end.
+/// Carries a script out, act by act; every message must have been looked at in the end. Acts end
+/// at "; " or at the end of a line.
 inline void play(Engineer& engineer, const Script& script) {
   std::istringstream lines(script.lines);
-  std::string line;
-  for (int number = 0; std::getline(lines, line); ++number) {
+  for (std::string line; std::getline(lines, line);) {
     line.erase(0, line.find_first_not_of(' '));
-    if (line.empty()) continue;
-    const std::string wrong = engineer.carryOut(line);
-    ASSERT_TRUE(wrong.empty()) << script.name << ", line " << number << ": " << line << "\n"
-                               << wrong;
+    while (!line.empty()) {
+      const auto end = line.find("; ");
+      const std::string wrong = engineer.carryOut(line.substr(0, end));
+      ASSERT_TRUE(wrong.empty()) << script.name << ": " << line << '\n' << wrong;
+      line.erase(0, end == std::string::npos ? end : end + 2);
+    }
   }
   ASSERT_TRUE(engineer.messages.empty()) << script.name << ": " << engineer.messages.front();
 }

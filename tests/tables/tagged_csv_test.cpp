@@ -21,9 +21,9 @@ TEST(TaggedCsv, Columns) {
   expectColumn("A,B,", "C", 2);
   expectColumn("", "A", 0);
   expectColumn(" ,a", "A", 1);
-  expectColumn("A,\"B\",C", "B", -1);
-  expectColumn("A,\"B,C\",D", "D", 2);
-  expectColumn("A,\"B,C", "C", 2);
+  expectColumn(R"(A,"B",C)", "B", -1);
+  expectColumn(R"(A,"B,C",D)", "D", 2);
+  expectColumn(R"(A,"B,C)", "C", 2);
   std::string wide;
   for (int count = 0; count < 32767; ++count) wide += "x,";
   EXPECT_EQ(getCsvColumn(wide + "A", "A"), 32767);
@@ -42,12 +42,12 @@ TEST(TaggedCsv, FieldsOneByOneAndInOnePass) {
     }
   };
   expectFields("a, b\t,c,", {"a", "b", "c"});
-  expectFields("a,\"b,c\",d", {"a", "\"b,c\"", "d"});
-  expectFields("\"a,b\",c", {"\"a", "b\"", "c"});
-  expectFields("a,\"b,c", {"a", "\"", "", "c"});
-  expectFields("a,\"b\"x,c", {"a", "\"b\"", "", "c"});
-  expectFields("a,\"\"\"b\",c", {"a", "\"\"", "b\"", "c"});
-  expectFields("a, \"b,c\",\"", {"a", "\"b", "c\"", "\""});
+  expectFields(R"(a,"b,c",d)", {"a", R"("b,c")", "d"});
+  expectFields(R"("a,b",c)", {R"("a)", R"(b")", "c"});
+  expectFields(R"(a,"b,c)", {"a", R"(")", "", "c"});
+  expectFields(R"(a,"b"x,c)", {"a", R"("b")", "", "c"});
+  expectFields(R"(a,"""b",c)", {"a", R"("")", R"(b")", "c"});
+  expectFields(R"(a, "b,c",")", {"a", R"("b)", R"(c")", R"(")"});
 }
 
 TEST(TaggedCsv, Blanks) {
