@@ -29,14 +29,18 @@ std::optional<struct stat> stateIfNamed(const Descriptor& file, const std::strin
   return opened;
 }
 
-// False if another process holds the file. Where nothing can be locked, nobody holds it, and it
-// goes again.
-bool lock(const Descriptor& file, const std::string& name) {
+// Some network mounts have no locks at all.
+bool meansNoLocks(int error) {
+  return error == ENOLCK || error == ENOTSUP || error == ENOSYS || error == EINVAL;
+}
+
+// False if another process holds the file. Without locks only a file that this run has made itself
+// is certainly nobody else's.
+bool lock(const Descriptor& file, bool made) {
   if (uninterrupted([&] { return ::flock(file.number(), LOCK_EX | LOCK_NB); }) == 0) return true;
-  const int error = errno;
-  if (error == EWOULDBLOCK) return false;
-  ::unlink(name.c_str());
-  fail(error);
+  if (meansNoLocks(errno)) return made;
+  if (errno != EWOULDBLOCK) fail(errno);
+  return false;
 }
 
 // Some other entry stands under the name, or somebody else's file: the next name may be free.
@@ -140,12 +144,21 @@ HiddenFile::~HiddenFile() {
 
 int HiddenFile::take(int number) {
   const std::string hidden = name(number);
-  constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+  constexpr int flags = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+  const auto open = [&](int further) {
+    return uninterrupted([&] { return ::open(hidden.c_str(), flags | further, 0600); });
+  };
   for (int attempt = 0; attempt < lockAttempts; ++attempt) {
-    Descriptor file(uninterrupted([&] { return ::open(hidden.c_str(), flags, 0600); }));
+    Descriptor file(open(O_CREAT | O_EXCL));
+    const bool made = file.open();
+    if (!made && errno == EEXIST) {
+      file = Descriptor(open(0));
+      // Its former holder has renamed or removed it in between.
+      if (!file.open() && errno == ENOENT) continue;
+    }
     if (!file.open() && nameIsTaken(errno)) return errno;
     if (!file.open()) fail(errno);
-    if (!lock(file, hidden)) return EWOULDBLOCK;
+    if (!lock(file, made)) return EWOULDBLOCK;
     const auto state = stateIfNamed(file, hidden);
     // Its former holder has renamed or removed it before the lock was ours.
     if (!state) continue;
