@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// The wizard in its real window, driven by acts from standard input: "press NAME" clicks a button,
+// "ready" answers, all else is an act of the flow tests. What was said is on standard output.
+#include <QAbstractButton>
+#include <QApplication>
+#include <iostream>
+#include <memory>
+#include <regex>
+
+#include "desktop/main_view.h"
+#include "support/engineer.h"
+
+int main(int argc, char** argv) {
+  using namespace kova;
+  const bool hasWindow = argc > 2 && std::string(argv[2]) == "window";
+  std::unique_ptr<QApplication> application;
+  if (hasWindow) application = std::make_unique<QApplication>(argc, argv);
+  const CodePage page = CodePage::windows1252();
+  test::Engineer engineer(argc > 1 ? argv[1] : "/");
+  std::unique_ptr<MainView> view;
+  if (hasWindow) view = std::make_unique<MainView>(engineer.program, page);
+  engineer.start();
+  for (std::string line; std::getline(std::cin, line);) {
+    if (line == "ready") {
+      std::cout << line << std::endl;
+    } else if (hasWindow && line.starts_with("press ")) {
+      dynamic_cast<QAbstractButton&>(*view->widget(line.substr(6))).click();
+    } else if (const std::string wrong = engineer.carryOut(line); !wrong.empty()) {
+      std::cout << "wrong " << line << ": " << wrong << "\n";
+    }
+    if (hasWindow) QApplication::processEvents();
+  }
+  static const std::regex lineEnd("[\r\n]+");
+  for (const std::string& message : engineer.messages) {
+    std::cout << "said " << std::regex_replace(message, lineEnd, " ") << "\n";
+  }
+  for (const std::string& line : engineer.programs.started) std::cout << "started " << line << "\n";
+  std::cout << "status " << engineer.program.wizard.statusLine.caption() << "\n";
+  if (engineer.program.wizard.state.quitInProgress) std::cout << "ended\n";
+}
