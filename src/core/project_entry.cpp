@@ -140,15 +140,21 @@ ReadResult getExistingProject(Wizard& wizard, const Path& fileName) {
   WizardState& state = wizard.state;
   Form1& form = wizard.form;
   std::int32_t slot = state.exportCount;
+  std::string converted;
+  std::string shown;
   const ReadResult result =
       readExportTable(wizard.platform.files, fileName, [&](PropertyRecord&& read) {
         exportRow(wizard, slot);  // fails where the table is full
-        const std::string numModules = signedNumberText(read.numModules);
+        // As a rule all rows have the same number.
+        if (shown.empty() || read.numModules != converted) {
+          shown = signedNumberText(read.numModules);
+          converted = read.numModules;
+        }
         const std::string line = listLine(read, read.description);
         read.onDisk = true;
         exportRow(wizard, slot) = std::move(read);
         ++slot;
-        form.NumDevices.setText(numModules);
+        form.NumDevices.setText(shown);
         form.PropertyList.add(line);
       });
   state.exportCount = static_cast<std::int16_t>(slot);

@@ -29,9 +29,19 @@ void onPress(QAbstractButton& button, std::function<void()> act) {
   });
 }
 
+void onToggle(QAbstractButton& button, std::function<bool()> model, std::function<void()> act) {
+  QObject::connect(&button, &QAbstractButton::toggled, &button,
+                   [&button, model = std::move(model), act = std::move(act)](bool on) {
+                     // Of two options the one that takes over tells of it.
+                     if (on == model() || (button.autoExclusive() && !on)) return;
+                     if (!button.hasFocus()) button.setFocus(Qt::OtherFocusReason);
+                     act();
+                   });
+}
+
 bool EndOfActs::eventFilter(QObject* watched, QEvent* event) {
-  const bool act = event->isInputEvent() || event->type() == QEvent::Shortcut ||
-                   event->type() == QEvent::Close;
+  const bool act =
+      event->isInputEvent() || event->type() == QEvent::Shortcut || event->type() == QEvent::Close;
   return act || QObject::eventFilter(watched, event);
 }
 

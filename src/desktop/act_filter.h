@@ -20,6 +20,10 @@ class ActFilter : public QObject {
 /// then, so that the field that had it has been left before.
 void onPress(QAbstractButton& button, std::function<void()> act);
 
+/// Runs `act` when `button` shows something else than the model holds: a screen reader toggles it
+/// without a press.
+void onToggle(QAbstractButton& button, std::function<bool()> model, std::function<void()> act);
+
 /// Keeps the engineer's acts from all windows once the program has ended.
 class EndOfActs : public QObject {
  public:

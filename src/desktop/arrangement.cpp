@@ -94,15 +94,13 @@ class GridMaker {
   }
 
   int rowOf(const Drawn& control) const {
-    return lastThat(rows_, [&](const Band& row) {
-      return row.first <= control.inContainer.middle();
-    });
+    return lastThat(rows_,
+                    [&](const Band& row) { return row.first <= control.inContainer.middle(); });
   }
 
   int columnOf(const Drawn& control) const {
-    return lastThat(columns_, [&](const Band& column) {
-      return column.first <= control.inContainer.left;
-    });
+    return lastThat(columns_,
+                    [&](const Band& column) { return column.first <= control.inContainer.left; });
   }
 
   static int labelColumn(int column) { return 2 * column; }
@@ -167,9 +165,9 @@ class GridMaker {
   }
 
   void addBeside(const Drawn& label) {
-    const auto around = std::find_if(
-        grid_.cells.begin(), grid_.cells.end(),
-        [&](const Cell& cell) { return cell.control->design->name == label.field->design->container; });
+    const auto around = std::find_if(grid_.cells.begin(), grid_.cells.end(), [&](const Cell& cell) {
+      return cell.control->design->name == label.field->design->container;
+    });
     const auto same =
         std::find_if(grid_.beside.begin(), grid_.beside.end(),
                      [&](const LabelsBeside& beside) { return beside.frame == around->control; });

@@ -26,10 +26,7 @@ QColor markedBase() {
 
 FieldMarks::FieldMarks(const std::vector<ShownField>& fields, const CodePage& codePage,
                        std::function<std::string(const TextField&)> warning)
-    : fields_(fields),
-      codePage_(codePage),
-      warning_(std::move(warning)),
-      marks_(fields.size()) {
+    : fields_(fields), codePage_(codePage), warning_(std::move(warning)), marks_(fields.size()) {
   afterAct_.setSingleShot(true);
   connect(&afterAct_, &QTimer::timeout, this, &FieldMarks::markAll);
 }

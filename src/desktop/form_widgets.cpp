@@ -32,9 +32,9 @@ constexpr std::array<Naming, 2> namings{{
 }};
 
 const Naming* namingOf(const Drawn& drawn) {
-  const auto* const found =
-      std::find_if(namings.begin(), namings.end(),
-                   [&](const Naming& naming) { return naming.control == drawn.design->name; });
+  const auto* const found = std::find_if(namings.begin(), namings.end(), [&](const Naming& naming) {
+    return naming.control == drawn.design->name;
+  });
   return found == namings.end() ? nullptr : found;
 }
 
@@ -89,10 +89,7 @@ FormWidgets::FormWidgets(QWidget& window, std::vector<DesignedControl> controls,
 }
 
 FormWidgets::~FormWidgets() {
-  for (const DesignedControl& designed : controls_) {
-    std::visit([](auto* control) { control->mirror = {}; }, designed.control);
-  }
-  for (const ShownField& shown : fields_) shown.field->takeFocus = {};
+  for (Handler* handler : handlers_) *handler = nullptr;
 }
 
 void FormWidgets::make(const DesignedControl& control, const Drawn& drawn) {
@@ -106,8 +103,7 @@ void FormWidgets::make(const DesignedControl& control, const Drawn& drawn) {
   if (const Naming* naming = namingOf(drawn)) {
     made->setAccessibleName(QString::fromLatin1(naming->name));
   } else if (design.kind == ControlKind::textBox && drawn.label == nullptr) {
-    made->setAccessibleName(
-        toShown(drawing_.control(design.container).design->text, codePage_));
+    made->setAccessibleName(toShown(drawing_.control(design.container).design->text, codePage_));
   }
   made->installEventFilter(&acts_);
   widgets_.emplace(design.name, made);
@@ -120,6 +116,7 @@ void FormWidgets::mirror(Control& control, Show show) {
     show();
     changed_();
   };
+  handlers_.push_back(&control.mirror);
   show();
 }
 
@@ -133,6 +130,7 @@ QWidget* FormWidgets::makeField(TextField& field, Edit* edit) {
     if (!edit->isVisible() || !edit->isEnabled()) throw Failure("the field can't take the focus");
     edit->setFocus(Qt::OtherFocusReason);
   };
+  handlers_.push_back(&field.takeFocus);
   return edit;
 }
 
@@ -152,7 +150,9 @@ QWidget* FormWidgets::make(TextField& field, const Drawn& drawn, QWidget& parent
 QWidget* FormWidgets::make(CheckBox& box, const Drawn& drawn, QWidget& parent) {
   auto* made = makeChild<QCheckBox>(parent);
   made->setText(caption(drawn));
-  onPress(*made, [&box, made] { box.setValue(made->isChecked() ? 1 : 0); });
+  onToggle(
+      *made, [&box] { return box.ticked(); },
+      [&box, made] { box.setValue(made->isChecked() ? 1 : 0); });
   mirror(box, [&box, made] { made->setChecked(box.ticked()); });
   return made;
 }
@@ -160,7 +160,8 @@ QWidget* FormWidgets::make(CheckBox& box, const Drawn& drawn, QWidget& parent) {
 QWidget* FormWidgets::make(OptionButton& option, const Drawn& drawn, QWidget& parent) {
   auto* made = makeChild<OptionBox>(parent);
   made->setText(caption(drawn));
-  onPress(*made, [&option] { option.select(); });
+  onToggle(
+      *made, [&option] { return option.selected(); }, [&option] { option.select(); });
   mirror(option, [&option, made] { made->setChecked(option.selected()); });
   return made;
 }
@@ -177,6 +178,8 @@ QWidget* FormWidgets::make(CommandButton& button, const Drawn& drawn, QWidget& p
 QWidget* FormWidgets::make(Frame& frame, const Drawn& drawn, QWidget& parent) {
   auto* made = makeChild<FrameBox>(parent, frame);
   made->setTitle(withAccessKey(toShown(drawn.design->text, codePage_), 0));
+  made->setAccessibleName(
+      toShown(drawn.design->text, codePage_));  // else that of a frame around it
   mirror(frame, [&frame, made] { mirrorEnabled(*made, frame.enabled()); });
   return made;
 }
@@ -232,6 +235,17 @@ void FormWidgets::joinLabels() {
     }
     nameFields(*drawn, toShown(drawn->design->text, codePage_));
   }
+  // A screen reader speaks a drop-down list by the label that lies in the same frame, and by none
+  // that stands outside.
+  for (const auto& [drawn, shown] : made_) {
+    if (drawn->label == nullptr || drawn->label->design->container == drawn->design->container) {
+      continue;
+    }
+    auto* spoken = makeChild<QLabel>(*shown->parentWidget());
+    spoken->setText(toShown(drawn->label->design->text, codePage_));
+    spoken->setBuddy(shown);
+    spoken->hide();
+  }
 }
 
 void FormWidgets::setTabOrder() {
@@ -247,9 +261,8 @@ void FormWidgets::setTabOrder() {
 }
 
 QWidget* FormWidgets::firstInTabOrder() const {
-  const auto found = std::find_if(tabOrder_.begin(), tabOrder_.end(), [this](QWidget* shown) {
-    return shown->isEnabledTo(&window_);
-  });
+  const auto found = std::find_if(tabOrder_.begin(), tabOrder_.end(),
+                                  [this](QWidget* shown) { return shown->isEnabledTo(&window_); });
   return found == tabOrder_.end() ? nullptr : *found;
 }
 

@@ -71,6 +71,7 @@ class FormWidgets {
   ActFilter acts_;
   std::map<std::string_view, QWidget*> widgets_;
   std::vector<std::pair<const Drawn*, QWidget*>> made_;
+  std::vector<Handler*> handlers_;  ///< of the controls, which lead to the widgets
   std::vector<ShownField> fields_;
   std::vector<QWidget*> tabOrder_;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/helper_view.h"
 
+#include <QPushButton>
+
 #include "desktop/text_seam.h"
 
 namespace kova {
@@ -17,6 +19,11 @@ HelperView::HelperView(ExportHelper& helper, const CodePage& codePage, QWidget& 
     raise();
     activateWindow();
   };
+  helper_.nextParam.mirror = [this, mirrorNext = helper_.nextParam.mirror] {
+    mirrorNext();
+    markDefault();
+  };
+  markDefault();
 }
 
 HelperView::~HelperView() {
@@ -29,6 +36,13 @@ void HelperView::reject() {
   helper_.window.unload();
 }
 
+/// Shows what Enter does in the box.
+void HelperView::markDefault() {
+  const bool goesOn = helper_.nextParam.enabled();
+  const char* name = goesOn ? "nextParam" : "DoneParam";
+  if (auto* button = qobject_cast<QPushButton*>(widgets_.widget(name))) button->setDefault(true);
+}
+
 void HelperView::mirror() {
   if (!helper_.window.visible()) {
     done(QDialog::Rejected);
@@ -37,7 +51,8 @@ void HelperView::mirror() {
   setWindowTitle(toShown(helper_.window.title, codePage_));
   if (isVisible()) return;
   if (QWidget* first = widgets_.firstInTabOrder()) first->setFocus(Qt::OtherFocusReason);
-  adjustPosition(&mainWindow_);
+  resize(sizeHint());
+  move(mainWindow_.frameGeometry().center() - rect().center());
   show();
 }
 

@@ -22,6 +22,7 @@ class HelperView : public QDialog {
   void reject() override;
 
  private:
+  void markDefault();
   void mirror();
 
   ExportHelper& helper_;

@@ -54,8 +54,8 @@ class Layouts {
 
   std::unique_ptr<QBoxLayout> boxLayout(const Part& part) const {
     const bool stacked = part.kind == Part::Kind::stacked;
-    auto box = std::make_unique<QBoxLayout>(stacked ? QBoxLayout::TopToBottom
-                                                    : QBoxLayout::LeftToRight);
+    auto box =
+        std::make_unique<QBoxLayout>(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
     const auto grows = stacked ? &Drawn::growsTall : &Drawn::growsWide;
     for (const Part& inner : part.parts) {
       QLayout* layout = layoutOf(inner).release();
@@ -100,7 +100,8 @@ class Layouts {
       wide = wide || cell.control->growsWide;
       tall = tall || cell.control->growsTall;
     }
-    if (!wide && !onlyButtons) layout.setColumnStretch(fixedAtEnd ? grid.columns : grid.columns - 1, 1);
+    if (!wide && !onlyButtons)
+      layout.setColumnStretch(fixedAtEnd ? grid.columns : grid.columns - 1, 1);
     if (!tall) layout.setRowStretch(grid.cells.size() == 1 ? 0 : grid.rows, 1);
   }
 

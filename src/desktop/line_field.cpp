@@ -56,8 +56,8 @@ QSize LineField::sizeHint() const {
   QSize size = QLineEdit::sizeHint();
   const QFontMetrics metrics = fontMetrics();
   const int frame = size.width() - toolkitCharacters * metrics.horizontalAdvance(u'x');
-  size.setWidth(frame + characters_ * std::max(metrics.horizontalAdvance(u'0'),
-                                               metrics.averageCharWidth()));
+  size.setWidth(frame + characters_ *
+                            std::max(metrics.horizontalAdvance(u'0'), metrics.averageCharWidth()));
   return size;
 }
 

@@ -47,7 +47,7 @@ QVariant LineModel::data(const QModelIndex& index, int role) const {
 /// The view gives all lines the size of one; it is asked for once a layout. Adding up characters
 /// takes a fraction of the time in which the toolkit would lay out a thousand lines.
 QSize LineModel::sizeOfWidest() const {
-  const QFontMetricsF metrics(view_.font());
+  const QFontMetricsF metrics(view_.font(), &view_);
   std::array<qreal, 256> widths{};  // of the characters met so far
   const auto width = [&](char byte) {
     qreal& known = widths.at(static_cast<unsigned char>(byte));
@@ -76,9 +76,11 @@ LineList::LineList(ListBox& list, const CodePage& codePage, const QString& empty
   setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   setFocusPolicy(Qt::StrongFocus);
   setTabKeyNavigation(false);
-  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-    if (!mirroring_ && !inKeyPress_) takeSelection();
-  });
+  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          [this](const QItemSelection& selected) {
+            // A screen reader clears the selection ahead of making a new one.
+            if (!mirroring_ && !inKeyPress_ && !selected.isEmpty()) takeSelection();
+          });
 }
 
 void LineList::mirror() {

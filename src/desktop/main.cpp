@@ -3,8 +3,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <algorithm>
-#include <cstdio>
-#include <cstring>
+#include <iostream>
 #include <string_view>
 
 #include "desktop/main_view.h"
@@ -28,8 +27,7 @@ bool hasDisplay(int argc, char** argv) {
 int main(int argc, char** argv) {
   const kova::CodePage codePage = kova::CodePage::ofLocale();
   if (!hasDisplay(argc, argv)) {
-    std::fputs("kova-setup-wizard needs a display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n",
-               stderr);
+    std::cerr << "kova-setup-wizard needs a display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n";
     return 1;
   }
   const QApplication application(argc, argv);

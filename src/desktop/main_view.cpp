@@ -38,9 +38,9 @@ MainView::MainView(SetupWizard& setup, const CodePage& codePage)
 
 MainView::~MainView() {
   Wizard& wizard = setup_.wizard;
-  for (Handler* handler : {&wizard.form.window.mirror, &wizard.form.window.raise,
-                           &wizard.form.guide.open, &wizard.statusLine.mirror,
-                           &wizard.giveEventsTheirTurn, &wizard.endProcess}) {
+  for (Handler* handler :
+       {&wizard.form.window.mirror, &wizard.form.window.raise, &wizard.form.guide.open,
+        &wizard.statusLine.mirror, &wizard.giveEventsTheirTurn, &wizard.endProcess}) {
     *handler = {};
   }
   wizard.progress = {};
@@ -74,7 +74,12 @@ void MainView::buildForm() {
   all->setLayout(layout.release());
   setCentralWidget(all);
   connect(qApp, &QApplication::focusChanged, area, [this, area](QWidget*, QWidget* now) {
-    if (now != nullptr && form_->isAncestorOf(now)) area->ensureWidgetVisible(now);
+    if (now == nullptr || !form_->isAncestorOf(now)) return;
+    // The toolkit would show the caret of a field and not the field.
+    const QRect place(now->mapTo(form_, QPoint()), now->size());
+    constexpr int margin = 8;
+    area->ensureVisible(place.right(), place.bottom(), margin, margin);
+    area->ensureVisible(place.left(), place.top(), 0, 0);
   });
 }
 

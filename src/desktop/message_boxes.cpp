@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QStyle>
+#include <algorithm>
 #include <array>
 
 #include "desktop/make_child.h"
@@ -53,25 +54,21 @@ QMessageBox::StandardButtons buttonsOf(Buttons buttons) {
                                    : QMessageBox::StandardButtons(QMessageBox::Ok);
 }
 
-/// A short text must not leave the title cut: it may be what asks the question.
-void fitToTitle(QMessageBox& box) {
-  auto* layout = qobject_cast<QGridLayout*>(box.layout());
-  if (layout == nullptr) return;
-  const QFontMetrics metrics = box.fontMetrics();
-  constexpr int besideTitle = 12;  // characters: the window's own buttons, a bolder font
-  const int width =
-      metrics.horizontalAdvance(box.windowTitle()) + besideTitle * metrics.averageCharWidth();
-  layout->setColumnMinimumWidth(layout->columnCount() - 1, width);
-}
-
 /// A text that the screen has no room for scrolls.
 void fitToScreen(QMessageBox& box, const QSize& screen) {
   auto* text = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
   auto* layout = qobject_cast<QGridLayout*>(box.layout());
-  const QSize room(screen.width() / 2, screen.height() / 2);
+  const QSize room = screen * 3 / 4;  // the rest is for buttons and title
   if (text == nullptr || layout == nullptr) return;
+  // Window managers set titles in bold and put buttons beside them.
+  constexpr int buttonsOfTheFrame = 150;
+  const int title = text->fontMetrics().horizontalAdvance(box.windowTitle()) * 6 / 5;
+  text->setMinimumWidth(std::min(title + buttonsOfTheFrame, room.width()));
+  // What is only too wide is wrapped by the toolkit.
+  const QRect wrapped =
+      text->fontMetrics().boundingRect(QRect(QPoint(), room), Qt::TextWordWrap, text->text());
+  if (wrapped.height() <= room.height()) return;
   const QSize wanted = text->sizeHint();
-  if (wanted.boundedTo(room) == wanted) return;
   auto* area = makeChild<QScrollArea>(box);
   delete layout->replaceWidget(text, area);
   area->setFrameShape(QFrame::NoFrame);
@@ -96,7 +93,6 @@ class Boxes {
     const Answer escape = escapeAnswer(message.buttons);
     box.setDefaultButton(buttonOf(message.enter));
     box.setEscapeButton(buttonOf(escape));
-    fitToTitle(box);
     fitToScreen(box, window_.screen()->availableSize());
     return answerOf(box.exec(), escape);
   }

@@ -36,11 +36,13 @@ bool meansNoLocks(int error) {
 
 // False if another process holds the file. Without locks only a file that this run has made itself
 // is certainly nobody else's.
-bool lock(const Descriptor& file, bool made) {
+bool lock(const Descriptor& file, const std::string& name, bool made) {
   if (uninterrupted([&] { return ::flock(file.number(), LOCK_EX | LOCK_NB); }) == 0) return true;
-  if (meansNoLocks(errno)) return made;
-  if (errno != EWOULDBLOCK) fail(errno);
-  return false;
+  const int error = errno;
+  if (meansNoLocks(error)) return made;
+  if (error == EWOULDBLOCK) return false;
+  if (made) ::unlink(name.c_str());
+  fail(error);
 }
 
 // Some other entry stands under the name, or somebody else's file: the next name may be free.
@@ -158,7 +160,7 @@ int HiddenFile::take(int number) {
     }
     if (!file.open() && nameIsTaken(errno)) return errno;
     if (!file.open()) fail(errno);
-    if (!lock(file, made)) return EWOULDBLOCK;
+    if (!lock(file, hidden, made)) return EWOULDBLOCK;
     const auto state = stateIfNamed(file, hidden);
     // Its former holder has renamed or removed it before the lock was ours.
     if (!state) continue;
