@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "desktop/text_seam.h"
 
@@ -65,9 +66,11 @@ QSize LineModel::sizeOfWidest() const {
           static_cast<int>(std::ceil(metrics.height())) + margin};
 }
 
-LineList::LineList(ListBox& list, const CodePage& codePage, const QString& emptyText,
-                   QWidget* parent)
-    : QListView(parent), list_(list), lines_(list, codePage, this), emptyText_(emptyText) {
+LineList::LineList(ListBox& list, const CodePage& codePage, QString emptyText, QWidget* parent)
+    : QListView(parent),
+      list_(list),
+      lines_(list, codePage, this),
+      emptyText_(std::move(emptyText)) {
   setModel(&lines_);
   setUniformItemSizes(true);
   setTextElideMode(Qt::ElideNone);

@@ -34,7 +34,7 @@ class LineModel : public QAbstractListModel {
 class LineList : public QListView {
  public:
   /// `emptyText` stands in the list while it has no lines.
-  LineList(ListBox& list, const CodePage& codePage, const QString& emptyText, QWidget* parent);
+  LineList(ListBox& list, const CodePage& codePage, QString emptyText, QWidget* parent);
 
   void mirror();
 

@@ -9,6 +9,7 @@
 #include <QStyle>
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "desktop/make_child.h"
 #include "desktop/text_seam.h"
@@ -63,7 +64,8 @@ void fitToScreen(QMessageBox& box, const QSize& screen) {
   // Window managers set titles in bold and put buttons beside them.
   constexpr int buttonsOfTheFrame = 150;
   const int title = text->fontMetrics().horizontalAdvance(box.windowTitle()) * 6 / 5;
-  text->setMinimumWidth(std::min(title + buttonsOfTheFrame, room.width()));
+  layout->setColumnMinimumWidth(layout->columnCount() - 1,
+                                std::min(title + buttonsOfTheFrame, room.width()));
   // What is only too wide is wrapped by the toolkit.
   const QRect wrapped =
       text->fontMetrics().boundingRect(QRect(QPoint(), room), Qt::TextWordWrap, text->text());
@@ -79,8 +81,8 @@ void fitToScreen(QMessageBox& box, const QSize& screen) {
 
 class Boxes {
  public:
-  Boxes(QWidget& window, const CodePage& codePage, const std::string& programName)
-      : window_(window), codePage_(codePage), programName_(programName) {}
+  Boxes(QWidget& window, const CodePage& codePage, std::string programName)
+      : window_(window), codePage_(codePage), programName_(std::move(programName)) {}
 
   Answer operator()(const Message& message) const {
     QMessageBox box(&window_);

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QListView>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -56,6 +57,8 @@ class Desk {
     QTimer::singleShot(0, &view, [this, pressed] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       if (box == nullptr || !box->isActiveWindow()) return answer(pressed);
+      const auto* text = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+      EXPECT_GE(text->width(), text->wordWrap() ? 1 : text->sizeHint().width()) << "cut";
       message = (box->windowTitle() + QStringLiteral(": ") + box->text()).toStdString();
       key(pressed);
     });
