@@ -10,6 +10,10 @@ namespace kova::fuzz {
 void check(std::string_view bytes) {
   const std::string text(bytes);
   const DescriptionParts any = takeApart(text);
+  const auto close = text.find(']');
+  const bool twoWithin =
+      close < text.size() && close > text.find('[') && close - text.find('[') > 2;
+  require(any.hasPrefix == twoWithin, "two characters within brackets are a prefix");
   require(text.ends_with(any.rest), "the rest is what stands behind");
   require(any.hasPrefix == (any.rest.size() < text.size()), "only a prefix is taken off");
   require(any.hasPrefix || (!any.minimum && !any.maximum && any.units.empty()),
