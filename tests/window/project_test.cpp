@@ -113,6 +113,7 @@ TEST(ProjectInTheWindow, OfSixPropertiesComesBackAsItWasDefined) {
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
+  qputenv("QT_QPA_PLATFORM", "offscreen");
   const QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   return RUN_ALL_TESTS();
