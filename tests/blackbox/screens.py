@@ -33,6 +33,8 @@ def sheet(folder, window, scale, palette):
 
 
 def main(probe, folder=None):
+    if folder:
+        os.makedirs(folder, exist_ok=True)
     combinations = list(itertools.product(SCALES, POINTS, PALETTES)) if folder else FEW
     with tempfile.TemporaryDirectory(prefix="kova-") as temporary:
         failed = [c for c in combinations if not show(probe, *c, folder or temporary)]
