@@ -4,8 +4,8 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QScreen>
-#include <QScrollArea>
 #include <QStyle>
 #include <algorithm>
 #include <array>
@@ -55,7 +55,22 @@ QMessageBox::StandardButtons buttonsOf(Buttons buttons) {
                                    : QMessageBox::StandardButtons(QMessageBox::Ok);
 }
 
-/// A text that the screen has no room for scrolls.
+/// Shows `text` where it wraps at any place and scrolls. Its size fits into `room`.
+QPlainTextEdit* scrollingText(QWidget& parent, const QString& text, const QSize& room) {
+  auto* area = makeChild<QPlainTextEdit>(parent);
+  area->setReadOnly(true);
+  area->setTabChangesFocus(true);
+  area->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  area->setPlainText(text);
+  const int bar = area->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, area);
+  const int edges = 2 * (area->frameWidth() + static_cast<int>(area->document()->documentMargin()));
+  const QRect lines = area->fontMetrics().boundingRect(
+      QRect(0, 0, room.width() - edges - bar, room.height()), Qt::TextWrapAnywhere, text);
+  area->setMinimumSize(room.width(), std::min(lines.height() + edges + bar, room.height()));
+  return area;
+}
+
+/// The box has room for its title, and a text that the screen has no room for scrolls.
 void fitToScreen(QMessageBox& box, const QSize& screen) {
   auto* text = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
   auto* layout = qobject_cast<QGridLayout*>(box.layout());
@@ -66,17 +81,13 @@ void fitToScreen(QMessageBox& box, const QSize& screen) {
   const int title = text->fontMetrics().horizontalAdvance(box.windowTitle()) * 6 / 5;
   layout->setColumnMinimumWidth(layout->columnCount() - 1,
                                 std::min(title + buttonsOfTheFrame, room.width()));
-  // What is only too wide is wrapped by the toolkit.
-  const QRect wrapped =
-      text->fontMetrics().boundingRect(QRect(QPoint(), room), Qt::TextWordWrap, text->text());
-  if (wrapped.height() <= room.height()) return;
-  const QSize wanted = text->sizeHint();
-  auto* area = makeChild<QScrollArea>(box);
-  delete layout->replaceWidget(text, area);
-  area->setFrameShape(QFrame::NoFrame);
-  area->setWidget(text);
-  const int bar = area->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, area);
-  area->setMinimumSize((wanted + QSize(bar, bar)).boundedTo(room));
+  // The toolkit wraps what is only too wide, but not within a word.
+  const QSize wrapped = text->fontMetrics()
+                            .boundingRect(QRect(QPoint(), room), Qt::TextWordWrap, text->text())
+                            .size();
+  if (wrapped.boundedTo(room) == wrapped) return;
+  delete layout->replaceWidget(text, scrollingText(box, text->text(), room));
+  text->hide();
 }
 
 class Boxes {

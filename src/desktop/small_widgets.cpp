@@ -37,10 +37,6 @@ QSize CaptionLabel::withRoom(QSize size) const {
   return size.expandedTo({0, height});
 }
 
-void CaptionLabel::mousePressEvent(QMouseEvent* event) {
-  event->accept();
-}
-
 void CaptionLabel::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint())) {
     label_.click();

@@ -34,7 +34,6 @@ class CaptionLabel : public QLabel {
   QSize minimumSizeHint() const override;
 
  protected:
-  void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:

@@ -14,7 +14,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
-#include <sstream>
+#include <functional>
 #include <string>
 
 #include "desktop/main_view.h"
@@ -54,14 +54,19 @@ class Desk {
   }
   /// The next message box is answered by a key; its title and text then stand in `message`.
   void answer(const QString& pressed) {
-    QTimer::singleShot(0, &view, [this, pressed] {
+    soon(0, [this, pressed] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       if (box == nullptr || !box->isActiveWindow()) return answer(pressed);
-      const auto* text = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-      EXPECT_GE(text->width(), text->wordWrap() ? 1 : text->sizeHint().width()) << "cut";
       message = (box->windowTitle() + QStringLiteral(": ") + box->text()).toStdString();
       key(pressed);
     });
+  }
+  /// Runs `act` from the event loop, also from that of a message box.
+  void soon(int milliseconds, const std::function<void()>& act) {
+    timer_.disconnect();
+    QObject::connect(&timer_, &QTimer::timeout, &view, act);
+    timer_.setSingleShot(true);
+    timer_.start(milliseconds);
   }
   static std::string focused() {
     const QWidget* widget = QApplication::focusWidget();
@@ -87,6 +92,13 @@ class Desk {
     QTest::mouseClick(view.windowHandle(), button, {}, widget->mapTo(&view, place));
   }
 
+  QListView& list() const { return *static_cast<QListView*>(view.widget("PropertyList")); }
+  QPoint placeOfLine(int row) const {
+    const QModelIndex line = list().model()->index(row, 0);
+    list().scrollTo(line);
+    return list().visualRect(line).center();
+  }
+
   std::string carryOut(const QString& act) {
     const QStringList words = act.split(u' ');
     const QString& verb = words[0];
@@ -105,14 +117,11 @@ class Desk {
       for (int row = 0; row < entry; ++row) key("Down");
       return key("Return"), entry < 0 ? "no such entry" : "";
     }
-    if (verb == "line" || verb == "double") {
-      auto* list = static_cast<QListView*>(view.widget("PropertyList"));
-      const QModelIndex line = list->model()->index(rest.toInt(), 0);
-      list->scrollTo(line);
-      const QPoint place = list->visualRect(line).center();
-      if (verb == "line") return click(list->viewport(), place), "";
-      QTest::mouseDClick(view.windowHandle(), Qt::LeftButton, {},
-                         list->viewport()->mapTo(&view, place));
+    if (verb == "line") return click(list().viewport(), placeOfLine(rest.toInt())), "";
+    if (verb == "double") {
+      const QWidget* widget = text.isEmpty() ? named() : list().viewport();
+      const QPoint place = text.isEmpty() ? widget->rect().center() : placeOfLine(text.toInt());
+      QTest::mouseDClick(view.windowHandle(), Qt::LeftButton, {}, widget->mapTo(&view, place));
       return "";
     }
     if (verb == "spot") {
@@ -139,15 +148,15 @@ class Desk {
   }
 
   Engineer* engineer_;
+  QTimer timer_;
 };
 
 /// Runs `acts` inside the event loop, which the program itself has to leave.
-template <class Acts>
-void untilTheEnd(Acts acts) {
+inline void untilTheEnd(Desk& desk, const std::function<void()>& acts) {
   QTimer late;
   QObject::connect(&late, &QTimer::timeout, [] { QCoreApplication::exit(1); });
   late.start(20000);
-  QTimer::singleShot(0, &late, acts);
+  desk.soon(0, acts);
   ASSERT_EQ(QApplication::exec(), 0) << "the program does not end";
 }
 

@@ -28,6 +28,13 @@ TEST_F(Mirror, ClicksOnLinesOfTheBox) {
       at deviceNamesInputText 10; write deviceNumberInputText 2; at deviceNamesInputText 13)");
 }
 
+TEST_F(Mirror, ADoubleClickIsOneClickAndALabelPassesItsOwnOn) {
+  int clicks = 0;
+  form.LocalName.onClick = [&] { ++clicks; };
+  desk.play("double LocalName; click Label9; focused MaxValue");
+  EXPECT_EQ(clicks, 1);
+}
+
 TEST_F(Mirror, OnlyMovesBetweenFieldsEnterAnAlarmField) {
   desk.play("write almHiText 40; key Tab; focused almLoText; key Shift+Tab");
   form.almMaskText.setText("3");
@@ -52,7 +59,7 @@ TEST_F(Mirror, OneActOnTheListIsOneSelection) {
   desk.play("line 2; shows PropertyList 2; line 2; key Down; shows PropertyList 3");
   desk.play("key Home; shows PropertyList 0; key End; key Down; shows PropertyList 7");
   EXPECT_EQ(selections, 5);
-  desk.play("double 5; shows PropertyName STATE; shows PropertyList -1; counts 7 2 2");
+  desk.play("double PropertyList 5; shows PropertyName STATE; shows PropertyList -1; counts 7 2 2");
   EXPECT_EQ(selections, 6);
 }
 
@@ -107,10 +114,10 @@ TEST_F(Mirror, TabGoesByTheIndexAndAltByLettersOfTheirOwn) {
 TEST_F(Mirror, TheProcessLivesUntilItsLastWindowHasClosed) {
   QApplication::setQuitOnLastWindowClosed(true);
   bool dialogStayed = false;
-  untilTheEnd([&] {
+  untilTheEnd(desk, [&] {
     form.srvGuide.click();
     desk.view.close();
-    QTimer::singleShot(50, &desk.view, [&] {
+    desk.soon(50, [&] {
       dialogStayed = desk.view.helper().isVisible() && !desk.view.isVisible();
       QTest::keyClick(&desk.view.helper(), Qt::Key_Escape);
     });
@@ -140,7 +147,7 @@ TEST_F(Mirror, LabelsBesideAFrameKeepPaceWithItsFields) {
 
 TEST_F(Mirror, TheWheelTurnsNothingInPassing) {
   QWidget* list = desk.view.widget("InputDataFormat");
-  QWheelEvent wheel(list->rect().center(), list->mapToGlobal(list->rect().center()), {}, {0, -120},
+  QWheelEvent wheel(list->rect().center(), list->mapToGlobal(list->rect().center()), {}, {0, 120},
                     Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
   QApplication::sendEvent(list, &wheel);
   desk.play("shows InputDataFormat NULL; focused ExportName");

@@ -2,6 +2,7 @@
 // The road to a finished project in the real window.
 #include <filesystem>
 #include <map>
+#include <sstream>
 
 #include "window/desk.h"
 
@@ -17,7 +18,7 @@ std::map<std::string, std::string> tablesIn(const TemporaryFolder& home, const s
   std::map<std::string, std::string> tables;
   for (const auto& entry : fs::directory_iterator(home.path(name))) {
     const std::string file = entry.path().filename().native();
-    if (file.find("-17000") == std::string::npos) tables[file] = home.read(name + "/" + file);
+    if (file.find("-17000") == std::string::npos) tables[file] = home.read(fs::path(name) / file);
   }
   return tables;
 }
@@ -29,8 +30,10 @@ TEST(ProjectInTheWindow, IsReadWhileItsNameIsTypedAndWrittenByDone) {
   const std::map<std::string, std::string> commands{{"vbskelgen.exe", home.path("MAGNET\n")},
                                                     {"cskelgen.exe", home.path("MAGNET LINUX\n")}};
   for (const auto& [name, words] : commands) {
-    home.write(name, "#!/bin/sh\ncd " + home.path() + "; echo \"$*\" > " + name + ".new; mv " +
-                         name + ".new " + name + ".ran\n");
+    std::ostringstream script;
+    script << "#!/bin/sh\ncd " << home.path() << "; echo \"$*\" > " << name << ".new; mv " << name
+           << ".new " << name << ".ran\n";
+    home.write(name, script.str());
     fs::permissions(home.path(name), fs::perms::owner_all);
   }
   auto expected = tablesIn(home, "MAGNET");
@@ -43,7 +46,7 @@ TEST(ProjectInTheWindow, IsReadWhileItsNameIsTypedAndWrittenByDone) {
   SetupWizard program({*machine.files, *machine.environment, clock, *machine.programs}, {});
   Desk desk(program, page);
   const auto lines = [&] { return program.wizard.form.PropertyList.lines().size(); };
-  untilTheEnd([&] {
+  untilTheEnd(desk, [&] {
     desk.play("type MAGNE");
     EXPECT_EQ(lines(), 0u);
     desk.play("type T");
@@ -63,7 +66,7 @@ TEST(ProjectInTheWindow, IsReadWhileItsNameIsTypedAndWrittenByDone) {
   for (const char* kept : {"MAGEQM-devices.csv", "FIELD-names.csv"}) expected.erase(kept);
   EXPECT_EQ(tablesIn(home, "fec/MAGEQM"), expected);
   for (const auto& [name, words] : commands) {
-    EXPECT_TRUE(QTest::qWaitFor([&] { return fs::exists(home.path(name + ".ran")); })) << name;
+    EXPECT_TRUE(QTest::qWaitFor([ran = home.path(name + ".ran")] { return fs::exists(ran); }));
     EXPECT_EQ(home.read(name + ".ran"), words);
   }
 }
@@ -91,7 +94,7 @@ TEST(ProjectInTheWindow, OfSixPropertiesComesBackAsItWasDefined) {
     Engineer engineer(home.path());
     engineer.program.wizard.messageBox = {};
     Desk desk(engineer.program, page);
-    untilTheEnd([&] {
+    untilTheEnd(desk, [&] {
       desk.play("type FRESH");
       if (first) desk.play(sixProperties);
       EXPECT_EQ(engineer.program.wizard.form.PropertyList.lines().size(), 10u);
