@@ -44,9 +44,6 @@ inline constexpr std::string_view guideCaption = "&Guidance";
 inline constexpr std::string_view srvGuideCaption = "&Device Server Guidance";
 inline constexpr std::string_view prpGuideCaption = "&Property Guidance";
 
-/// Inner area of the window.
-inline constexpr Twips form1Area{0, 0, 12075, 7350};
-
 /// All controls with their design values, by container, each group in the order of the keyboard.
 const std::array<DesignRow<Form1>, 87>& form1Design();
 

@@ -13,7 +13,7 @@ void tell(const Wizard& wizard, const std::string& text) {
 }
 
 std::string significantLocalName(const Wizard& wizard) {
-  return wizard.form.LocalName.text().substr(0, localNameLength);
+  return storedLocalName(wizard.form.LocalName.text());
 }
 
 PropertyRecord& selectedRow(Wizard& wizard) {

@@ -35,6 +35,9 @@ struct Wizard {
   Handler endProcess;
 };
 
+/// Message of a commit for which the export table has no room.
+inline constexpr const char* tableFullMessage = "The property table is full";
+
 /// Shows a statement with an OK button and no title of its own.
 void tell(const Wizard& wizard, const std::string& text);
 

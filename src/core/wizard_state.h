@@ -14,6 +14,7 @@
 #include "tables/backup.h"
 #include "tables/export_table.h"
 #include "tables/history_table.h"
+#include "tables/row_rules.h"
 
 namespace kova {
 
@@ -27,9 +28,6 @@ struct ProcessTemplate {
   std::string outputFormat;
   std::string access;
 };
-
-/// Of a local name this many characters count.
-inline constexpr std::size_t localNameLength = 6;
 
 /// Lives as long as the main window. What lasts beyond is in the project's tables.
 struct WizardState {

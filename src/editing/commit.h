@@ -10,7 +10,4 @@ namespace kova {
 /// existing one is replaced. A commit that is turned away shows one message and changes nothing.
 void updatePropertyList(Wizard& wizard, bool appendOnly);
 
-/// Message of a table without room for the commit.
-inline constexpr const char* tableFullMessage = "The property table is full";
-
 }  // namespace kova

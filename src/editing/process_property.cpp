@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "core/status.h"
-#include "editing/commit.h"
 #include "editing/range_prefix.h"
 #include "tables/number_text.h"
 #include "tables/value_failure.h"

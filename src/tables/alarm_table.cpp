@@ -5,7 +5,6 @@
 #include <array>
 #include <span>
 
-#include "tables/history_table.h"
 #include "tables/row_rules.h"
 
 namespace kova {

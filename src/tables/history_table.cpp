@@ -97,7 +97,11 @@ std::string headerLine() {
   return csvLine(names);
 }
 
-}  // namespace
+// Where a row of the form would go.
+struct HistorySlot {
+  bool exists = false;         // a row has the form's three names
+  std::int32_t nextIndex = 0;  // one above the highest index, 0 in an empty table
+};
 
 HistorySlot findHistorySlot(const HistoryTable& historyTable, std::int16_t historyCount,
                             const HistoryForm& form) {
@@ -110,6 +114,8 @@ HistorySlot findHistorySlot(const HistoryTable& historyTable, std::int16_t histo
   }
   return slot;
 }
+
+}  // namespace
 
 ReadResult ReadHistoryFile(const FileSystem& files, const Path& file, HistoryTable& historyTable,
                            std::int16_t& historyCount) {

@@ -51,17 +51,6 @@ struct HistoryForm {
 /// 1001 rows, of which the first `historyCount` are live; the others keep what they held.
 using HistoryTable = std::vector<HistoryRecord>;
 
-/// Rows are appended by commits only below this count, although a file can fill the table.
-inline constexpr std::int16_t appendLimit = 1000;
-
-/// Where a row of the form would go.
-struct HistorySlot {
-  bool exists = false;         ///< a row has the form's three names
-  std::int32_t nextIndex = 0;  ///< one above the highest index, 0 in an empty table
-};
-HistorySlot findHistorySlot(const HistoryTable& historyTable, std::int16_t historyCount,
-                            const HistoryForm& form);
-
 /// Reads the file over the rows from 0 on. `historyCount` becomes the number of rows read. The
 /// result has a stop if the end of the file was not reached.
 ReadResult ReadHistoryFile(const FileSystem& files, const Path& file, HistoryTable& historyTable,

@@ -2,6 +2,7 @@
 // What the rows of all tables have in common.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -12,6 +13,12 @@
 
 namespace kova {
 
+/// Rows are appended by commits only below this count, although a file can fill the table.
+inline constexpr std::int16_t appendLimit = 1000;
+
+/// Of a local name this many characters count.
+inline constexpr std::size_t localNameLength = 6;
+
 /// Throws Failure if a table with `rows` rows has no room for another one.
 inline void checkRoom(std::int16_t rows) {
   if (rows >= tableRows) {
@@ -21,7 +28,7 @@ inline void checkRoom(std::int16_t rows) {
 
 /// As much of a local name as a row stores.
 inline std::string storedLocalName(std::string_view localName) {
-  return std::string(localName.substr(0, 6));
+  return std::string(localName.substr(0, localNameLength));
 }
 
 /// Result of `convert`; a Failure within is told as that of `value`.

@@ -42,6 +42,7 @@ struct TemporaryFolder {
   }
 
  private:
+  // mkdtemp puts letters of its own in place of the X.
   std::string path_ = (std::filesystem::temp_directory_path() / "kova-XXXXXX").native();
 };
 
