@@ -167,10 +167,11 @@ void Command1_Click(Wizard& wizard) {
   if (!isToBeUpdated(wizard, repository)) repository.path.clear();
   putHeader(wizard, projectFile(wizard, wizard.state.exportsFileName));
   if (!wizard.state.exportStream) return;
+  wizard.state.foreignChanges.clear();
   try {
     Finishing(wizard, std::move(repository)).run();
   } catch (const WritingFailed& failure) {
-    report(wizard, "The project is not finished.");
+    report(wizard, "The project is not finished." + wizard.state.foreignChanges);
     return tell(wizard, failure.what());
   }
   startGenerators(wizard);

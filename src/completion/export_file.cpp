@@ -50,8 +50,9 @@ void saveForeignChange(Wizard& wizard, const std::string& fileName) {
   if (known != wizard.state.stampsAtEntry.end() && known->second == *present) return;
   const std::string backup = backupName(leaf, wizard.platform.clock.unixTime());
   files.copy(file, besides(file, backup));
-  report(wizard,
-         "Somebody else had written this file since; its content is kept as " + backup + ".");
+  std::string& kept = wizard.state.foreignChanges;
+  kept += " What somebody else has written to " + leaf + " since is kept as " + backup + ".";
+  report(wizard, kept);
 }
 
 void noteOwnWriting(Wizard& wizard, const std::string& fileName) {

@@ -62,6 +62,7 @@ struct WizardState {
 
   std::vector<std::string> directoriesBeingEntered;  ///< nested project entries, outermost first
   FolderStamps stampsAtEntry;    ///< files of the project as they were backed up
+  std::string foreignChanges;    ///< what Done has found changed by others, in sentences
   std::int32_t removedRows = 0;  ///< rows that stand on disk and were removed here
 };
 

@@ -147,7 +147,12 @@ const std::vector<Script> scripts = {
         started)"},
     {"what a colleague wrote since entry is kept", magnet + R"(
         type ExportName MAGNET; put MAGNET/almwatch.csv by a colleague; time 1700000100
-        click Command1; file MAGNET/almwatch-1700000100.csv by a colleague
+        put MAGNET/history.csv by another; type ArchiveRateText often; click Command1
+        said Could not write history.csv : Archive Rate: "often" is not a number
+        status The project is not finished. What somebody else has written to history.csv since is kept as history-1700000100.csv.
+        file MAGNET/history.csv by another; file MAGNET/history-1700000100.csv by another
+        type ArchiveRateText 10; click Command1
+        file MAGNET/almwatch-1700000100.csv by a colleague
         nofile MAGNET/exports-1700000100.csv
         file MAGNET/almwatch.csv )" + alarmHeader + setAlarm +
                                                        R"(

@@ -150,7 +150,7 @@ TEST_F(PosixFiles, LeftoversAreUsedAgainAndLocksRespected) {
 
 TEST_F(PosixFiles, CopyKeepsBytesModeAndTimeAndReplacesALink) {
   folder.write("precious", "kept");
-  for (const std::size_t size : {0, 1, 65536, 300000}) {
+  for (const std::size_t size : {0U, 1U, 65536U, 300000U}) {
     folder.write("from", std::string(size, '\x95'));
     allow("from", 0440);
     const std::array<timespec, 2> times{{{1000, 5}, {2000, 7}}};

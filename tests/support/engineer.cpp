@@ -122,9 +122,8 @@ std::string Engineer::carryOut(const std::string& line) {
   if (verb == "close") return program.helper.window.unload(), "";
   if (verb == "time") return clock.now = std::stoi(whole), "";
   const std::string wrong = act(verb, name, text);
-  return wrong == "?" ? look(verb, name,
-                             verb == "said" || verb == "lines" || verb == "started" ? whole : text)
-                      : wrong;
+  const bool looksAtName = verb == "file" || verb == "shows" || verb == "at" || verb == "usable";
+  return wrong == "?" ? look(verb, name, looksAtName ? text : whole) : wrong;
 }
 
 std::string Engineer::act(const std::string& verb, const std::string& name,
@@ -180,8 +179,9 @@ std::string Engineer::look(const std::string& verb, const std::string& name,
     for (const std::string& line : programs.started) all += line + "|";
     return differs("started", rest, all);
   }
+  if (verb == "status") return differs("status", rest, program.wizard.statusLine.caption());
   if (verb == "counts") {
-    return differs("counts", name + " " + rest,
+    return differs("counts", rest,
                    std::to_string(state.exportCount) + " " + std::to_string(state.historyCount) +
                        " " + std::to_string(state.alarmCount));
   }
