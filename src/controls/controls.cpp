@@ -2,6 +2,7 @@
 #include "controls/controls.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kova {
 namespace {
@@ -100,8 +101,8 @@ void Label::click() const {
   run(onClick);
 }
 
-void ListBox::add(std::string_view line) {
-  lines_.emplace_back(line);
+void ListBox::add(std::string line) {
+  lines_.push_back(std::move(line));
   run(mirror);
 }
 

@@ -148,7 +148,7 @@ class ListBox {
   static constexpr std::int32_t none = -1;
 
   const std::vector<std::string>& lines() const { return lines_; }
-  void add(std::string_view line);
+  void add(std::string line);
   /// Replaces a line; the selection stays. Throws Failure if there is no such line.
   void replace(std::int32_t index, std::string_view line);
   /// Takes a line out; if it was the selected one, none is selected. Throws Failure if there is no

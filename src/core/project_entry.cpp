@@ -150,12 +150,12 @@ ReadResult getExistingProject(Wizard& wizard, const Path& fileName) {
           shown = signedNumberText(read.numModules);
           converted = read.numModules;
         }
-        const std::string line = listLine(read, read.description);
+        std::string line = listLine(read, read.description);
         read.onDisk = true;
         exportRow(wizard, slot) = std::move(read);
         ++slot;
         form.NumDevices.setText(shown);
-        form.PropertyList.add(line);
+        form.PropertyList.add(std::move(line));
       });
   state.exportCount = static_cast<std::int16_t>(slot);
   if (result.rows > 0) {

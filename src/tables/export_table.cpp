@@ -90,8 +90,15 @@ std::string exportDataLine(const PropertyRecord& row, std::int16_t index) {
 }
 
 std::string listLine(const PropertyRecord& row, std::string_view text) {
-  std::string line = '[' + row.exportName + "] " + row.propertyName + " <";
-  return line.append(text) += '>';
+  std::string line;
+  line.reserve(row.exportName.size() + row.propertyName.size() + text.size() + 6);
+  return line.append("[")
+      .append(row.exportName)
+      .append("] ")
+      .append(row.propertyName)
+      .append(" <")
+      .append(text)
+      .append(">");
 }
 
 }  // namespace kova

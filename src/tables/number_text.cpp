@@ -110,7 +110,7 @@ LeadingNumber leadingNumber(std::string& text) {
   return decimalNumber(text);
 }
 
-// Nearly all numbers of a table are short: one division of two exact values then gives the nearest
+// Nearly all numbers of a table are short: a division of two exact values then gives the nearest
 // double. False for whatever is not just a sign, digits and a point.
 bool readShortNumber(std::string_view text, double& value) {
   const bool negative = text.starts_with('-');
@@ -128,7 +128,8 @@ bool readShortNumber(std::string_view text, double& value) {
       return false;
     }
   }
-  value = static_cast<double>(digits) / static_cast<double>(scale == 0 ? 1 : scale);
+  value = static_cast<double>(digits);
+  if (scale > 1) value /= static_cast<double>(scale);
   if (negative) value = -value;
   return true;
 }

@@ -112,21 +112,19 @@ std::string_view getCsvField(std::string_view line, std::int16_t column) {
 }
 
 std::string_view stripBlanks(std::string_view text) {
-  const bool bare = !text.empty() && isPrinted(text.front()) && isPrinted(text.back());
+  // As a rule there are no others than the space ahead of a number.
+  while (text.starts_with(' ')) text.remove_prefix(1);
+  while (text.ends_with(' ')) text.remove_suffix(1);
+  const bool bare = text.empty() || (isPrinted(text.front()) && isPrinted(text.back()));
   return bare ? text : strippedBothEnds(text);
 }
 
 void CsvFields::split(std::string_view line) {
   fields_.clear();
   visitFields(line, [&](std::string_view field) {
-    fields_.push_back(field);
+    fields_.push_back(stripBlanks(field));
     return fields_.size() <= largestColumn;
   });
-}
-
-std::string_view CsvFields::operator[](std::int16_t column) const {
-  const auto index = static_cast<std::size_t>(column);
-  return column < 0 || index >= fields_.size() ? std::string_view() : stripBlanks(fields_[index]);
 }
 
 std::optional<ReadStop> readTable(const FileSystem& files, const Path& file,

@@ -34,7 +34,10 @@ class CsvFields {
  public:
   void split(std::string_view line);
   /// As getCsvField of the line.
-  std::string_view operator[](std::int16_t column) const;
+  std::string_view operator[](std::int16_t column) const {
+    const auto index = static_cast<std::size_t>(column);
+    return column < 0 || index >= fields_.size() ? std::string_view() : fields_[index];
+  }
 
  private:
   std::vector<std::string_view> fields_;
