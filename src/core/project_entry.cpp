@@ -142,21 +142,20 @@ ReadResult getExistingProject(Wizard& wizard, const Path& fileName) {
   std::int32_t slot = state.exportCount;
   std::string converted;
   std::string shown;
-  const ReadResult result =
-      readExportTable(wizard.platform.files, fileName, [&](PropertyRecord&& read) {
-        exportRow(wizard, slot);  // fails where the table is full
-        // As a rule all rows have the same number.
-        if (shown.empty() || read.numModules != converted) {
-          shown = signedNumberText(read.numModules);
-          converted = read.numModules;
-        }
-        std::string line = listLine(read, read.description);
-        read.onDisk = true;
-        exportRow(wizard, slot) = std::move(read);
-        ++slot;
-        form.NumDevices.setText(shown);
-        form.PropertyList.add(std::move(line));
-      });
+  ReadResult result = readExportTable(wizard.platform.files, fileName, [&](PropertyRecord&& read) {
+    exportRow(wizard, slot);  // fails where the table is full
+    // As a rule all rows have the same number.
+    if (shown.empty() || read.numModules != converted) {
+      shown = signedNumberText(read.numModules);
+      converted = read.numModules;
+    }
+    std::string line = listLine(read, read.description);
+    read.onDisk = true;
+    exportRow(wizard, slot) = std::move(read);
+    ++slot;
+    form.NumDevices.setText(shown);
+    form.PropertyList.add(std::move(line));
+  });
   state.exportCount = static_cast<std::int16_t>(slot);
   if (result.rows > 0) {
     form.PropertyList.select(static_cast<std::int32_t>(form.PropertyList.lines().size()) - 1);

@@ -107,7 +107,7 @@ QString withoutPastedLines(const QString& before, const QString& after, int& pos
   const auto cut = std::find_if(after.begin() + start, after.begin() + position, isLineEnd);
   const qsizetype kept = cut - after.begin();
   if (kept == position) return after;
-  const QString result = after.left(kept) + after.mid(position);
+  QString result = after.left(kept) + after.mid(position);
   position = static_cast<int>(kept);
   return result;
 }

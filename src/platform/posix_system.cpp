@@ -123,6 +123,7 @@ class SpawnSettings {
 
   void start(const std::string& file, std::vector<std::string>& words) const {
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (auto& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
     pid_t process = 0;
@@ -143,6 +144,7 @@ class PosixProgramStarter final : public ProgramStarter {
     const auto texts = split(commandLine, ' ');
     checkWords(texts);
     std::vector<std::string> words;
+    words.reserve(texts.size());
     for (const auto text : texts) words.push_back(codePage_.toNative(text));
     const std::string file = findProgram(words.front());
     SpawnSettings settings;

@@ -3,6 +3,7 @@
 // "ready" answers, all else is an act of the flow tests. What was said is on standard output.
 #include <QAbstractButton>
 #include <QApplication>
+#include <exception>
 #include <iostream>
 #include <memory>
 #include <regex>
@@ -10,8 +11,10 @@
 #include "desktop/main_view.h"
 #include "support/engineer.h"
 
-int main(int argc, char** argv) {
-  using namespace kova;
+namespace kova {
+namespace {
+
+void drive(int argc, char** argv) {
   const bool hasWindow = argc > 2 && std::string(argv[2]) == "window";
   std::unique_ptr<QApplication> application;
   if (hasWindow) application = std::make_unique<QApplication>(argc, argv);
@@ -24,7 +27,7 @@ int main(int argc, char** argv) {
     if (line == "ready") {
       std::cout << line << std::endl;
     } else if (hasWindow && line.starts_with("press ")) {
-      dynamic_cast<QAbstractButton&>(*view->widget(line.substr(6))).click();
+      qobject_cast<QAbstractButton*>(view->widget(line.substr(6)))->click();
     } else if (const std::string wrong = engineer.carryOut(line); !wrong.empty()) {
       std::cout << "wrong " << line << ": " << wrong << "\n";
     }
@@ -37,4 +40,17 @@ int main(int argc, char** argv) {
   for (const std::string& line : engineer.programs.started) std::cout << "started " << line << "\n";
   std::cout << "status " << engineer.program.wizard.statusLine.caption() << "\n";
   if (engineer.program.wizard.state.quitInProgress) std::cout << "ended\n";
+}
+
+}  // namespace
+}  // namespace kova
+
+int main(int argc, char** argv) {
+  try {
+    kova::drive(argc, argv);
+  } catch (const std::exception& failure) {
+    std::cerr << failure.what() << '\n';
+    return 1;
+  }
+  return 0;
 }

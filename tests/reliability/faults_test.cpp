@@ -117,7 +117,7 @@ struct Project {
     act("setenv FEC_HOME {home}/fec\ntype ExportName NEW\nclick cProject\n");
     plan = later;
   }
-  void act(const std::string& lines) {
+  void act(const std::string& lines) const {
     std::istringstream acts(lines);
     for (std::string line; std::getline(acts, line);) {
       // Nobody selects a line that a project which was not read does not show.
@@ -147,7 +147,7 @@ struct Project {
     }
   }
   /// Message by message what Done says about a failure, and whether it goes on behind it.
-  void expectAnswer() {
+  void expectAnswer() const {
     auto& said = wizard->messages;
     if (!said.empty() && said.front().find("Do you want") != std::string::npos) said.pop_front();
     const std::string why = " : (" + reason + "|File exists)";

@@ -69,9 +69,9 @@ std::string unescaped(const std::string& text) {
   return plain;
 }
 
-Engineer::Engineer(const std::string& homeFolder, FileSystem* files)
+Engineer::Engineer(std::string homeFolder, FileSystem* files)
     : realFiles(posixFileSystem(codePage())),
-      home(homeFolder),
+      home(std::move(homeFolder)),
       program(Platform{files != nullptr ? *files : *realFiles, environment, clock, programs},
               [this](const Message& message) {
                 messages.push_back(message.title.empty() ? message.text

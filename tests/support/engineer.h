@@ -43,7 +43,7 @@ struct RecordingStarter : ProgramStarter {
 /// One run of the wizard in `home`.
 class Engineer {
  public:
-  explicit Engineer(const std::string& home, FileSystem* files = nullptr);
+  explicit Engineer(std::string homeFolder, FileSystem* files = nullptr);
 
   /// The program comes up.
   void start() { program.start(); }
