@@ -150,8 +150,9 @@ ReadResult getExistingProject(Wizard& wizard, const Path& fileName) {
       converted = read.numModules;
     }
     std::string line = listLine(read, read.description);
-    read.onDisk = true;
-    exportRow(wizard, slot) = std::move(read);
+    PropertyRecord& row = exportRow(wizard, slot);
+    row = std::move(read);
+    row.onDisk = true;
     ++slot;
     form.NumDevices.setText(shown);
     form.PropertyList.add(std::move(line));

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "tables/number_text.h"
 #include "tables/row_rules.h"
@@ -36,13 +37,11 @@ constexpr std::array<ColumnTag, 12> columns{{
 
 using Positions = std::array<std::int16_t, columns.size()>;
 
-PropertyRecord recordOf(const CsvFields& fields, const Positions& positions) {
-  PropertyRecord record;
+void fill(PropertyRecord& record, const CsvFields& fields, const Positions& positions) {
   for (std::size_t index = 0; index < columns.size(); ++index) {
     if (columns.at(index).field == nullptr) continue;
     record.*columns.at(index).field = fields[positions.at(index)];
   }
-  return record;
 }
 
 }  // namespace
@@ -60,6 +59,7 @@ ReadResult readExportTable(const FileSystem& files, const Path& file,
                            const std::function<void(PropertyRecord&&)>& take) {
   ReadResult result;
   Positions positions{};
+  PropertyRecord record;
   result.stop = readTable(
       files, file,
       [&](std::string_view line) {
@@ -68,7 +68,8 @@ ReadResult readExportTable(const FileSystem& files, const Path& file,
       },
       [&](const CsvFields& fields) {
         checkRoom(result.rows);
-        take(recordOf(fields, positions));
+        fill(record, fields, positions);
+        take(std::move(record));
         ++result.rows;
       });
   return result;

@@ -41,8 +41,8 @@ using ExportTable = std::vector<PropertyRecord>;
 std::int16_t findPropertyIndex(const ExportTable& exportTable, std::int16_t exportCount,
                                std::string_view expName, std::string_view prpName);
 
-/// Reads the file and hands each row up in turn. A Failure thrown by `take` ends the reading like
-/// any other; the row is then not counted.
+/// Reads the file and hands each row up in turn, only its columns set, to be moved from. A Failure
+/// thrown by `take` ends the reading like any other; the row is then not counted.
 ReadResult readExportTable(const FileSystem& files, const Path& file,
                            const std::function<void(PropertyRecord&&)>& take);
 
