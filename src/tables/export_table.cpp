@@ -91,15 +91,11 @@ std::string exportDataLine(const PropertyRecord& row, std::int16_t index) {
 }
 
 std::string listLine(const PropertyRecord& row, std::string_view text) {
+  constexpr std::size_t brackets = std::string_view("[]  <>").size();
   std::string line;
-  line.reserve(row.exportName.size() + row.propertyName.size() + text.size() + 6);
-  return line.append("[")
-      .append(row.exportName)
-      .append("] ")
-      .append(row.propertyName)
-      .append(" <")
-      .append(text)
-      .append(">");
+  line.reserve(row.exportName.size() + row.propertyName.size() + text.size() + brackets);
+  line.append("[").append(row.exportName).append("] ").append(row.propertyName);
+  return line.append(" <").append(text).append(">");
 }
 
 }  // namespace kova
