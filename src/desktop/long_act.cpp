@@ -8,6 +8,8 @@ namespace kova {
 namespace {
 
 constexpr qint64 patience = 300;  // milliseconds
+// On a slow display a repaint takes longer than the copy of a file.
+constexpr qint64 pause = 100;  // milliseconds
 
 }  // namespace
 
@@ -26,8 +28,10 @@ void LongAct::progress(std::size_t files) {
     // It fires when the handler that runs now is through.
     afterAct_.start(0);
     sinceStart_.start();
+    nextShown_ = patience;
   }
-  if (sinceStart_.elapsed() < patience) return;
+  if (sinceStart_.elapsed() < nextShown_) return;
+  nextShown_ = sinceStart_.elapsed() + pause;
   if (!std::exchange(shown_, true)) QApplication::setOverrideCursor(Qt::BusyCursor);
   line_.setText(QStringLiteral("%1 files done ...").arg(files));
   line_.repaint();

@@ -30,6 +30,7 @@ class LongAct : public QObject {
   QLabel& line_;
   const std::function<void()> finished_;
   QElapsedTimer sinceStart_;
+  qint64 nextShown_ = 0;  // milliseconds since the start
   QTimer afterAct_;
   bool shown_ = false;
 };
