@@ -62,6 +62,11 @@ std::size_t dropTables(Wizard& wizard) {
   return dropped;
 }
 
+std::string droppedSentence(std::size_t rows) {
+  if (rows == 0) return {};
+  return counted(rows, "row", "rows") + " dropped by the change of directory. ";
+}
+
 std::string readSentence(const Wizard& wizard, const BackupResult& backups,
                          std::size_t deviceNames) {
   const WizardState& state = wizard.state;
@@ -80,7 +85,11 @@ void readProject(Wizard& wizard, const Path& exportsFile, const std::string& bef
                                              files.path(state.projectPath), wizard.progress);
   state.stampsAtEntry = std::exchange(backups.stamps, {});
 
+  const std::string directory = state.projectPath;
   const ReadResult exports = getExistingProject(wizard, exportsFile);
+  // The last row may name another server, whose directory was then entered in place of this one.
+  const bool gone = state.projectPath != directory || state.exportCount != exports.rows;
+  const std::string dropped = droppedSentence(gone ? static_cast<std::size_t>(exports.rows) : 0);
   const Path historyFile = files.path(projectFile(wizard, historyFileName));
   const ReadResult history =
       ReadHistoryFile(files, historyFile, state.historyTable, state.historyCount);
@@ -94,16 +103,12 @@ void readProject(Wizard& wizard, const Path& exportsFile, const std::string& bef
   if (devices.rows > 0) state.deviceNamesDefined = true;
   state.localNameEdited = true;
 
-  report(wizard, before + readSentence(wizard, backups, static_cast<std::size_t>(devices.rows)) +
+  report(wizard, before + dropped +
+                     readSentence(wizard, backups, static_cast<std::size_t>(devices.rows)) +
                      stopSentence(files, exportsFile, projectMark, exports) +
                      stopSentence(files, historyFile, historyFileName, history) +
                      stopSentence(files, alarmFile, alarmFileName, alarms) +
                      stopSentence(devicesName, devices));
-}
-
-std::string droppedSentence(std::size_t rows) {
-  if (rows == 0) return {};
-  return counted(rows, "row", "rows") + " dropped by the change of directory. ";
 }
 
 void enterProject(Wizard& wizard) {

@@ -159,6 +159,7 @@ const std::vector<Script> scripts = {
         ended)"},
     {"servers that name each other end silently", twins + R"(
         type ExportName A; shows ExportName A; shows ProjectDir {home}/A
+        status 1 row dropped by the change of directory. Project read: 0 properties, 0 history rows, 0 alarm watch rows, 0 device names\x3b 1 backup made.
         lines)"},
     {"clicked fields keep what they hold", R"(
         letters ExportName QVXMA; shows LocalName MAEQM; shows ProjectDir {home}/QVXMA
