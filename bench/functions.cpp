@@ -166,8 +166,6 @@ class BareForm {
     settle();
   }
 
-  std::size_t fields() const { return lines_.size() + boxes_.size(); }
-
  private:
   void add(QWidget& shown, const std::array<QString, 2>& texts) {
     if (qobject_cast<QLineEdit*>(&shown) != nullptr) {
