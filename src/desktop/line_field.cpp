@@ -40,7 +40,9 @@ void LineField::takeEdit(const QString& edited) {
 }
 
 void LineField::takeCaret() {
-  if (!isMirroring()) field().setCaret(textPosition(text(), cursorPosition()));
+  // Of what an input method, Undo or Redo does, the toolkit tells the caret ahead of the edit.
+  if (isMirroring() || text() != before_) return;
+  field().setCaret(textPosition(text(), cursorPosition()));
 }
 
 void LineField::keyPressEvent(QKeyEvent* event) {

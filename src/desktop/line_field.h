@@ -27,7 +27,7 @@ class LineField : public FieldWidget<QLineEdit> {
   void takeCaret();
 
   int characters_;
-  QString before_;  ///< what stood in the field ahead of an edit
+  QString before_;  ///< what stood in the field when the model last knew of it
 };
 
 }  // namespace kova

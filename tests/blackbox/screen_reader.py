@@ -64,6 +64,7 @@ TABLES = {
         "Tolerance,Short Depth,Long Depth",
         " 1,PUMPS,PUMEQM,PRESSURE,#0, 3,FLOAT.CHANNEL, 18000, 500, 10,10%, 600, 1"],
     "devices.csv": ["DEVICE_NUMBER,DEVICE_NAME", " 0,NORTH", " 1,EAST", " 2,WEST"]}
+DEAD_ACUTE = 0xFE51
 ADD = "Add New Property with these characteristics ?"
 WORK = [
     ("act", "push button", "Done"),
@@ -132,6 +133,14 @@ def mark(program):
         program.until(f"{lines} lines of description", lambda: len(field.description.splitlines()) == lines)
 
 
+def dead_key(program):
+    """A letter made of two keys reaches the field."""
+    field = program.find("text", "Description", PROPERTY)
+    program.focus(field)
+    program.key(DEAD_ACUTE, ord("e"))
+    program.shows(PROPERTY, "Description", "\N{LATIN SMALL LETTER E WITH ACUTE}")
+
+
 def main(path):
     desktop.enter("1600x1200")
     with tempfile.TemporaryDirectory(prefix="kova-") as name:
@@ -148,6 +157,7 @@ def main(path):
             print(*wrong, sep="\n", end="", flush=True)  # what comes next may end the run
             reach_all(program, controls)
             mark(program)
+            dead_key(program)
             program.play(WORK)
             program.answer("Write to FEC_HOME repository?", "Yes", f"{copies}/")
             if code := program.process.wait(20):

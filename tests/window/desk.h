@@ -46,6 +46,12 @@ class Desk {
                           Qt::NoModifier);
     }
   }
+  /// What an input method shows as not yet written, and what it commits.
+  static void compose(const QString& preedit, const QString& commit) {
+    QInputMethodEvent event(preedit, {});
+    event.setCommitString(commit);
+    QApplication::sendEvent(QApplication::focusWidget(), &event);
+  }
   void key(const QString& names) {
     for (const QString& name : names.split(u' ')) {
       const QKeyCombination key = QKeySequence(name)[0];

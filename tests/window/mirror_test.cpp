@@ -92,6 +92,41 @@ TEST_F(Mirror, TextsSurviveAndWhatTheCodePageLacksIsAQuestionMark) {
   EXPECT_EQ(line->text(), QStringLiteral("<b>&lt;&\u20AC?!?"));
 }
 
+TEST_F(Mirror, WhatAnInputMethodCommitsStays) {
+  for (TextField* field : {&form.PropertyDescription, &form.deviceNamesInputText}) {
+    field->setText("ab");
+    field->setFocus();
+    desk.key("Home");
+    desk.key("Right");
+
+    desk.compose(QStringLiteral("´"), QString());
+    EXPECT_EQ(field->text(), "ab") << "nothing is committed yet";
+    desk.compose(QString(), QStringLiteral("é"));
+    EXPECT_EQ(field->text(), std::string("a\xE9") + "b");
+    EXPECT_EQ(field->caret(), 2u);
+
+    desk.compose(QString(), QStringLiteral("日本"));
+    EXPECT_EQ(field->text(), "a\xE9??b") << "what the code page lacks";
+    EXPECT_EQ(field->caret(), 4u);
+  }
+}
+
+TEST_F(Mirror, UndoAndRedoReachTheModel) {
+  for (TextField* field : {&form.PropertyDescription, &form.deviceNamesInputText}) {
+    field->setText("");
+    field->setFocus();
+    desk.compose(QString(), QStringLiteral("é"));
+    desk.type("t");
+
+    for (int undo = 0; undo < 2; ++undo) desk.key("Ctrl+Z");
+    EXPECT_EQ(field->text(), "");
+
+    for (int redo = 0; redo < 2; ++redo) desk.key("Ctrl+Shift+Z");
+    EXPECT_EQ(field->text(), "\xE9t");
+    EXPECT_EQ(field->caret(), 2u);
+  }
+}
+
 TEST_F(Mirror, TabGoesByTheIndexAndAltByLettersOfTheirOwn) {
   std::map<int, std::string> order;
   std::map<QString, int> letters{{"Alt+G", 1}};
