@@ -8,7 +8,7 @@ struct GiveDesignValues {
   const ControlDesign& design;
 
   void operator()(TextField* field) const {
-    field->setText(design.text);
+    field->setText(design.caption.text);
     field->setEnabled(design.enabled);
   }
   void operator()(CheckBox* box) const { box->setValue(design.value); }
@@ -18,7 +18,7 @@ struct GiveDesignValues {
   void operator()(CommandButton* button) const { button->setEnabled(design.enabled); }
   void operator()(Frame* frame) const { frame->setEnabled(design.enabled); }
   void operator()(Label* label) const {
-    label->setCaption(design.text);
+    label->setCaption(design.caption.text);
     label->setEnabled(design.enabled);
   }
   void operator()(ListBox* /*list*/) const {}
@@ -29,6 +29,19 @@ struct GiveDesignValues {
 
 void giveDesignValues(const DesignedControl& designed) {
   std::visit(GiveDesignValues{*designed.design}, designed.control);
+}
+
+Width widthOf(const ControlDesign& design) {
+  constexpr int widestNumber = 1200;
+  constexpr int widestName = 3000;
+  if (design.place.width < widestNumber) return Width::number;
+  return design.place.width < widestName ? Width::name : Width::rest;
+}
+
+bool holdsLines(const ControlDesign& design) {
+  constexpr int highestLine = 600;
+  return design.kind == ControlKind::listBox || design.kind == ControlKind::multiLineTextBox ||
+         (design.kind == ControlKind::label && design.place.height > highestLine);
 }
 
 }  // namespace kova

@@ -17,14 +17,15 @@ enum class ControlKind {
   checkBox,
   optionButton,
   commandButton,
+  finishButton,  ///< the command button that ends the engineer's work
   frame,
   label,
   listBox,
   comboBox
 };
 
-/// Place and size inside the container, in twips (1440 an inch). It tells the arrangement; the
-/// sizes on screen follow from the texts and the font.
+/// A control as it was drawn, inside its container, in twips (1440 an inch). Its size tells how
+/// much it is to hold; where it stands on screen is told by a sketch.
 struct Twips {
   std::int16_t left = 0;
   std::int16_t top = 0;
@@ -36,18 +37,35 @@ struct Twips {
 using ControlPointer = std::variant<TextField*, CheckBox*, OptionButton*, CommandButton*, Frame*,
                                     Label*, ListBox*, DropDownList*>;
 
+/// What a control says, and the letter that reaches it together with the Alt key.
+struct Caption {
+  constexpr Caption(const char* caption, char letter = '\0') : text(caption), key(letter) {}
+
+  std::string_view text;
+  char key;  ///< 0: none. That of a label reaches the field beside it.
+};
+
 /// Design values of one control.
 struct ControlDesign {
   std::string_view name;
   ControlKind kind = ControlKind::label;
   std::string_view container;  ///< name of the frame it lies in, empty for the window itself
-  std::string_view text;       ///< caption, or text at start
+  Caption caption;             ///< of a field the text at start
   std::int16_t tabIndex = 0;
   Twips place;
   std::string_view toolTip{};
   bool enabled = true;
-  std::int16_t value = 0;  ///< 1: ticked or selected at start
+  std::int16_t value = 0;          ///< 1: ticked or selected at start
+  std::string_view spokenName{};   ///< of what neither a label nor a caption names
+  std::string_view hintIfEmpty{};  ///< stands in it while nothing else does
 };
+
+/// How much of a line a control holds, by how wide it was drawn.
+enum class Width { number, name, rest };
+Width widthOf(const ControlDesign& design);
+
+/// It has lines to show, the more the better.
+bool holdsLines(const ControlDesign& design);
 
 /// A control of one kind of window, by its kind.
 template <class Form>

@@ -20,6 +20,8 @@ using Handler = std::function<void()>;
 /// One or several lines of text that the engineer can edit.
 class TextField {
  public:
+  static constexpr std::int16_t enterKey = 13;
+
   const std::string& text() const { return text_; }
   /// Assigns the text, puts the caret at its start and runs `onChange`. An equal text does nothing.
   void setText(std::string_view text);
@@ -41,7 +43,7 @@ class TextField {
   void click() const;
   void gotFocus() const;
   void lostFocus() const;
-  /// A key went down, before the field itself has seen it; Enter is 13.
+  /// A key went down, before the field itself has seen it.
   void keyDown(std::int16_t code) const;
 
   Handler onChange;
@@ -216,9 +218,16 @@ class Menu {
   Handler open;
 };
 
-/// A window of the program. Its number in the load order is its identity.
+/// A window of the program, which is told from the others by where it lives.
 class Window {
  public:
+  Window() = default;
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
+  Window(Window&&) = delete;
+  Window& operator=(Window&&) = delete;
+  ~Window() = default;
+
   bool loaded() const { return loaded_; }
   bool visible() const { return visible_; }
   /// Loads the window if it is not, which runs `onLoad`, and puts it on screen, in front.

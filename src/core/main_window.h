@@ -12,11 +12,6 @@ namespace kova {
 /// The window in which everything happens. The names are those of the design table.
 struct Form1 {
   Form1();
-  Form1(const Form1&) = delete;
-  Form1& operator=(const Form1&) = delete;
-  Form1(Form1&&) = delete;
-  Form1& operator=(Form1&&) = delete;
-  ~Form1() = default;
 
   Window window;
   TextField ExportName, LocalName, NumDevices, PropertyName, PropertyDescription, MaxValue,

@@ -76,7 +76,7 @@ QSize BoxField::sizeHint() const {
 }
 
 QSize BoxField::minimumSizeHint() const {
-  return sizeOf(20, 4);
+  return sizeOf(16, 3);
 }
 
 }  // namespace kova

@@ -5,24 +5,10 @@
 #include <QPalette>
 #include <utility>
 
+#include "desktop/colours.h"
 #include "desktop/text_seam.h"
 
 namespace kova {
-namespace {
-
-/// The background of a field with a touch of amber, so that its text stays readable on light and
-/// dark palettes alike.
-QColor markedBase() {
-  const QColor base = QApplication::palette("QLineEdit").color(QPalette::Base);
-  constexpr QColor amber(255, 160, 0);
-  constexpr int parts = 10;
-  constexpr int touch = 3;
-  const auto blend = [](int of, int with) { return (of * (parts - touch) + with * touch) / parts; };
-  return {blend(base.red(), amber.red()), blend(base.green(), amber.green()),
-          blend(base.blue(), amber.blue())};
-}
-
-}  // namespace
 
 FieldMarks::FieldMarks(const std::vector<ShownField>& fields, const CodePage& codePage,
                        std::function<std::string(const TextField&)> warning)
@@ -52,7 +38,7 @@ void FieldMarks::mark(std::size_t index, const std::string& warning) {
   QPalette palette;
   QString tip = fields_[index].toolTip;
   if (!warning.empty()) {
-    palette.setColor(QPalette::Base, markedBase());
+    palette = markedField(QApplication::palette("QLineEdit"));
     if (!tip.isEmpty()) tip += u'\n';
     tip += toShown(warning, codePage_);
   }

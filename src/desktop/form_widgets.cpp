@@ -4,56 +4,33 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <algorithm>
-#include <array>
 #include <utility>
 
-#include "desktop/access_keys.h"
 #include "desktop/box_field.h"
 #include "desktop/layouts.h"
 #include "desktop/line_field.h"
 #include "desktop/line_list.h"
-#include "desktop/make_child.h"
 #include "desktop/small_widgets.h"
 #include "desktop/text_seam.h"
 
 namespace kova {
 namespace {
 
-/// What a control without a label is called, and what stands in it while it is empty.
-struct Naming {
-  std::string_view control;
-  const char* name;
-  const char* emptyText;
-};
-
-constexpr std::array<Naming, 2> namings{{
-    {"PropertyList", "Properties", "No properties yet: fill in the form and press Add"},
-    {"deviceNamesInputText", "Device names", "One device name a line"},
-}};
-
-const Naming* namingOf(const Drawn& drawn) {
-  const auto* const found = std::find_if(namings.begin(), namings.end(), [&](const Naming& naming) {
-    return naming.control == drawn.design->name;
-  });
-  return found == namings.end() ? nullptr : found;
-}
-
-QString emptyText(const Drawn& drawn) {
-  const Naming* naming = namingOf(drawn);
-  return naming == nullptr ? QString() : QString::fromLatin1(naming->emptyText);
-}
-
 constexpr int lineHeight = 225;  // of a drawn text, in twips
 
-int charactersOf(const Drawn& drawn) {
-  constexpr int number = 8;
-  constexpr int name = 15;
-  constexpr int sentence = 32;
-  if (drawn.growsWide) return sentence;
-  // A field whose label stands outside of its frame is as wide as the frame.
-  const bool asFrame =
-      drawn.label != nullptr && drawn.label->design->container != drawn.design->container;
-  return isNumberField(drawn) || asFrame ? number : name;
+/// The longest texts of a list are about as long, in capitals.
+constexpr int charactersOfAnEntry = 10;
+
+LineField::Characters charactersOf(const ControlDesign& design) {
+  switch (widthOf(design)) {
+    case Width::number:
+      return {.wanted = 8, .least = 6};
+    case Width::name:
+      return {.wanted = 16, .least = 8};
+    case Width::rest:
+      break;
+  }
+  return {.wanted = 32, .least = 16};
 }
 
 void mirrorEnabled(QWidget& widget, bool enabled) {
@@ -69,54 +46,44 @@ void mirrorEntries(QComboBox& box, const DropDownList& list, const CodePage& cod
 
 }  // namespace
 
-FormWidgets::FormWidgets(QWidget& window, std::vector<DesignedControl> controls,
-                         const CodePage& codePage, Handler changed)
+FormWidgets::FormWidgets(QWidget& window, const std::vector<Sketch>& sketches,
+                         std::vector<DesignedControl> controls, const CodePage& codePage,
+                         Handler changed)
     : window_(window),
       controls_(std::move(controls)),
-      drawing_(controls_),
       codePage_(codePage),
       changed_(std::move(changed)) {
   // A frame is made ahead of what lies in it.
   for (const bool frames : {true, false}) {
     for (const DesignedControl& control : controls_) {
-      const Drawn& drawn = drawing_.control(control.design->name);
-      if (isFrame(drawn) == frames) make(control, drawn);
+      if ((control.design->kind == ControlKind::frame) == frames) make(control);
     }
   }
-  joinLabels();
-  layOut(drawing_, window_, [this](const Drawn& drawn) { return widget(drawn.design->name); });
+  namings_ = layOut(window_, sketches, shown_);
+  for (const Naming& naming : namings_) join(naming);
+  for (const Handler& show : labels_) show();
   setTabOrder();
 }
 
-FormWidgets::~FormWidgets() {
-  for (Handler* handler : handlers_) *handler = nullptr;
-}
-
-void FormWidgets::make(const DesignedControl& control, const Drawn& drawn) {
+void FormWidgets::make(const DesignedControl& control) {
   const ControlDesign& design = *control.design;
   QWidget& parent = design.container.empty() ? window_ : *widget(design.container);
   QWidget* made =
-      std::visit([&](auto* model) { return make(*model, drawn, parent); }, control.control);
+      std::visit([&](auto* model) { return make(*model, design, parent); }, control.control);
   made->setObjectName(toShown(design.name, codePage_));
   made->setToolTip(toToolTip(toShown(design.toolTip, codePage_)));
   made->setAccessibleDescription(toShown(design.toolTip, codePage_));
-  if (const Naming* naming = namingOf(drawn)) {
-    made->setAccessibleName(QString::fromLatin1(naming->name));
-  } else if (design.kind == ControlKind::textBox && drawn.label == nullptr) {
-    made->setAccessibleName(toShown(drawing_.control(design.container).design->text, codePage_));
-  }
+  made->setAccessibleName(spokenName(design));
   made->installEventFilter(&acts_);
-  widgets_.emplace(design.name, made);
-  made_.emplace_back(&drawn, made);
+  shown_.emplace(design.name, Shown{.design = &design, .widget = made});
 }
 
 template <class Control, class Show>
 void FormWidgets::mirror(Control& control, Show show) {
-  control.mirror = [this, show] {
+  hang(hooks_, control.mirror, [this, show] {
     show();
     changed_();
-  };
-  handlers_.push_back(&control.mirror);
+  });
   show();
 }
 
@@ -126,30 +93,29 @@ QWidget* FormWidgets::makeField(TextField& field, Edit* edit) {
     edit->mirror();
     mirrorEnabled(*edit, field.enabled());
   });
-  field.takeFocus = [edit] {
+  hang(hooks_, field.takeFocus, [edit] {
     if (!edit->isVisible() || !edit->isEnabled()) throw Failure("the field can't take the focus");
     edit->setFocus(Qt::OtherFocusReason);
-  };
-  handlers_.push_back(&field.takeFocus);
+  });
   return edit;
 }
 
-QWidget* FormWidgets::make(TextField& field, const Drawn& drawn, QWidget& parent) {
+QWidget* FormWidgets::make(TextField& field, const ControlDesign& design, QWidget& parent) {
   QWidget* made = nullptr;
-  if (drawn.design->kind == ControlKind::multiLineTextBox) {
-    auto* box = makeChild<BoxField>(parent, field, codePage_);
-    box->setPlaceholderText(emptyText(drawn));
+  if (design.kind == ControlKind::multiLineTextBox) {
+    auto* box = new BoxField(field, codePage_, &parent);
+    box->setPlaceholderText(toShown(design.hintIfEmpty, codePage_));
     made = makeField(field, box);
   } else {
-    made = makeField(field, makeChild<LineField>(parent, field, codePage_, charactersOf(drawn)));
+    made = makeField(field, new LineField(field, codePage_, charactersOf(design), &parent));
   }
-  fields_.push_back({&field, made, toShown(drawn.design->toolTip, codePage_)});
+  fields_.push_back({&field, made, toShown(design.toolTip, codePage_)});
   return made;
 }
 
-QWidget* FormWidgets::make(CheckBox& box, const Drawn& drawn, QWidget& parent) {
-  auto* made = makeChild<QCheckBox>(parent);
-  made->setText(caption(drawn));
+QWidget* FormWidgets::make(CheckBox& box, const ControlDesign& design, QWidget& parent) {
+  auto* made = new QCheckBox(&parent);
+  made->setText(caption(design));
   onToggle(
       *made, [&box] { return box.ticked(); },
       [&box, made] { box.setValue(made->isChecked() ? 1 : 0); });
@@ -157,58 +123,58 @@ QWidget* FormWidgets::make(CheckBox& box, const Drawn& drawn, QWidget& parent) {
   return made;
 }
 
-QWidget* FormWidgets::make(OptionButton& option, const Drawn& drawn, QWidget& parent) {
-  auto* made = makeChild<OptionBox>(parent);
-  made->setText(caption(drawn));
+QWidget* FormWidgets::make(OptionButton& option, const ControlDesign& design, QWidget& parent) {
+  auto* made = new OptionBox(&parent);
+  made->setText(caption(design));
   onToggle(
       *made, [&option] { return option.selected(); }, [&option] { option.select(); });
   mirror(option, [&option, made] { made->setChecked(option.selected()); });
   return made;
 }
 
-QWidget* FormWidgets::make(CommandButton& button, const Drawn& drawn, QWidget& parent) {
-  auto* made = makeChild<ActButton>(parent);
-  made->setText(caption(drawn));
-  made->setAutoDefault(true);
+QWidget* FormWidgets::make(CommandButton& button, const ControlDesign& design, QWidget& parent) {
+  auto* made = new ActButton(design.kind == ControlKind::finishButton, &parent);
+  made->setText(caption(design));
   onPress(*made, [&button] { button.click(); });
   mirror(button, [&button, made] { mirrorEnabled(*made, button.enabled()); });
   return made;
 }
 
-QWidget* FormWidgets::make(Frame& frame, const Drawn& drawn, QWidget& parent) {
-  auto* made = makeChild<FrameBox>(parent, frame);
-  made->setTitle(withAccessKey(toShown(drawn.design->text, codePage_), 0));
-  made->setAccessibleName(
-      toShown(drawn.design->text, codePage_));  // else that of a frame around it
+QWidget* FormWidgets::make(Frame& frame, const ControlDesign& design, QWidget& parent) {
+  auto* made = new FrameBox(frame, &parent);
+  made->setTitle(caption(design));
   mirror(frame, [&frame, made] { mirrorEnabled(*made, frame.enabled()); });
   return made;
 }
 
-QWidget* FormWidgets::make(Label& label, const Drawn& drawn, QWidget& parent) {
-  const int lines = isTextOfLines(drawn) ? drawn.design->place.height / lineHeight : 1;
-  auto* made = makeChild<CaptionLabel>(parent, label, lines);
-  const bool beside = drawn.field != nullptr;
-  made->setAlignment(beside ? Qt::AlignRight | Qt::AlignVCenter : Qt::AlignLeft | Qt::AlignTop);
-  mirror(label, [this, &label, &drawn, made, beside] {
+QWidget* FormWidgets::make(Label& label, const ControlDesign& design, QWidget& parent) {
+  const int lines = holdsLines(design) ? design.place.height / lineHeight : 1;
+  auto* made = new CaptionLabel(label, lines, &parent);
+  labels_.emplace_back([this, &label, &design, made] {
     const QString name = toShown(label.caption(), codePage_);
-    const QString text = beside ? withAccessKey(name, accessKey(drawn.design->name)) : name;
+    const bool leads = made->buddy() != nullptr;
+    const QString text = leads ? withAccessKey(name, design.caption.key) : name;
     if (text != made->text()) made->setText(text);
-    nameFields(drawn, name);
+    for (const Naming& naming : namings_) {
+      if (naming.label == design.name) widget(naming.field)->setAccessibleName(name);
+    }
     mirrorEnabled(*made, label.enabled());
   });
+  mirror(label, labels_.back());
   return made;
 }
 
-QWidget* FormWidgets::make(ListBox& list, const Drawn& drawn, QWidget& parent) {
-  auto* made = makeChild<LineList>(parent, list, codePage_, emptyText(drawn));
+QWidget* FormWidgets::make(ListBox& list, const ControlDesign& design, QWidget& parent) {
+  auto* made = new LineList(list, codePage_, toShown(design.hintIfEmpty, codePage_), &parent);
   mirror(list, [made] { made->mirror(); });
   return made;
 }
 
-QWidget* FormWidgets::make(DropDownList& list, const Drawn& /*drawn*/, QWidget& parent) {
-  auto* made = makeChild<QComboBox>(parent);
+QWidget* FormWidgets::make(DropDownList& list, const ControlDesign& /*design*/, QWidget& parent) {
+  auto* made = new QComboBox(&parent);
   made->setFocusPolicy(Qt::StrongFocus);
-  made->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+  made->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  made->setMinimumContentsLength(charactersOfAnEntry);
   QObject::connect(made, &QComboBox::activated, made, [&list](int index) { list.select(index); });
   mirror(list, [this, &list, made] {
     mirrorEntries(*made, list, codePage_);
@@ -217,43 +183,37 @@ QWidget* FormWidgets::make(DropDownList& list, const Drawn& /*drawn*/, QWidget& 
   return made;
 }
 
-QString FormWidgets::caption(const Drawn& drawn) const {
-  return withAccessKey(toShown(drawn.design->text, codePage_), accessKey(drawn.design->name));
+QString FormWidgets::caption(const ControlDesign& design) const {
+  return withAccessKey(toShown(design.caption.text, codePage_), design.caption.key);
 }
 
-void FormWidgets::nameFields(const Drawn& label, const QString& name) const {
-  for (const auto& [drawn, shown] : made_) {
-    if (drawn->label == &label && namingOf(*drawn) == nullptr) shown->setAccessibleName(name);
-  }
+/// What a label names goes by that in the end; a text field without one goes by its frame.
+QString FormWidgets::spokenName(const ControlDesign& design) const {
+  const bool goesByFrame = design.kind == ControlKind::textBox && !design.container.empty();
+  const ControlDesign& named = goesByFrame ? *shown_.at(design.container).design : design;
+  const bool goesByCaption = named.kind == ControlKind::frame;
+  return toShown(goesByCaption ? named.caption.text : design.spokenName, codePage_);
 }
 
-void FormWidgets::joinLabels() {
-  for (const auto& [drawn, shown] : made_) {
-    if (!isLabel(*drawn)) continue;
-    if (drawn->field != nullptr) {
-      static_cast<CaptionLabel*>(shown)->setBuddy(widget(drawn->field->design->name));
-    }
-    nameFields(*drawn, toShown(drawn->design->text, codePage_));
-  }
-  // A screen reader speaks a drop-down list by the label that lies in the same frame, and by none
+void FormWidgets::join(const Naming& naming) {
+  auto& label = *static_cast<CaptionLabel*>(widget(naming.label));
+  QWidget* field = widget(naming.field);
+  if (naming.leads) label.leadTo(*field);
+  const ControlDesign& design = *shown_.at(naming.label).design;
+  if (design.container == shown_.at(naming.field).design->container) return;
+  // A screen reader speaks a drop-down list by a label that lies in the same frame, and by none
   // that stands outside.
-  for (const auto& [drawn, shown] : made_) {
-    if (drawn->label == nullptr || drawn->label->design->container == drawn->design->container) {
-      continue;
-    }
-    auto* spoken = makeChild<QLabel>(*shown->parentWidget());
-    spoken->setText(toShown(drawn->label->design->text, codePage_));
-    spoken->setBuddy(shown);
-    spoken->hide();
-  }
+  auto* spoken = new QLabel(toShown(design.caption.text, codePage_), field->parentWidget());
+  spoken->setBuddy(field);
+  spoken->hide();
 }
 
 void FormWidgets::setTabOrder() {
-  std::vector<std::pair<int, QWidget*>> order;
-  for (const auto& [drawn, shown] : made_) {
-    if (shown->focusPolicy() & Qt::TabFocus) order.emplace_back(drawn->design->tabIndex, shown);
+  std::map<int, QWidget*> order;
+  for (const DesignedControl& control : controls_) {
+    QWidget* shown = widget(control.design->name);
+    if (shown->focusPolicy() & Qt::TabFocus) order.emplace(control.design->tabIndex, shown);
   }
-  std::sort(order.begin(), order.end());
   for (const auto& [index, shown] : order) {
     if (!tabOrder_.empty()) QWidget::setTabOrder(tabOrder_.back(), shown);
     tabOrder_.push_back(shown);

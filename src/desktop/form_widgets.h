@@ -12,7 +12,8 @@
 
 #include "controls/control_design.h"
 #include "desktop/act_filter.h"
-#include "desktop/drawing.h"
+#include "desktop/hooks.h"
+#include "desktop/layouts.h"
 #include "platform/code_page.h"
 
 namespace kova {
@@ -26,54 +27,49 @@ struct ShownField {
 
 class FormWidgets {
  public:
-  /// Fills `window`. `changed` runs after each change of what a control shows. The controls
-  /// outlive the object.
-  FormWidgets(QWidget& window, std::vector<DesignedControl> controls, const CodePage& codePage,
-              Handler changed);
-  FormWidgets(const FormWidgets&) = delete;
-  FormWidgets& operator=(const FormWidgets&) = delete;
-  FormWidgets(FormWidgets&&) = delete;
-  FormWidgets& operator=(FormWidgets&&) = delete;
-  ~FormWidgets();
+  /// Fills `window` as `sketches` show it. `changed` runs after each change of what a control
+  /// shows. The controls outlive the object.
+  FormWidgets(QWidget& window, const std::vector<Sketch>& sketches,
+              std::vector<DesignedControl> controls, const CodePage& codePage, Handler changed);
 
   /// The widget of a control.
-  QWidget* widget(std::string_view name) const { return widgets_.at(name); }
+  QWidget* widget(std::string_view name) const { return shown_.at(name).widget; }
   const std::vector<ShownField>& fields() const { return fields_; }
   /// First of the widgets that take the focus at this moment, in the order of the Tab key.
   QWidget* firstInTabOrder() const;
 
  private:
-  void make(const DesignedControl& control, const Drawn& drawn);
-  QWidget* make(TextField& field, const Drawn& drawn, QWidget& parent);
-  QWidget* make(CheckBox& box, const Drawn& drawn, QWidget& parent);
-  QWidget* make(OptionButton& option, const Drawn& drawn, QWidget& parent);
-  QWidget* make(CommandButton& button, const Drawn& drawn, QWidget& parent);
-  QWidget* make(Frame& frame, const Drawn& drawn, QWidget& parent);
-  QWidget* make(Label& label, const Drawn& drawn, QWidget& parent);
-  QWidget* make(ListBox& list, const Drawn& drawn, QWidget& parent);
-  QWidget* make(DropDownList& list, const Drawn& drawn, QWidget& parent);
+  void make(const DesignedControl& control);
+  QWidget* make(TextField& field, const ControlDesign& design, QWidget& parent);
+  QWidget* make(CheckBox& box, const ControlDesign& design, QWidget& parent);
+  QWidget* make(OptionButton& option, const ControlDesign& design, QWidget& parent);
+  QWidget* make(CommandButton& button, const ControlDesign& design, QWidget& parent);
+  QWidget* make(Frame& frame, const ControlDesign& design, QWidget& parent);
+  QWidget* make(Label& label, const ControlDesign& design, QWidget& parent);
+  QWidget* make(ListBox& list, const ControlDesign& design, QWidget& parent);
+  QWidget* make(DropDownList& list, const ControlDesign& design, QWidget& parent);
 
   /// Attaches what shows the state of a control, and shows it.
   template <class Control, class Show>
   void mirror(Control& control, Show show);
   template <class Edit>
   QWidget* makeField(TextField& field, Edit* edit);
-  QString caption(const Drawn& drawn) const;
-  void nameFields(const Drawn& label, const QString& name) const;
-  void joinLabels();
+  QString caption(const ControlDesign& design) const;
+  QString spokenName(const ControlDesign& design) const;
+  void join(const Naming& naming);
   void setTabOrder();
 
   QWidget& window_;
   const std::vector<DesignedControl> controls_;
-  const Drawing drawing_;
   const CodePage& codePage_;
   const Handler changed_;
   ActFilter acts_;
-  std::map<std::string_view, QWidget*> widgets_;
-  std::vector<std::pair<const Drawn*, QWidget*>> made_;
-  std::vector<Handler*> handlers_;  ///< of the controls, which lead to the widgets
+  ShownControls shown_;
+  std::vector<Naming> namings_;
+  std::vector<Handler> labels_;  ///< each shows one of them
   std::vector<ShownField> fields_;
   std::vector<QWidget*> tabOrder_;
+  Hooks hooks_;
 };
 
 }  // namespace kova

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/helper_view.h"
 
-#include <QPushButton>
+#include <utility>
 
+#include "desktop/sketch.h"
 #include "desktop/text_seam.h"
 
 namespace kova {
@@ -12,23 +13,15 @@ HelperView::HelperView(ExportHelper& helper, const CodePage& codePage, QWidget& 
     : helper_(helper),
       codePage_(codePage),
       mainWindow_(mainWindow),
-      widgets_(*this, designedControls(helper, exportHelperDesign()), codePage, [] {}) {
+      widgets_(*this, guidedDialogSketches(), designedControls(helper, exportHelperDesign()),
+               codePage, [this] { markDefault(); }) {
   setObjectName(QStringLiteral("ExportHelper"));
-  helper_.window.mirror = [this] { mirror(); };
-  helper_.window.raise = [this] {
+  hang(hooks_, helper_.window.mirror, [this] { mirror(); });
+  hang(hooks_, helper_.window.raise, [this] {
     raise();
     activateWindow();
-  };
-  helper_.nextParam.mirror = [this, mirrorNext = helper_.nextParam.mirror] {
-    mirrorNext();
-    markDefault();
-  };
+  });
   markDefault();
-}
-
-HelperView::~HelperView() {
-  helper_.window.mirror = {};
-  helper_.window.raise = {};
 }
 
 /// The Escape key and the window's own close control.
@@ -38,9 +31,9 @@ void HelperView::reject() {
 
 /// Shows what Enter does in the box.
 void HelperView::markDefault() {
-  const bool goesOn = helper_.nextParam.enabled();
-  const char* name = goesOn ? "nextParam" : "DoneParam";
-  if (auto* button = qobject_cast<QPushButton*>(widgets_.widget(name))) button->setDefault(true);
+  const char* name = helper_.nextParam.enabled() ? "nextParam" : "DoneParam";
+  auto* button = qobject_cast<QPushButton*>(widgets_.widget(name));
+  if (std::exchange(default_, button) != button) button->setDefault(true);
 }
 
 void HelperView::mirror() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPushButton>
 
 #include "desktop/form_widgets.h"
 #include "identity/export_helper.h"
@@ -13,11 +14,6 @@ class HelperView : public QDialog {
  public:
   /// Comes up in the middle of `mainWindow`, and stays when that one is closed.
   HelperView(ExportHelper& helper, const CodePage& codePage, QWidget& mainWindow);
-  HelperView(const HelperView&) = delete;
-  HelperView& operator=(const HelperView&) = delete;
-  HelperView(HelperView&&) = delete;
-  HelperView& operator=(HelperView&&) = delete;
-  ~HelperView() override;
 
   void reject() override;
 
@@ -28,7 +24,9 @@ class HelperView : public QDialog {
   ExportHelper& helper_;
   const CodePage& codePage_;
   QWidget& mainWindow_;
+  QPushButton* default_ = nullptr;
   FormWidgets widgets_;
+  Hooks hooks_;
 };
 
 }  // namespace kova

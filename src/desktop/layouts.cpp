@@ -1,144 +1,148 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/layouts.h"
 
-#include <QBoxLayout>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <algorithm>
-#include <memory>
+#include <set>
+#include <utility>
 
-#include "desktop/make_child.h"
 #include "desktop/small_widgets.h"
 
 namespace kova {
 namespace {
 
-// A part that begins this far in, and ends where the parts around it do, stands at the right.
-constexpr int indent = 600;
-constexpr int sameEdge = 150;
-
-bool fillsItsCell(const Drawn& control) {
-  const ControlKind kind = control.design->kind;
-  return !isNumberField(control) && kind != ControlKind::checkBox &&
-         kind != ControlKind::optionButton;
+/// More room would say more of it than it holds.
+bool keepsItsWidth(const ControlDesign& design) {
+  return design.kind == ControlKind::checkBox || design.kind == ControlKind::optionButton ||
+         (design.kind == ControlKind::textBox && widthOf(design) != Width::rest);
 }
 
-bool anyGrows(const Part& part, bool Drawn::*grows) {
-  const auto& cells = part.grid.cells;
-  return std::any_of(cells.begin(), cells.end(),
-                     [&](const Cell& cell) { return cell.control->*grows; }) ||
-         std::any_of(part.parts.begin(), part.parts.end(),
-                     [&](const Part& inner) { return anyGrows(inner, grows); });
+/// It takes all the width that the window has to give.
+bool growsWide(const ControlDesign& design) {
+  return holdsLines(design) ||
+         (design.kind == ControlKind::textBox && widthOf(design) == Width::rest);
+}
+
+void require(bool holds, std::string_view word, const char* what) {
+  if (!holds) throw Failure("sketch of a window: \"" + std::string(word) + "\" " + what);
+}
+
+QGridLayout& gridIn(QWidget& widget) {
+  auto* grid = new QGridLayout;
+  widget.setLayout(grid);
+  return *grid;
 }
 
 class Layouts {
  public:
-  Layouts(const Drawing& drawing, const WidgetOf& widgetOf)
-      : drawing_(drawing), widgetOf_(widgetOf) {}
+  Layouts(const std::vector<Sketch>& sketches, const ShownControls& controls)
+      : controls_(controls) {
+    for (const Sketch& sketch : sketches) grids_.emplace(sketch.name, gridOf(sketch));
+  }
 
-  void run(QWidget& window) const {
-    window.setLayout(layoutOf(partsOf(drawing_.inside(""))).release());
-    for (const Drawn& frame : drawing_.controls()) {
-      if (isFrame(frame)) {
-        widgetOf_(frame)->setLayout(
-            gridLayout(gridOf(drawing_.inside(frame.design->name))).release());
-      }
+  std::vector<Naming> run(QWidget& window, std::string_view sketch) {
+    fill(gridIn(window), sketch, "");
+    for (const auto& [name, control] : controls_) {
+      require(placed_.contains(name), name, "stands nowhere");
     }
+    return std::move(namings_);
   }
 
  private:
-  std::unique_ptr<QLayout> layoutOf(const Part& part) const {
-    if (part.kind == Part::Kind::grid) return gridLayout(part.grid);
-    return boxLayout(part);
-  }
-
-  std::unique_ptr<QBoxLayout> boxLayout(const Part& part) const {
-    const bool stacked = part.kind == Part::Kind::stacked;
-    auto box =
-        std::make_unique<QBoxLayout>(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-    const auto grows = stacked ? &Drawn::growsTall : &Drawn::growsWide;
-    for (const Part& inner : part.parts) {
-      QLayout* layout = layoutOf(inner).release();
-      box->addLayout(layout, anyGrows(inner, grows) ? 1 : 0);
-      if (stacked && inner.edges.left > part.edges.left + indent &&
-          inner.edges.right > part.edges.right - sameEdge) {
-        box->setAlignment(layout, Qt::AlignRight);
+  /// True if something in `layout` grows wide.
+  bool fill(QGridLayout& layout, std::string_view sketch, std::string_view frame) {
+    const Grid& grid = grids_.at(sketch);
+    for (const auto& [row, filled] : grid.rows) layout.setRowStretch(row, filled ? 0 : 1);
+    for (const auto& [at, filled] : grid.columns) layout.setColumnStretch(at, filled ? 0 : 1);
+    bool anyGrows = false;
+    for (const Cell& cell : grid.cells) check(grid, cell, frame);
+    for (const Cell& cell : grid.cells) {
+      nameFields(grid, cell);
+      if (!add(layout, grid, cell, frame)) continue;
+      layout.setColumnStretch(cell.column + cell.columns - 1, 1);
+      anyGrows = true;
+    }
+    for (const Cell& cell : grid.cells) {
+      const Shown* control = at(&cell);
+      const bool grows = layout.columnStretch(cell.column + cell.columns - 1) > 0;
+      if (grows && control != nullptr && keepsItsWidth(*control->design)) {
+        layout.setAlignment(control->widget, Qt::AlignLeft);
       }
     }
-    if (stacked && !anyGrows(part, &Drawn::growsTall)) box->setStretch(box->count() - 1, 1);
-    return box;
+    return anyGrows;
   }
 
-  std::unique_ptr<QGridLayout> gridLayout(const Grid& grid) const {
-    auto layout = std::make_unique<QGridLayout>();
-    stretch(*layout, grid);
-    for (const Cell& cell : grid.cells) {
-      add(*layout, cell, *widgetOf_(*cell.control), alignment(*layout, grid, cell));
+  void check(const Grid& grid, const Cell& cell, std::string_view frame) {
+    const Shown* control = at(&cell);
+    require(grid.at(cell.row, cell.column) == &cell, cell.word, "stands in another cell");
+    require(placed_.insert(cell.word).second, cell.word, "stands twice");
+    require(grids_.contains(cell.word) || (control != nullptr && !isFrame(&cell)), cell.word,
+            "is no control, or lacks its sketch");
+    require(control == nullptr || control->design->container == frame, cell.word,
+            "is outside its frame");
+  }
+
+  bool add(QGridLayout& layout, const Grid& grid, const Cell& cell, std::string_view frame) {
+    if (const Shown* control = at(&cell)) {
+      layout.addWidget(control->widget, cell.row, cell.column, cell.rows, cell.columns);
+      if (isFrame(&cell)) return fill(gridIn(*control->widget), cell.word, cell.word);
+      // The last step stands apart from what is above it.
+      if (control->design->kind == ControlKind::finishButton) {
+        layout.setContentsMargins(0, layout.verticalSpacing(), 0, 0);
+      }
+      return growsWide(*control->design);
     }
-    for (const LabelsBeside& beside : grid.beside) {
-      add(*layout, beside.place, *labelsBeside(beside), {});
+    if (const Cell* right = grid.rightOf(cell); isFrame(right)) {
+      auto& beside = *static_cast<QGroupBox*>(at(right)->widget);
+      auto* side = new BesideFrame(beside, beside.parentWidget());
+      layout.addWidget(side, cell.row, cell.column, cell.rows, cell.columns);
+      return fill(gridIn(*side), cell.word, frame);
     }
-    return layout;
+    auto* part = new QGridLayout;
+    layout.addLayout(part, cell.row, cell.column, cell.rows, cell.columns);
+    return fill(*part, cell.word, frame);
   }
 
-  static void add(QGridLayout& layout, const Cell& cell, QWidget& widget, Qt::Alignment alignment) {
-    layout.addWidget(&widget, cell.row, cell.column, cell.rows, cell.columns, alignment);
-  }
-
-  /// Room that nothing in the grid takes goes behind the last row and the last column.
-  static void stretch(QGridLayout& layout, const Grid& grid) {
-    bool wide = false;
-    bool tall = false;
-    bool fixedAtEnd = false;
-    bool onlyButtons = true;
-    for (const Cell& cell : grid.cells) {
-      const bool atEnd = cell.column + cell.columns == grid.columns;
-      fixedAtEnd = fixedAtEnd || (atEnd && isNumberField(*cell.control));
-      if (cell.control->growsWide) layout.setColumnStretch(cell.column + cell.columns - 1, 1);
-      if (cell.control->growsTall) layout.setRowStretch(cell.row, 1);
-      onlyButtons = onlyButtons && cell.control->design->kind == ControlKind::commandButton;
-      wide = wide || cell.control->growsWide;
-      tall = tall || cell.control->growsTall;
+  void nameFields(const Grid& grid, const Cell& cell) {
+    const Cell* right = grid.rightOf(cell);
+    if (const Shown* control = at(&cell)) {
+      if (control->design->kind != ControlKind::label) return;
+      name(cell, right, true);
+      if (holdsLines(*control->design)) name(cell, grid.at(cell.row + 1, cell.column), false);
     }
-    if (!wide && !onlyButtons)
-      layout.setColumnStretch(fixedAtEnd ? grid.columns : grid.columns - 1, 1);
-    if (!tall) layout.setRowStretch(grid.cells.size() == 1 ? 0 : grid.rows, 1);
-  }
-
-  /// A field in a column that grows keeps its width, unless it is what grows.
-  static Qt::Alignment alignment(const QGridLayout& layout, const Grid& grid, const Cell& cell) {
-    const Drawn& control = *cell.control;
-    if (grid.columns == 1 && control.design->kind == ControlKind::textBox) return {};
-    const bool inGrowingColumn = layout.columnStretch(cell.column + cell.columns - 1) > 0;
-    const bool keepsWidth = inGrowingColumn && cell.columns == 1 && !control.growsWide &&
-                            control.design->kind == ControlKind::textBox;
-    return fillsItsCell(control) && !keepsWidth ? Qt::Alignment() : Qt::AlignLeft;
-  }
-
-  QWidget* labelsBeside(const LabelsBeside& beside) const {
-    auto* frame = static_cast<QGroupBox*>(widgetOf_(*beside.frame));
-    auto* side = makeChild<BesideFrame>(*frame->parentWidget(), *frame);
-    auto layout = std::make_unique<QGridLayout>();
-    const Grid inner = gridOf(drawing_.inside(beside.frame->design->name));
-    for (const Drawn* label : beside.labels) {
-      const auto field =
-          std::find_if(inner.cells.begin(), inner.cells.end(),
-                       [&](const Cell& cell) { return cell.control == label->field; });
-      layout->addWidget(widgetOf_(*label), field->row, 0);
+    for (bool first = true; at(&cell) == nullptr && isFrame(right); first = false) {
+      for (const Cell& label : grids_.at(cell.word).cells) {
+        name(label, grids_.at(right->word).at(label.row, 0), first);
+      }
+      right = grid.rightOf(*right);
     }
-    layout->setRowStretch(inner.rows, 1);
-    side->setLayout(layout.release());
-    return side;
   }
 
-  const Drawing& drawing_;
-  const WidgetOf& widgetOf_;
+  void name(const Cell& label, const Cell* field, bool leads) {
+    if (field != nullptr) namings_.push_back({label.word, field->word, leads});
+  }
+
+  const Shown* at(const Cell* cell) const {
+    const auto found = cell == nullptr ? controls_.end() : controls_.find(cell->word);
+    return found == controls_.end() ? nullptr : &found->second;
+  }
+
+  bool isFrame(const Cell* cell) const {
+    const Shown* control = at(cell);
+    return control != nullptr && control->design->kind == ControlKind::frame;
+  }
+
+  const ShownControls& controls_;
+  std::map<std::string_view, Grid> grids_;
+  std::set<std::string_view> placed_;
+  std::vector<Naming> namings_;
 };
 
 }  // namespace
 
-void layOut(const Drawing& drawing, QWidget& window, const WidgetOf& widgetOf) {
-  Layouts(drawing, widgetOf).run(window);
+std::vector<Naming> layOut(QWidget& window, const std::vector<Sketch>& sketches,
+                           const ShownControls& controls) {
+  return Layouts(sketches, controls).run(window, sketches.front().name);
 }
 
 }  // namespace kova

@@ -1,18 +1,38 @@
 // SPDX-License-Identifier: MIT
-// Turns the arrangement of a window into the toolkit's layouts.
+// Turns the sketches of a window into the toolkit's layouts.
 #pragma once
 
 #include <QWidget>
-#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
 
-#include "desktop/arrangement.h"
+#include "controls/control_design.h"
+#include "desktop/sketch.h"
 
 namespace kova {
 
-/// The widget of a control.
-using WidgetOf = std::function<QWidget*(const Drawn&)>;
+/// A control on screen.
+struct Shown {
+  const ControlDesign* design = nullptr;
+  QWidget* widget = nullptr;
+};
+using ShownControls = std::map<std::string_view, Shown>;
 
-/// Lays out `window` and all frames in it.
-void layOut(const Drawing& drawing, QWidget& window, const WidgetOf& widgetOf);
+/// A label and a field that it names: the one right of it, to which its access key leads, or the
+/// one below a text of several lines. Labels in a sketch of their own left of frames name the
+/// fields in the same row of each, and lead into the first.
+struct Naming {
+  std::string label;
+  std::string field;
+  bool leads = false;
+};
+
+/// Lays out `window` and all frames in it, and says which labels name which fields. Throws Failure
+/// where the sketches name what is not there, name something twice or outside of its frame, or
+/// leave a control out.
+std::vector<Naming> layOut(QWidget& window, const std::vector<Sketch>& sketches,
+                           const ShownControls& controls);
 
 }  // namespace kova

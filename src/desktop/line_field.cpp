@@ -10,13 +10,13 @@
 namespace kova {
 namespace {
 
-constexpr std::int16_t enterKey = 13;
 // The toolkit's own size is that of so many letters x.
 constexpr int toolkitCharacters = 17;
 
 }  // namespace
 
-LineField::LineField(TextField& field, const CodePage& codePage, int characters, QWidget* parent)
+LineField::LineField(TextField& field, const CodePage& codePage, Characters characters,
+                     QWidget* parent)
     : FieldWidget(field, codePage, parent), characters_(characters) {
   setMaxLength(std::numeric_limits<int>::max());
   connect(this, &QLineEdit::textChanged, this, &LineField::takeEdit);
@@ -48,23 +48,27 @@ void LineField::takeCaret() {
 void LineField::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     event->accept();
-    field().keyDown(enterKey);
+    field().keyDown(TextField::enterKey);
   } else {
     QLineEdit::keyPressEvent(event);
   }
 }
 
-QSize LineField::sizeHint() const {
+QSize LineField::sizeFor(int characters) const {
   QSize size = QLineEdit::sizeHint();
   const QFontMetrics metrics = fontMetrics();
   const int frame = size.width() - toolkitCharacters * metrics.horizontalAdvance(u'x');
-  size.setWidth(frame + characters_ *
-                            std::max(metrics.horizontalAdvance(u'0'), metrics.averageCharWidth()));
+  size.setWidth(frame +
+                characters * std::max(metrics.horizontalAdvance(u'0'), metrics.averageCharWidth()));
   return size;
 }
 
+QSize LineField::sizeHint() const {
+  return sizeFor(characters_.wanted);
+}
+
 QSize LineField::minimumSizeHint() const {
-  return sizeHint();
+  return sizeFor(characters_.least);
 }
 
 }  // namespace kova

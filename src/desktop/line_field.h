@@ -10,8 +10,12 @@ namespace kova {
 
 class LineField : public FieldWidget<QLineEdit> {
  public:
-  /// `characters` is the number of characters that it has room for.
-  LineField(TextField& field, const CodePage& codePage, int characters, QWidget* parent);
+  /// How many characters it has room for.
+  struct Characters {
+    int wanted = 0;
+    int least = 0;  ///< on a screen with little room
+  };
+  LineField(TextField& field, const CodePage& codePage, Characters characters, QWidget* parent);
 
   /// Shows the model's text and caret.
   void mirror();
@@ -25,8 +29,9 @@ class LineField : public FieldWidget<QLineEdit> {
  private:
   void takeEdit(const QString& edited);
   void takeCaret();
+  QSize sizeFor(int characters) const;
 
-  int characters_;
+  Characters characters_;
   QString before_;  ///< what stood in the field when the model last knew of it
 };
 

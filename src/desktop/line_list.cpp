@@ -166,11 +166,11 @@ QSize LineList::sizeOf(int columns, int lines) const {
 }
 
 QSize LineList::sizeHint() const {
-  return sizeOf(40, 10);
+  return sizeOf(40, 8);
 }
 
 QSize LineList::minimumSizeHint() const {
-  return sizeOf(30, 5);
+  return sizeOf(16, 4);
 }
 
 }  // namespace kova

@@ -19,10 +19,6 @@ LongAct::LongAct(QLabel& line, std::function<void()> finished)
   connect(&afterAct_, &QTimer::timeout, this, &LongAct::end);
 }
 
-LongAct::~LongAct() {
-  if (shown_) QApplication::restoreOverrideCursor();
-}
-
 void LongAct::progress(std::size_t files) {
   if (!afterAct_.isActive()) {
     // It fires when the handler that runs now is through.
@@ -32,14 +28,17 @@ void LongAct::progress(std::size_t files) {
   }
   if (sinceStart_.elapsed() < nextShown_) return;
   nextShown_ = sinceStart_.elapsed() + pause;
-  if (!std::exchange(shown_, true)) QApplication::setOverrideCursor(Qt::BusyCursor);
+  if (!busyCursor_) {
+    QApplication::setOverrideCursor(Qt::BusyCursor);
+    busyCursor_.emplace(&QApplication::restoreOverrideCursor);
+  }
   line_.setText(QStringLiteral("%1 files done ...").arg(files));
   line_.repaint();
 }
 
 void LongAct::end() {
-  if (!std::exchange(shown_, false)) return;
-  QApplication::restoreOverrideCursor();
+  if (!busyCursor_) return;
+  busyCursor_.reset();
   finished_();
 }
 

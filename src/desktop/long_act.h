@@ -5,9 +5,11 @@
 
 #include <QElapsedTimer>
 #include <QLabel>
+#include <QScopeGuard>
 #include <QTimer>
 #include <cstddef>
 #include <functional>
+#include <optional>
 
 namespace kova {
 
@@ -15,11 +17,6 @@ class LongAct : public QObject {
  public:
   /// `line` shows how far an act is; `finished` shows in it again what stood there.
   LongAct(QLabel& line, std::function<void()> finished);
-  LongAct(const LongAct&) = delete;
-  LongAct& operator=(const LongAct&) = delete;
-  LongAct(LongAct&&) = delete;
-  LongAct& operator=(LongAct&&) = delete;
-  ~LongAct() override;
 
   /// So many files are done by now.
   void progress(std::size_t files);
@@ -32,7 +29,7 @@ class LongAct : public QObject {
   QElapsedTimer sinceStart_;
   qint64 nextShown_ = 0;  // milliseconds since the start
   QTimer afterAct_;
-  bool shown_ = false;
+  std::optional<QScopeGuard<void (*)()>> busyCursor_;  ///< while the act is shown
 };
 
 }  // namespace kova

@@ -7,9 +7,11 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 
-#include "desktop/make_child.h"
+#include "desktop/colours.h"
 #include "desktop/message_boxes.h"
+#include "desktop/sketch.h"
 #include "desktop/small_widgets.h"
 #include "desktop/text_seam.h"
 #include "editing/field_warnings.h"
@@ -25,53 +27,52 @@ QAction* addEntry(QMenu& menu, std::string_view name, std::string_view caption, 
   return action;
 }
 
+/// In all windows. The other colours of the desktop stay.
+void keepTextsReadable() {
+  const QPalette palette = QApplication::palette();
+  const QPalette readable = withReadableTexts(palette);
+  if (readable != palette) QApplication::setPalette(readable);
+}
+
 }  // namespace
 
 MainView::MainView(SetupWizard& setup, const CodePage& codePage)
     : setup_(setup), codePage_(codePage) {
   setObjectName(QStringLiteral("Form1"));
+  afterPalette_.setSingleShot(true);
+  connect(&afterPalette_, &QTimer::timeout, this, &keepTextsReadable);
+  keepTextsReadable();
   buildForm();
   buildMenu();
   helper_ = std::make_unique<HelperView>(setup_.helper, codePage_, *this);
   attach();
 }
 
-MainView::~MainView() {
-  Wizard& wizard = setup_.wizard;
-  for (Handler* handler :
-       {&wizard.form.window.mirror, &wizard.form.window.raise, &wizard.form.guide.open,
-        &wizard.statusLine.mirror, &wizard.giveEventsTheirTurn, &wizard.endProcess}) {
-    *handler = {};
-  }
-  wizard.progress = {};
-  wizard.messageBox = {};
-}
-
 void MainView::buildForm() {
-  auto* all = makeChild<QWidget>(*this);
-  auto* area = makeChild<FormArea>(*all);
-  form_ = makeChild<QWidget>(*area);
-  statusLine_ = makeChild<QLabel>(*all);
+  auto* all = new QWidget(this);
+  auto* area = new FormArea(all);
+  form_ = new QWidget(area);
+  statusLine_ = new QLabel(all);
   statusLine_->setObjectName(QStringLiteral("statusLine"));
   statusLine_->setTextFormat(Qt::PlainText);
   statusLine_->setWordWrap(true);
-  widgets_ = std::make_unique<FormWidgets>(
-      *form_, designedControls(setup_.wizard.form, form1Design()), codePage_, [this] {
-        if (marks_) marks_->follow();
-      });
+  widgets_ = std::make_unique<FormWidgets>(*form_, mainWindowSketches(),
+                                           designedControls(setup_.wizard.form, form1Design()),
+                                           codePage_, [this] {
+                                             if (marks_) marks_->follow();
+                                           });
   marks_ = std::make_unique<FieldMarks>(
       widgets_->fields(), codePage_,
       [this](const TextField& field) { return fieldWarning(setup_.wizard, field); });
   area->setWidget(form_);
 
-  auto layout = std::make_unique<QVBoxLayout>();
+  auto* layout = new QVBoxLayout(all);
   const QMargins margins = form_->layout()->contentsMargins();
   statusLine_->setContentsMargins(margins.left(), 0, margins.right(), margins.bottom());
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(area, 1);
   layout->addWidget(statusLine_);
-  all->setLayout(layout.release());
   setCentralWidget(all);
   connect(qApp, &QApplication::focusChanged, area, [this, area](QWidget*, QWidget* now) {
     if (now == nullptr || !form_->isAncestorOf(now)) return;
@@ -94,23 +95,22 @@ void MainView::buildMenu() {
 void MainView::attach() {
   Wizard& wizard = setup_.wizard;
   longAct_ = std::make_unique<LongAct>(*statusLine_, [this] { mirrorStatusLine(); });
-  wizard.form.window.mirror = [this] { mirrorWindow(); };
-  wizard.form.window.raise = [this] {
+  hang(hooks_, wizard.form.window.mirror, [this] { mirrorWindow(); });
+  hang(hooks_, wizard.form.window.raise, [this] {
     raise();
     activateWindow();
-  };
-  wizard.form.guide.open = [this] { guide_->popup(QCursor::pos()); };
-  wizard.statusLine.mirror = [this] { mirrorStatusLine(); };
-  wizard.progress = [this](std::size_t files) { longAct_->progress(files); };
-  wizard.giveEventsTheirTurn = [] {
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-  };
-  wizard.endProcess = [this] {
+  });
+  hang(hooks_, wizard.form.guide.open, [this] { guide_->popup(QCursor::pos()); });
+  hang(hooks_, wizard.statusLine.mirror, [this] { mirrorStatusLine(); });
+  hang(hooks_, wizard.progress, [this](std::size_t files) { longAct_->progress(files); });
+  hang(hooks_, wizard.giveEventsTheirTurn,
+       [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
+  hang(hooks_, wizard.endProcess, [this] {
     qApp->installEventFilter(&endOfActs_);
     QCoreApplication::exit(0);
-  };
+  });
   if (!wizard.messageBox) {
-    wizard.messageBox = messageBoxes(*this, codePage_, wizard.form.window.title);
+    hang(hooks_, wizard.messageBox, messageBoxes(*this, codePage_, wizard.form.window.title));
   }
 }
 
@@ -122,9 +122,16 @@ void MainView::mirrorWindow() {
   }
   setWindowTitle(toShown(window.title, codePage_));
   if (isVisible()) return;
-  resize(sizeHint().boundedTo(screen()->availableSize()));
+  const QSize room = screen()->availableSize();
+  resize(sizeHint().boundedTo(room));
   if (QWidget* first = widgets_->firstInTabOrder()) first->setFocus(Qt::OtherFocusReason);
   show();
+  // The window manager's frame is known when it has put the window on screen. It may have given it
+  // a size of its own choice.
+  const auto fit = [this, room, asked = size()] {
+    if (size() == asked) resize(asked.boundedTo(room - (frameSize() - size())));
+  };
+  connect(windowHandle(), &QWindow::activeChanged, this, fit, Qt::SingleShotConnection);
 }
 
 void MainView::mirrorStatusLine() {
@@ -167,7 +174,10 @@ void MainView::contextMenuEvent(QContextMenuEvent* event) {
 
 void MainView::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && marks_) marks_->recolour();
+  if (event->type() != QEvent::PaletteChange) return;
+  // A palette that is set while another one spreads does not reach the widgets.
+  afterPalette_.start(0);
+  if (marks_) marks_->recolour();
 }
 
 }  // namespace kova

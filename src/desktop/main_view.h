@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenu>
+#include <QTimer>
 #include <memory>
 #include <string_view>
 
@@ -23,11 +24,6 @@ class MainView : public QMainWindow {
   /// Hangs itself on the controls of `setup` and, unless it has some, gives it message boxes. Both
   /// outlive the view.
   MainView(SetupWizard& setup, const CodePage& codePage);
-  MainView(const MainView&) = delete;
-  MainView& operator=(const MainView&) = delete;
-  MainView(MainView&&) = delete;
-  MainView& operator=(MainView&&) = delete;
-  ~MainView() override;
 
   /// The widget of a control of the main window.
   QWidget* widget(std::string_view name) const { return widgets_->widget(name); }
@@ -58,6 +54,8 @@ class MainView : public QMainWindow {
   std::unique_ptr<LongAct> longAct_;
   std::unique_ptr<HelperView> helper_;
   EndOfActs endOfActs_;
+  QTimer afterPalette_;
+  Hooks hooks_;
 };
 
 }  // namespace kova

@@ -11,7 +11,6 @@
 #include <array>
 #include <utility>
 
-#include "desktop/make_child.h"
 #include "desktop/text_seam.h"
 
 namespace kova {
@@ -57,7 +56,7 @@ QMessageBox::StandardButtons buttonsOf(Buttons buttons) {
 
 /// Shows `text` where it wraps at any place and scrolls. Its size fits into `room`.
 QPlainTextEdit* scrollingText(QWidget& parent, const QString& text, const QSize& room) {
-  auto* area = makeChild<QPlainTextEdit>(parent);
+  auto* area = new QPlainTextEdit(&parent);
   area->setReadOnly(true);
   area->setTabChangesFocus(true);
   area->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);

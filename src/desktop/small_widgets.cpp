@@ -21,6 +21,13 @@ CaptionLabel::CaptionLabel(Label& label, int lines, QWidget* parent)
     : QLabel(parent), label_(label), lines_(lines) {
   setTextFormat(Qt::PlainText);
   setWordWrap(lines > 1);
+  setAlignment(Qt::AlignLeft | Qt::AlignTop);
+}
+
+void CaptionLabel::leadTo(QWidget& field) {
+  setBuddy(&field);
+  setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
 QSize CaptionLabel::sizeHint() const {
@@ -43,13 +50,22 @@ void CaptionLabel::mouseReleaseEvent(QMouseEvent* event) {
   }
 }
 
+ActButton::ActButton(bool endsWork, QWidget* parent)
+    : QPushButton(parent), fewestCharacters_(endsWork ? 11 : 7) {
+  setAutoDefault(true);
+  if (!endsWork) return;
+  QFont heavy;
+  heavy.setBold(true);
+  setFont(heavy);
+  setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Minimum);
+}
+
 QSize ActButton::sizeHint() const {
-  constexpr int fewestCharacters = 7;
   const QFontMetrics metrics = fontMetrics();
   const int character = metrics.averageCharWidth();
   const int caption = metrics.size(Qt::TextShowMnemonic, text()).width();
   QSize size = QPushButton::sizeHint();
-  size.setWidth(std::max(caption, fewestCharacters * character) + 2 * character);
+  size.setWidth(std::max(caption, fewestCharacters_ * character) + 2 * character);
   return size;
 }
 

@@ -30,6 +30,8 @@ class FrameBox : public QGroupBox {
 class CaptionLabel : public QLabel {
  public:
   CaptionLabel(Label& label, int lines, QWidget* parent);
+  /// It stands beside `field`, which its access key reaches.
+  void leadTo(QWidget& field);
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
@@ -44,12 +46,15 @@ class CaptionLabel : public QLabel {
 };
 
 /// A button hardly wider than its caption. The style's smallest one would not leave the window room
-/// on small screens.
+/// on small screens. One that ends the work has weight: it fills its place, its caption in bold.
 class ActButton : public QPushButton {
  public:
-  using QPushButton::QPushButton;
+  ActButton(bool endsWork, QWidget* parent);
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
+
+ private:
+  int fewestCharacters_;
 };
 
 /// An option button that the Tab key reaches whether it is selected or not.

@@ -6,11 +6,11 @@ namespace {
 
 constexpr std::array<DesignRow<ExportHelper>, 5> design{{
     {&ExportHelper::nextParam,
-     {"nextParam", ControlKind::commandButton, "", "Next >", 0, {2100, 1830, 945, 405}}},
+     {"nextParam", ControlKind::commandButton, "", {"Next >", 'N'}, 0, {2100, 1830, 945, 405}}},
     {&ExportHelper::lastParam,
-     {"lastParam", ControlKind::commandButton, "", "< Back", 1, {1080, 1830, 945, 405}}},
+     {"lastParam", ControlKind::commandButton, "", {"< Back", 'B'}, 1, {1080, 1830, 945, 405}}},
     {&ExportHelper::DoneParam,
-     {"DoneParam", ControlKind::commandButton, "", "Done", 2, {3090, 1830, 975, 405}}},
+     {"DoneParam", ControlKind::commandButton, "", {"Done", 'D'}, 2, {3090, 1830, 975, 405}}},
     {&ExportHelper::ParamText,
      {"ParamText", ControlKind::textBox, "", "", 3, {90, 1320, 3915, 405}}},
     {&ExportHelper::helperLabel,
@@ -21,7 +21,6 @@ constexpr std::string_view deviceServerTag = "Device Server";
 constexpr std::size_t suggestedCharacters = 3;
 constexpr std::string_view localNameEnding = "EQM";
 constexpr std::size_t behindAnyText = 1024;
-constexpr std::int16_t enterKey = 13;
 
 std::size_t current(const ExportHelper& helper) {
   return static_cast<std::size_t>(helper.paramIndex);
@@ -137,7 +136,7 @@ void DoneParam_Click(ExportHelper& helper) {
 }
 
 void ParamText_KeyDown(ExportHelper& helper, std::int16_t keyCode) {
-  if (keyCode != enterKey) return;
+  if (keyCode != TextField::enterKey) return;
   if (helper.nextParam.enabled()) {
     nextParam_Click(helper);
   } else {

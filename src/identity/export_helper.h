@@ -20,11 +20,6 @@ struct ExportHelper {
   static constexpr std::size_t maxParams = 51;
 
   ExportHelper();
-  ExportHelper(const ExportHelper&) = delete;
-  ExportHelper& operator=(const ExportHelper&) = delete;
-  ExportHelper(ExportHelper&&) = delete;
-  ExportHelper& operator=(ExportHelper&&) = delete;
-  ~ExportHelper() = default;
 
   Window window;
   CommandButton nextParam, lastParam, DoneParam;

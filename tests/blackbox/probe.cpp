@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QScrollArea>
+#include <QStyleOption>
 #include <QTimer>
 #include <cstdio>
 #include <functional>
@@ -23,9 +24,18 @@ QSize neededBy(const QWidget& shown) {
   }
   QSize needed = shown.minimumSizeHint();
   if (qobject_cast<const QLabel*>(&shown) != nullptr ||
-      qobject_cast<const QComboBox*>(&shown) != nullptr ||
       qobject_cast<const QAbstractButton*>(&shown) != nullptr) {
     needed = shown.sizeHint();
+  }
+  if (const auto* list = qobject_cast<const QComboBox*>(&shown)) {
+    QStyleOptionComboBox option;
+    option.initFrom(list);
+    const QRect text = list->style()->subControlRect(QStyle::CC_ComboBox, &option,
+                                                     QStyle::SC_ComboBoxEditField, list);
+    for (int entry = 0; entry < list->count(); ++entry) {
+      const int width = list->fontMetrics().horizontalAdvance(list->itemText(entry));
+      needed = needed.expandedTo({list->width() - text.width() + width, 0});
+    }
   }
   if (const auto* field = qobject_cast<const QLineEdit*>(&shown)) {
     constexpr int edges = 12;
@@ -51,6 +61,15 @@ class Probe {
       }
     }
     window.grab().save(QStringLiteral("%1-%2.png").arg(pictures_, QString::fromLatin1(name)));
+  }
+
+  /// Nobody has to scroll to a button.
+  void press(const QWidget& window) {
+    for (const auto* button : window.findChildren<QAbstractButton*>()) {
+      const QSize seen = button->visibleRegion().boundingRect().size();
+      if (button->isVisible() && seen != button->size())
+        tell(*button, "press", seen, button->size());
+    }
   }
 
   /// What has the focus must be in sight, or as much of it as there is room for.
@@ -121,8 +140,10 @@ int main(int argc, char** argv) {
   form.PropertyName.setText("CURRENT");
   probe.lookAtMessage("question", [&] { form.AddProperty.click(); });
   constexpr QSize screen(1024, 768);
-  view.resize(view.sizeHint().boundedTo(screen / view.devicePixelRatioF()));
+  constexpr QSize frame(4, 28);
+  view.resize(view.sizeHint().boundedTo(screen / view.devicePixelRatioF() - frame));
   probe.look(view, "screen");
+  if (view.devicePixelRatioF() == 1 && font.pointSize() <= 12) probe.press(view);
   probe.reach(view);
   view.resize(view.sizeHint());
   probe.look(view, "whole");

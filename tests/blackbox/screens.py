@@ -13,7 +13,7 @@ import tempfile
 
 SCALES, POINTS = ("1", "1.25", "1.5", "1.75", "2"), ("8", "9", "10", "11", "12", "14", "16", "18")
 PALETTES = ("light", "dark")
-FEW = [("1", "9", "light"), ("1.25", "18", "dark"), ("1.75", "11", "light"), ("2", "8", "dark")]
+FEW = [("1", "12", "light"), ("1.25", "18", "dark"), ("1.75", "11", "light"), ("2", "8", "dark")]
 WINDOWS = ("screen", "whole", "guide", "question", "warning")
 
 

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// Where the controls of a window stand: each frame, and the window itself, is a picture of words.
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova {
+
+/// A line is a row, and a word in it a cell: a control, or a further sketch. "<" belongs to the
+/// cell to its left, "^" to the one above, "-" is empty, and so is what a line lacks at its end.
+/// Rows and columns with nothing in them take the room that is left over.
+struct Sketch {
+  std::string_view name;  ///< of the frame, or of the word that stands for it
+  const char* picture = "";
+};
+
+/// The sketches of the two windows. The first one is that of the window itself.
+std::vector<Sketch> mainWindowSketches();
+std::vector<Sketch> guidedDialogSketches();
+
+struct Cell {
+  std::string word;
+  int row = 0;
+  int column = 0;
+  int rows = 1;
+  int columns = 1;
+};
+
+struct Grid {
+  std::vector<Cell> cells{};
+  std::map<int, bool> rows{};  ///< whether anything stands in a row
+  std::map<int, bool> columns{};
+
+  /// The cell that covers a place, null if none does.
+  const Cell* at(int row, int column) const;
+  const Cell* rightOf(const Cell& cell) const { return at(cell.row, cell.column + cell.columns); }
+};
+
+Grid gridOf(const Sketch& sketch);
+
+}  // namespace kova
