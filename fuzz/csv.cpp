@@ -65,11 +65,10 @@ void check(std::string_view bytes) {
   require(stripBlanks(line) == strip(line), "blanks go as the rules say");
   require(getCsvColumn(line, tag) == columnOf(line, tag), "a tag has its column");
   CsvFields fields;
-  fields.split(line);
+  splitCsvLine(line, fields);
   for (std::int16_t column = -1; column < 24; ++column) {
     const std::string expected = fieldOf(line, column);
-    require(getCsvField(line, column) == expected, "a column has its field");
-    require(fields[column] == expected, "one pass finds the same field");
+    require(getCsvField(fields, column) == expected, "a column has its field");
   }
 }
 

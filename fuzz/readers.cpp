@@ -60,14 +60,14 @@ std::vector<std::vector<std::string>> fieldsUnder(const FileSystem& files, const
   std::vector<std::int16_t> columns;
   const auto findColumns = [&](std::string_view line) {
     CsvFields tags;
-    tags.split(header);
-    for (std::int16_t column = 0; !tags[column].empty(); ++column) {
-      if (tags[column] != "PROPERTY_ID") columns.push_back(getCsvColumn(line, tags[column]));
+    splitCsvLine(header, tags);
+    for (const std::string_view tag : tags) {
+      if (tag != "PROPERTY_ID") columns.push_back(getCsvColumn(line, tag));
     }
   };
   readTable(files, file, findColumns, [&](const CsvFields& fields) {
     rows.emplace_back();
-    for (const std::int16_t column : columns) rows.back().emplace_back(fields[column]);
+    for (const std::int16_t column : columns) rows.back().emplace_back(getCsvField(fields, column));
   });
   return rows;
 }

@@ -3,10 +3,10 @@
 
 #include <functional>
 #include <string_view>
-#include <utility>
 
 #include "completion/export_file.h"
 #include "completion/generators.h"
+#include "completion/replace_table.h"
 #include "core/form_texts.h"
 #include "core/program_end.h"
 #include "core/project_entry.h"
@@ -23,34 +23,30 @@ class WritingFailed : public Failure {
   using Failure::Failure;
 };
 
-/// Where the tables are copied to; no path if they are not.
-struct Repository {
-  std::string path;      ///< with a trailing separator
-  bool isFolder = true;  ///< the local name names a folder of the repository
-};
-
-bool namesFolder(const std::string& name) {
-  return !name.empty() && name != "." && name != ".." &&
-         name.find(pathSeparator) == std::string::npos;
-}
-
-Repository repositoryOf(const Wizard& wizard) {
+/// Folder of this server in the repository, with a trailing separator; empty if there is no
+/// repository.
+std::string repositoryPathOf(const Wizard& wizard) {
   const Environment& environment = wizard.platform.environment;
-  std::string root = environment.variable("FEC_HOME");
-  if (root.empty()) root = environment.variable("FECDB");
-  if (root.empty()) return {};
-  if (root.back() != pathSeparator) root += pathSeparator;
-  const std::string& localName = wizard.state.exportTable.front().localName;
-  return {root + localName + pathSeparator, namesFolder(localName)};
+  std::string path = environment.variable("FEC_HOME");
+  if (path.empty()) path = environment.variable("FECDB");
+  if (path.empty()) return {};
+  if (path.back() != pathSeparator) path += pathSeparator;
+  return path + wizard.state.exportTable.front().localName + pathSeparator;
 }
 
-bool isToBeUpdated(const Wizard& wizard, const Repository& repository) {
-  if (repository.path.empty()) return false;
+bool isToBeUpdated(const Wizard& wizard, const std::string& repositoryPath) {
+  if (repositoryPath.empty()) return false;
   return wizard.messageBox(
-             {.text = "Do you want to update the database files under " + repository.path + " ?",
+             {.text = "Do you want to update the database files under " + repositoryPath + " ?",
               .buttons = Buttons::yesNo,
               .title = "Write to FEC_HOME repository?",
               .enter = Answer::no}) == Answer::yes;
+}
+
+/// The local name names a folder of the repository.
+bool namesFolder(const std::string& localName) {
+  return !localName.empty() && localName != "." && localName != ".." &&
+         localName.find(pathSeparator) == std::string::npos;
 }
 
 void couldNotCopy(const Wizard& wizard, const std::string& source, const std::string& dest,
@@ -59,30 +55,35 @@ void couldNotCopy(const Wizard& wizard, const std::string& source, const std::st
 }
 
 /// Writes every table and copies it. Throws WritingFailed; nothing further is written then.
-class Finishing {
- public:
-  Finishing(Wizard& wizard, Repository repository)
-      : wizard_(wizard), state_(wizard.state), repository_(std::move(repository)) {}
+struct Finishing {
+  Wizard& wizard;
+  const std::string& repositoryPath;
+  bool writeRepository = false;
+  std::size_t done = 0;  ///< files
 
   void run() {
+    WizardState& state = wizard.state;
     writeExports();
     writeHistory();
     writeAlarms();
-    copy(state_.exportsFileName);
+    copy(state.exportsFileName);
     copy(std::string(historyFileName));
     copy(std::string(alarmFileName));
-    if (state_.deviceNamesDefined) writeDevices(serverDevicesFile, state_.deviceNames);
-    for (std::int16_t i = 0; i < state_.exportCount; ++i) {
-      PropertyRecord& row = exportRow(wizard_, i);
+    if (state.deviceNamesDefined) writeDevices(serverDevicesFile, state.deviceNames);
+    for (std::int16_t i = 0; i < state.exportCount; ++i) {
+      PropertyRecord& row = exportRow(wizard, i);
       if (row.hasDeviceList) writeDevices(row.propertyName + "-names.csv", row.devices);
     }
-    write(state_.projectPath, [&] { files().flushFolder(pathOf("")); });
+    write(state.projectPath, [&] { files().flushFolder(pathOf("")); });
   }
 
  private:
-  FileSystem& files() const { return wizard_.platform.files; }
-  std::string fileName(std::string_view name) const { return projectFile(wizard_, name); }
-  Path pathOf(std::string_view name) const { return files().path(fileName(name)); }
+  FileSystem& files() const { return wizard.platform.files; }
+  std::string fileName(std::string_view name) const { return projectFile(wizard, name); }
+  /// Throws Failure for a name that leads out of the directory.
+  Path pathOf(std::string_view name) const {
+    return fileInFolder(files(), wizard.state.projectPath, name);
+  }
 
   /// Runs one writer. `name` is the bare name of its file.
   static void write(const std::string& name, const std::function<void()>& writer) {
@@ -95,58 +96,53 @@ class Finishing {
 
   /// Runs the writer of a whole file; what somebody else wrote there is kept.
   void writeTable(const std::string& name, const std::function<void()>& writer) {
-    write(name, [&] { replaceTable(wizard_, fileName(name), writer); });
+    write(name, [&] { replaceTable(wizard, pathOf(name), writer); });
     countFile();
   }
 
   void writeExports() {
-    write(state_.exportsFileName,
-          [&] { writeExportRows(wizard_, fileName(state_.exportsFileName)); });
+    const std::string& name = wizard.state.exportsFileName;
+    write(name, [&] { writeExportRows(wizard, pathOf(name)); });
     countFile();
   }
 
   void writeHistory() {
-    if (!state_.historyInUse) return;
+    const WizardState& state = wizard.state;
+    if (!state.historyInUse) return;
     writeTable(std::string(historyFileName), [&] {
-      WriteHistoryFile(files(), pathOf(historyFileName), state_.historyTable, state_.historyCount,
-                       historyForm(wizard_));
+      WriteHistoryFile(files(), pathOf(historyFileName), state.historyTable, state.historyCount,
+                       historyForm(wizard));
     });
   }
 
   void writeAlarms() {
-    if (state_.alarmCount < 1) return;
+    const WizardState& state = wizard.state;
+    if (state.alarmCount < 1) return;
     writeTable(std::string(alarmFileName), [&] {
-      WriteAlarmWatchFile(files(), pathOf(alarmFileName), state_.alarmTable, state_.alarmCount);
+      WriteAlarmWatchFile(files(), pathOf(alarmFileName), state.alarmTable, state.alarmCount);
     });
   }
 
   void writeDevices(const std::string& name, DeviceNames& devNames) {
-    // A name that leads out of the directory is refused before anything is looked at there.
-    write(name, [&] { fileInFolder(files(), state_.projectPath, name); });
-    writeTable(name, [&] { WriteDevicesFile(files(), state_.projectPath, name, devNames); });
+    writeTable(name, [&] { WriteDevicesFile(files(), wizard.state.projectPath, name, devNames); });
     copy(name);
   }
 
   void copy(const std::string& name) {
-    if (repository_.path.empty()) return;
-    if (repository_.isFolder) {
-      copyCsvFile(wizard_, fileName(name), repository_.path);
+    if (!writeRepository) return;
+    if (namesFolder(wizard.state.exportTable.front().localName)) {
+      copyCsvFile(wizard, fileName(name), repositoryPath);
     } else if (files().fileExists(pathOf(name))) {
-      couldNotCopy(wizard_, fileName(name), repository_.path,
+      couldNotCopy(wizard, fileName(name), repositoryPath,
                    "the local name names no folder of its own");
     }
     countFile();
   }
 
   void countFile() {
-    ++done_;
-    if (wizard_.progress) wizard_.progress(done_);
+    ++done;
+    if (wizard.progress) wizard.progress(done);
   }
-
-  Wizard& wizard_;
-  WizardState& state_;
-  Repository repository_;
-  std::size_t done_ = 0;
 };
 
 void leaveEmptyProject(Wizard& wizard) {
@@ -163,13 +159,13 @@ void leaveEmptyProject(Wizard& wizard) {
 
 void Command1_Click(Wizard& wizard) {
   if (wizard.state.exportCount == 0) return leaveEmptyProject(wizard);
-  Repository repository = repositoryOf(wizard);
-  if (!isToBeUpdated(wizard, repository)) repository.path.clear();
+  const std::string repositoryPath = repositoryPathOf(wizard);
+  const bool writeRepository = isToBeUpdated(wizard, repositoryPath);
   putHeader(wizard, projectFile(wizard, wizard.state.exportsFileName));
   if (!wizard.state.exportStream) return;
   wizard.state.foreignChanges.clear();
   try {
-    Finishing(wizard, std::move(repository)).run();
+    Finishing{wizard, repositoryPath, writeRepository}.run();
   } catch (const WritingFailed& failure) {
     report(wizard, "The project is not finished." + wizard.state.foreignChanges);
     return tell(wizard, failure.what());
@@ -185,8 +181,7 @@ void copyCsvFile(const Wizard& wizard, const std::string& source, const std::str
   try {
     const Path folder = files.path(dest);
     if (!files.folderExists(folder)) files.createFolder(folder);
-    const std::string leaf = source.substr(source.rfind(pathSeparator) + 1);
-    replace(files, files.path(dest + leaf), files.read(from));
+    replace(files, folder / from.leaf(), files.read(from));
   } catch (const Failure& failure) {
     couldNotCopy(wizard, source, dest, failure.what());
   }

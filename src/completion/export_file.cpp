@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "core/status.h"
+#include "completion/replace_table.h"
 
 namespace kova {
 namespace {
@@ -32,36 +32,6 @@ void makeFolders(FileSystem& files, const std::string& folder) {
   }
 }
 
-std::string leafOf(const Path& file) {
-  return file.native.substr(file.native.rfind(pathSeparator) + 1);
-}
-
-Path besides(const Path& file, const std::string& leaf) {
-  return {file.native.substr(0, file.native.rfind(pathSeparator) + 1) + leaf};
-}
-
-void saveForeignChange(Wizard& wizard, const std::string& fileName) {
-  FileSystem& files = wizard.platform.files;
-  const Path file = files.path(fileName);
-  const std::optional<FileStamp> present = files.stamp(file);
-  if (!present) return;
-  const std::string leaf = leafOf(file);
-  const auto known = wizard.state.stampsAtEntry.find(leaf);
-  if (known != wizard.state.stampsAtEntry.end() && known->second == *present) return;
-  const std::string backup = backupName(leaf, wizard.platform.clock.unixTime());
-  files.copy(file, besides(file, backup));
-  std::string& kept = wizard.state.foreignChanges;
-  kept += " What somebody else has written to " + leaf + " since is kept as " + backup + ".";
-  report(wizard, kept);
-}
-
-void noteOwnWriting(Wizard& wizard, const std::string& fileName) {
-  const Path file = wizard.platform.files.path(fileName);
-  if (const auto stamp = wizard.platform.files.stamp(file)) {
-    wizard.state.stampsAtEntry.insert_or_assign(leafOf(file), *stamp);
-  }
-}
-
 }  // namespace
 
 void putHeader(Wizard& wizard, const std::string& fileName) {
@@ -76,7 +46,7 @@ void putHeader(Wizard& wizard, const std::string& fileName) {
   }
 }
 
-void writeExportRows(Wizard& wizard, const std::string& fileName) {
+void writeExportRows(Wizard& wizard, const Path& file) {
   WizardState& state = wizard.state;
   const std::unique_ptr<OutputFile> stream = std::move(state.exportStream);
   std::string lines;
@@ -84,23 +54,13 @@ void writeExportRows(Wizard& wizard, const std::string& fileName) {
     lines += exportDataLine(state.exportTable[static_cast<std::size_t>(i)], i);
   }
   stream->write(lines);
-  replaceTable(wizard, fileName, [&] { stream->close(); });
+  replaceTable(wizard, file, [&] { stream->close(); });
   std::for_each(state.exportTable.begin(), state.exportTable.begin() + state.exportCount,
                 [](PropertyRecord& row) {
                   row.onDisk = true;
                   row.changed = false;
                 });
   state.removedRows = 0;
-}
-
-void replaceTable(Wizard& wizard, const std::string& fileName,
-                  const std::function<void()>& writer) {
-  FileSystem& files = wizard.platform.files;
-  // A colleague's Done must not come between the look at the file and its replacement.
-  const auto lock = files.lock(files.path(wizard.state.projectPath));
-  saveForeignChange(wizard, fileName);
-  writer();
-  noteOwnWriting(wizard, fileName);
 }
 
 }  // namespace kova

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Writing the export table, and what all tables go through before they are replaced.
+// Writing the export table.
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "core/wizard.h"
@@ -14,11 +13,6 @@ namespace kova {
 void putHeader(Wizard& wizard, const std::string& fileName);
 
 /// Writes all rows to the open stream and closes it. Throws Failure; the file is then as it was.
-void writeExportRows(Wizard& wizard, const std::string& fileName);
-
-/// Runs `writer`, which gives the file its new content. What somebody else has written there since
-/// the project was entered is backed up ahead of that. Throws Failure if it can't be saved, and
-/// those of `writer`.
-void replaceTable(Wizard& wizard, const std::string& fileName, const std::function<void()>& writer);
+void writeExportRows(Wizard& wizard, const Path& file);
 
 }  // namespace kova

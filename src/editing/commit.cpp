@@ -2,9 +2,7 @@
 #include "editing/commit.h"
 
 #include <cmath>
-#include <optional>
 #include <string>
-#include <utility>
 
 #include "core/data_formats.h"
 #include "core/form_texts.h"
@@ -17,22 +15,24 @@
 namespace kova {
 namespace {
 
-/// Rows that a commit appends to the other tables, converted before anything changes.
-struct ConvertedRows {
-  std::optional<HistoryRecord> history;
-  std::optional<AlarmWatchRecord> alarm;
+/// Numbers of rows that the other tables have once a commit is through.
+struct RowCounts {
+  std::int16_t history = 0;
+  std::int16_t alarm = 0;
 };
 
-ConvertedRows convertRows(const Wizard& wizard) {
-  const WizardState& state = wizard.state;
-  ConvertedRows rows;
+/// Appends the form's rows to the other tables, where they count only once the commit says so: a
+/// text that does not fit leaves the tables as they were.
+RowCounts appendUncounted(Wizard& wizard) {
+  WizardState& state = wizard.state;
+  RowCounts counts{state.historyCount, state.alarmCount};
   if (wizard.form.HistoryCheck.ticked()) {
-    rows.history = newHistoryRecord(state.historyTable, state.historyCount, historyForm(wizard));
+    AppendHistoryFile(state.historyTable, counts.history, historyForm(wizard));
   }
   if (wizard.form.AlarmWatchCheck.ticked()) {
-    rows.alarm = newAlarmRecord(state.alarmCount, alarmForm(wizard));
+    AppendAlarmWatchFile(state.alarmTable, counts.alarm, alarmForm(wizard));
   }
-  return rows;
+  return counts;
 }
 
 /// What stands against any commit of the form, empty if nothing does.
@@ -76,21 +76,15 @@ void fillFromForm(const Wizard& wizard, PropertyRecord& row) {
   row.changed = true;
 }
 
-void appendConverted(Wizard& wizard, PropertyRecord& row, ConvertedRows& rows) {
+void count(Wizard& wizard, PropertyRecord& row, const RowCounts& counts) {
   WizardState& state = wizard.state;
+  state.historyCount = counts.history;
+  state.alarmCount = counts.alarm;
   if (wizard.form.HistoryCheck.ticked()) {
-    if (rows.history) {
-      state.historyTable[static_cast<std::size_t>(state.historyCount++)] = std::move(*rows.history);
-    }
     row.hasHistory = true;
     state.historyInUse = true;
   }
-  if (wizard.form.AlarmWatchCheck.ticked()) {
-    if (rows.alarm) {
-      state.alarmTable[static_cast<std::size_t>(state.alarmCount++)] = std::move(*rows.alarm);
-    }
-    row.hasAlarmWatch = true;
-  }
+  if (wizard.form.AlarmWatchCheck.ticked()) row.hasAlarmWatch = true;
 }
 
 void takeDeviceList(const Wizard& wizard, PropertyRecord& row) {
@@ -117,12 +111,12 @@ void showNumDevices(Wizard& wizard, std::int16_t index) {
 void commitProperty(Wizard& wizard, std::int16_t index, bool isNew) {
   WizardState& state = wizard.state;
   if (isNew && index >= tableRows) return tell(wizard, tableFullMessage);
-  ConvertedRows converted = convertRows(wizard);
+  const RowCounts counts = appendUncounted(wizard);
 
   PropertyRecord& row = exportRow(wizard, index);
   if (isNew) dropForgottenList(wizard, row);
   fillFromForm(wizard, row);
-  appendConverted(wizard, row, converted);
+  count(wizard, row, counts);
   takeDeviceList(wizard, row);
   const std::string name = row.propertyName;
   const std::string line = listLine(row, wizard.form.PropertyDescription.text());

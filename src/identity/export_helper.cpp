@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "identity/export_helper.h"
 
+#include "identity/server_names.h"
+
 namespace kova {
 namespace {
 
@@ -19,7 +21,6 @@ constexpr std::array<DesignRow<ExportHelper>, 5> design{{
 
 constexpr std::string_view deviceServerTag = "Device Server";
 constexpr std::size_t suggestedCharacters = 3;
-constexpr std::string_view localNameEnding = "EQM";
 constexpr std::size_t behindAnyText = 1024;
 
 std::size_t current(const ExportHelper& helper) {

@@ -10,7 +10,6 @@ namespace {
 // In the order of comparison: the longer code first.
 constexpr std::array<std::string_view, 8> prefixCodes = {"QVX", "GR", "KB", "M6",
                                                          "M7",  "S6", "S7", "ZA"};
-constexpr std::string_view localNameEnding = "EQM";
 constexpr std::size_t longestDrivingName = 3;
 
 /// Index of the first row that has this local name under another export name, or the row count.

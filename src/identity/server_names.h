@@ -9,6 +9,9 @@
 
 namespace kova {
 
+/// What a suggested local name ends in.
+inline constexpr std::string_view localNameEnding = "EQM";
+
 /// Export name without its prefix code and one "-" or "." behind it.
 std::string_view withoutPrefix(std::string_view exportName);
 

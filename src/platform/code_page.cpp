@@ -2,6 +2,7 @@
 #include "platform/code_page.h"
 
 #include <algorithm>
+#include <bit>
 #include <clocale>
 #include <cstdlib>
 #include <cwchar>
@@ -55,22 +56,16 @@ void appendUtf8(std::string& utf8, char32_t character) {
 
 // Takes the first character off `utf8`; of what is no character, one byte.
 char32_t takeCharacter(std::string_view& utf8) {
-  const auto bits = [&](std::size_t index) {
-    return static_cast<char32_t>(static_cast<unsigned char>(utf8[index]));
-  };
-  const char32_t lead = bits(0);
   constexpr std::array<char32_t, 5> smallest{0, 0, 0x80, 0x800, 0x10000};
-  const std::size_t size = lead < 0x80   ? 1
-                           : lead < 0xC2 ? 0
-                           : lead < 0xE0 ? 2
-                           : lead < 0xF0 ? 3
-                           : lead < 0xF5 ? 4
-                                         : 0;
-  char32_t character = size < 2 ? lead : lead & (0x7FU >> size);
-  bool valid = size > 0 && size <= utf8.size();
+  const auto byte = [&](std::size_t index) { return static_cast<unsigned char>(utf8[index]); };
+  // As many leading ones as there are bytes, none for a byte that stands alone.
+  const auto ones = static_cast<std::size_t>(std::countl_one(byte(0)));
+  const std::size_t size = std::max<std::size_t>(ones, 1);
+  bool valid = ones != 1 && size < smallest.size() && size <= utf8.size();
+  char32_t character = byte(0) & (0xFFU >> ones);
   for (std::size_t index = 1; valid && index < size; ++index) {
-    valid = (bits(index) & 0xC0U) == 0x80;
-    character = (character << 6U) | (bits(index) & 0x3FU);
+    valid = (byte(index) & 0xC0U) == 0x80;
+    character = (character << 6U) | (byte(index) & 0x3FU);
   }
   valid =
       valid && character >= smallest.at(size) && character <= 0x10FFFF && !isSurrogate(character);

@@ -22,8 +22,6 @@ class CodePage {
   char32_t character(char byte) const { return characters_[static_cast<unsigned char>(byte)]; }
   /// Byte of a Unicode character, "?" if the code page has none.
   char byte(char32_t character) const;
-  /// File names of this locale are the text's own bytes rather than UTF-8.
-  bool ownFileNames() const { return ownFileNames_; }
   /// A text as UTF-8, and UTF-8 as text ("?" for what the code page lacks or what is no UTF-8).
   std::string toUtf8(std::string_view text) const;
   std::string fromUtf8(std::string_view utf8) const;
@@ -33,7 +31,7 @@ class CodePage {
 
  private:
   std::array<char32_t, 256> characters_{};
-  bool ownFileNames_ = false;
+  bool ownFileNames_ = false;  ///< those of the locale are the text's own bytes, not UTF-8
 };
 
 }  // namespace kova

@@ -24,6 +24,18 @@ inline constexpr char pathSeparator = '/';
 /// Name of a file or folder in the machine's own form, as its calls take it.
 struct Path {
   std::string native;
+
+  /// What stands behind the last separator.
+  std::string leaf() const { return native.substr(native.rfind(pathSeparator) + 1); }
+  /// What stands up to it: the folder, its separator included, or nothing if there is none.
+  Path parent() const { return {native.substr(0, native.rfind(pathSeparator) + 1)}; }
+  /// An entry of this folder.
+  Path operator/(std::string_view name) const {
+    Path entry = *this;
+    if (!native.empty() && native.back() != pathSeparator) entry.native += pathSeparator;
+    entry.native += name;
+    return entry;
+  }
   auto operator<=>(const Path&) const = default;
 };
 
@@ -40,11 +52,6 @@ struct FileStamp {
 /// A file that is being written. It stands under a hidden name beside its target until `close`;
 /// an object that goes without `close` leaves the target as it was and no hidden file behind.
 struct OutputFile {
-  OutputFile() = default;
-  OutputFile(const OutputFile&) = delete;
-  OutputFile& operator=(const OutputFile&) = delete;
-  OutputFile(OutputFile&&) = delete;
-  OutputFile& operator=(OutputFile&&) = delete;
   virtual ~OutputFile() = default;
   /// Appends all of `content`. Throws Failure, also for a short write.
   virtual void write(std::string_view content) = 0;
@@ -55,21 +62,11 @@ struct OutputFile {
 
 /// Keeps other wizards from replacing files of a folder for as long as it lives.
 struct FolderLock {
-  FolderLock() = default;
-  FolderLock(const FolderLock&) = delete;
-  FolderLock& operator=(const FolderLock&) = delete;
-  FolderLock(FolderLock&&) = delete;
-  FolderLock& operator=(FolderLock&&) = delete;
   virtual ~FolderLock() = default;
 };
 
 /// Files of one machine.
 struct FileSystem {
-  FileSystem() = default;
-  FileSystem(const FileSystem&) = delete;
-  FileSystem& operator=(const FileSystem&) = delete;
-  FileSystem(FileSystem&&) = delete;
-  FileSystem& operator=(FileSystem&&) = delete;
   virtual ~FileSystem() = default;
 
   /// The machine's name for a path in the wizard's text. Throws Failure for the empty text and for

@@ -12,11 +12,6 @@ namespace kova {
 
 /// Names and values around the process.
 struct Environment {
-  Environment() = default;
-  Environment(const Environment&) = delete;
-  Environment& operator=(const Environment&) = delete;
-  Environment(Environment&&) = delete;
-  Environment& operator=(Environment&&) = delete;
   virtual ~Environment() = default;
   /// Value of a variable as wizard text; empty if it is not set.
   virtual std::string variable(const std::string& name) const = 0;
@@ -27,11 +22,6 @@ struct Environment {
 
 /// Time of day.
 struct Clock {
-  Clock() = default;
-  Clock(const Clock&) = delete;
-  Clock& operator=(const Clock&) = delete;
-  Clock(Clock&&) = delete;
-  Clock& operator=(Clock&&) = delete;
   virtual ~Clock() = default;
   /// Seconds since 1970-01-01 00:00:00 UTC.
   virtual std::int32_t unixTime() const = 0;
@@ -39,11 +29,6 @@ struct Clock {
 
 /// Starts other programs.
 struct ProgramStarter {
-  ProgramStarter() = default;
-  ProgramStarter(const ProgramStarter&) = delete;
-  ProgramStarter& operator=(const ProgramStarter&) = delete;
-  ProgramStarter(ProgramStarter&&) = delete;
-  ProgramStarter& operator=(ProgramStarter&&) = delete;
   virtual ~ProgramStarter() = default;
   /// Starts the program that the first word of `commandLine` names, without waiting for it and
   /// without a shell: words end at blanks, nothing else has a meaning. The program is looked up on

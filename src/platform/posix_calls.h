@@ -23,17 +23,17 @@ namespace kova::posix {
 }
 
 /// Result of a call that is repeated as long as a signal cuts it short.
-template <class Call>
-auto uninterrupted(Call call) {
-  auto result = call();
-  while (result == -1 && errno == EINTR) result = call();
+template <class Call, class... Arguments>
+auto uninterrupted(Call call, Arguments... arguments) {
+  auto result = call(arguments...);
+  while (result == -1 && errno == EINTR) result = call(arguments...);
   return result;
 }
 
 /// Result of a call, which must not be -1.
-template <class Call>
-auto checked(Call call) {
-  const auto result = uninterrupted(call);
+template <class Call, class... Arguments>
+auto checked(Call call, Arguments... arguments) {
+  const auto result = uninterrupted(call, arguments...);
   if (result == -1) fail(errno);
   return result;
 }
@@ -62,19 +62,10 @@ class Descriptor {
 /// Appends all of `content`.
 inline void writeAll(const Descriptor& file, std::string_view content) {
   while (!content.empty()) {
-    const auto written =
-        checked([&] { return ::write(file.number(), content.data(), content.size()); });
+    const auto written = checked(::write, file.number(), content.data(), content.size());
     if (written == 0) fail(ENOSPC);
     content.remove_prefix(static_cast<std::size_t>(written));
   }
-}
-
-/// What stands behind the last separator of a path, and what stands up to it.
-inline std::string_view leafOf(std::string_view path) {
-  return path.substr(path.rfind('/') + 1);
-}
-inline std::string_view folderOf(std::string_view path) {
-  return path.substr(0, path.size() - leafOf(path).size());
 }
 
 /// A failure that says what stands in place of the plain file that was expected.

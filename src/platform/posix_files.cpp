@@ -26,8 +26,8 @@ constexpr int lockAttempts = 300;
 // Does not wait for the other end of a pipe, nor make a terminal its own.
 Descriptor openPlainFile(const std::string& name, struct stat& state) {
   constexpr int flags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
-  Descriptor file(checked([&] { return ::open(name.c_str(), flags); }));
-  checked([&] { return ::fstat(file.number(), &state); });
+  Descriptor file(checked(::open, name.c_str(), flags));
+  checked(::fstat, file.number(), &state);
   if (!S_ISREG(state.st_mode)) posix::failAsNoPlainFile(state.st_mode);
   return file;
 }
@@ -38,16 +38,14 @@ bool hasType(const Path& path, mode_t type) {
 }
 
 std::size_t readSome(const Descriptor& file, char* into, std::size_t size) {
-  return static_cast<std::size_t>(checked([&] { return ::read(file.number(), into, size); }));
+  return static_cast<std::size_t>(checked(::read, file.number(), into, size));
 }
 
 // File systems that can share the bytes of two files do so; false where that is not possible.
 bool shareBytes(const Descriptor& from, const Descriptor& to, off_t size) {
   while (size > 0) {
-    const auto count = posix::uninterrupted([&] {
-      return ::copy_file_range(from.number(), nullptr, to.number(), nullptr,
-                               static_cast<std::size_t>(size), 0);
-    });
+    const auto count = posix::uninterrupted(::copy_file_range, from.number(), nullptr, to.number(),
+                                            nullptr, static_cast<std::size_t>(size), 0U);
     if (count <= 0) return false;
     size -= count;
   }
@@ -128,30 +126,26 @@ class PosixFileSystem final : public FileSystem {
   }
 
   std::unique_ptr<OutputFile> create(const Path& file) override {
-    return posix::openOutputFile(file.native, newFileMode_);
+    return posix::openOutputFile(file, newFileMode_);
   }
 
-  void createFolder(const Path& folder) override {
-    checked([&] { return ::mkdir(folder.native.c_str(), 0777); });
-  }
+  void createFolder(const Path& folder) override { checked(::mkdir, folder.native.c_str(), 0777U); }
 
   // The hidden name follows the source, so that what a killed run has left is used by the next copy
   // of the same file, whatever name that copy takes.
   void copy(const Path& from, const Path& to) override {
     struct stat state {};
     const Descriptor source = openPlainFile(from.native, state);
-    posix::HiddenFile hidden(posix::folderOf(to.native), posix::leafOf(from.native));
+    posix::HiddenFile hidden(to.parent(), from.leaf());
     const Descriptor& target = hidden.descriptor();
     copyBytes(source, target, state.st_size);
-    checked([&] { return ::fchmod(target.number(), state.st_mode & 0777U); });
+    checked(::fchmod, target.number(), state.st_mode & 0777U);
     const std::array times{state.st_atim, state.st_mtim};
-    checked([&] { return ::futimens(target.number(), times.data()); });
+    checked(::futimens, target.number(), times.data());
     hidden.takePlaceOf(to.native);
   }
 
-  void remove(const Path& file) override {
-    checked([&] { return ::unlink(file.native.c_str()); });
-  }
+  void remove(const Path& file) override { checked(::unlink, file.native.c_str()); }
 
   std::vector<std::string> plainFiles(const Path& folder) const override {
     const auto close = [](DIR* open) { ::closedir(open); };
@@ -186,9 +180,9 @@ class PosixFileSystem final : public FileSystem {
 
   void flushFolder(const Path& folder) override {
     const Descriptor names(
-        checked([&] { return ::open(folder.native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+        checked(::open, folder.native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // EINVAL: a file system on which folders need no flush of their own.
-    if (posix::uninterrupted([&] { return ::fsync(names.number()); }) != 0 && errno != EINVAL) {
+    if (posix::uninterrupted(::fsync, names.number()) != 0 && errno != EINVAL) {
       fail(errno);
     }
   }

@@ -22,7 +22,7 @@ constexpr std::size_t longestLeaf = 250;
 // State of an open file, if `name` is still its name.
 std::optional<struct stat> stateIfNamed(const Descriptor& file, const std::string& name) {
   struct stat opened {};
-  checked([&] { return ::fstat(file.number(), &opened); });
+  checked(::fstat, file.number(), &opened);
   struct stat named {};
   if (::lstat(name.c_str(), &named) != 0) return std::nullopt;
   if (opened.st_dev != named.st_dev || opened.st_ino != named.st_ino) return std::nullopt;
@@ -37,7 +37,7 @@ bool meansNoLocks(int error) {
 // False if another process holds the file. Without locks only a file that this run has made itself
 // is certainly nobody else's.
 bool lock(const Descriptor& file, const std::string& name, bool made) {
-  if (uninterrupted([&] { return ::flock(file.number(), LOCK_EX | LOCK_NB); }) == 0) return true;
+  if (uninterrupted(::flock, file.number(), LOCK_EX | LOCK_NB) == 0) return true;
   const int error = errno;
   if (meansNoLocks(error)) return made;
   if (error == EWOULDBLOCK) return false;
@@ -82,14 +82,14 @@ void keepAccessList(const std::string& from, const Descriptor& to) {
   const auto size = ::getxattr(from.c_str(), attribute, nullptr, 0);
   if (size <= 0) return;
   std::vector<char> list(static_cast<std::size_t>(size));
-  checked([&] { return ::getxattr(from.c_str(), attribute, list.data(), list.size()); });
-  checked([&] { return ::fsetxattr(to.number(), attribute, list.data(), list.size(), 0); });
+  checked(::getxattr, from.c_str(), attribute, list.data(), list.size());
+  checked(::fsetxattr, to.number(), attribute, list.data(), list.size(), 0);
 }
 
 // The owner stays only where this account may give files away, the group where it belongs to it.
 void keepOwner(const struct stat& former, const Descriptor& file) {
   struct stat state {};
-  checked([&] { return ::fstat(file.number(), &state); });
+  checked(::fstat, file.number(), &state);
   const auto give = [&](uid_t owner, gid_t group) {
     if (::fchown(file.number(), owner, group) != 0 && errno != EPERM) fail(errno);
   };
@@ -99,10 +99,10 @@ void keepOwner(const struct stat& former, const Descriptor& file) {
 
 class PosixOutputFile final : public OutputFile {
  public:
-  PosixOutputFile(std::string target, mode_t newFileMode)
-      : target_(std::move(target)),
+  PosixOutputFile(const Path& target, mode_t newFileMode)
+      : target_(target.native),
         newFileMode_(newFileMode),
-        hidden_(folderOf(target_), leafOf(target_)) {}
+        hidden_(target.parent(), target.leaf()) {}
 
   void write(std::string_view content) override { writeAll(hidden_.descriptor(), content); }
 
@@ -114,8 +114,8 @@ class PosixOutputFile final : public OutputFile {
       keepAccessList(target_, file);
     }
     const mode_t mode = former ? former->st_mode & 07777U : newFileMode_;
-    checked([&] { return ::fchmod(file.number(), mode); });
-    checked([&] { return ::fsync(file.number()); });
+    checked(::fchmod, file.number(), mode);
+    checked(::fsync, file.number());
     hidden_.takePlaceOf(target_);
     hidden_.removeLeftovers();
   }
@@ -128,8 +128,8 @@ class PosixOutputFile final : public OutputFile {
 
 }  // namespace
 
-HiddenFile::HiddenFile(std::string_view folder, std::string_view leaf)
-    : stem_(std::string(folder) + '.' + std::string(leaf.substr(0, longestLeaf)) + '~') {
+HiddenFile::HiddenFile(const Path& folder, std::string_view leaf)
+    : stem_((folder / ".").native.append(leaf.substr(0, longestLeaf)) + '~') {
   int firstError = 0;
   for (int number = 1; number <= hiddenNames; ++number) {
     const int error = take(number);
@@ -148,7 +148,7 @@ int HiddenFile::take(int number) {
   const std::string hidden = name(number);
   constexpr int flags = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
   const auto open = [&](int further) {
-    return uninterrupted([&] { return ::open(hidden.c_str(), flags | further, 0600); });
+    return uninterrupted(::open, hidden.c_str(), flags | further, 0600);
   };
   for (int attempt = 0; attempt < lockAttempts; ++attempt) {
     Descriptor file(open(O_CREAT | O_EXCL));
@@ -168,7 +168,7 @@ int HiddenFile::take(int number) {
     if (!S_ISREG(state->st_mode) || state->st_nlink != 1) return EPERM;
     number_ = number;
     descriptor_ = std::move(file);
-    if (state->st_size != 0) checked([&] { return ::ftruncate(descriptor_.number(), 0); });
+    if (state->st_size != 0) checked(::ftruncate, descriptor_.number(), 0);
     return 0;
   }
   return EWOULDBLOCK;
@@ -180,9 +180,9 @@ std::string HiddenFile::name(int number) const {
 
 void HiddenFile::takePlaceOf(const std::string& target) {
   // Closing a second descriptor tells what a close would tell, while the lock stays.
-  const int second = checked([&] { return ::fcntl(descriptor_.number(), F_DUPFD_CLOEXEC, 0); });
+  const int second = checked(::fcntl, descriptor_.number(), F_DUPFD_CLOEXEC, 0);
   if (::close(second) != 0 && errno != EINTR) fail(errno);
-  checked([&] { return ::rename(name(number_).c_str(), target.c_str()); });
+  checked(::rename, name(number_).c_str(), target.c_str());
   placed_ = true;
 }
 
@@ -198,11 +198,11 @@ void HiddenFile::removeLeftovers() const {
   }
 }
 
-std::unique_ptr<OutputFile> openOutputFile(const std::string& file, mode_t newFileMode) {
-  std::string target = withoutLink(file);
-  if (leafOf(target).empty()) fail(EISDIR);
-  if (plainFileState(target)) checkMayBeWritten(target);
-  return std::make_unique<PosixOutputFile>(std::move(target), newFileMode);
+std::unique_ptr<OutputFile> openOutputFile(const Path& file, mode_t newFileMode) {
+  const Path target{withoutLink(file.native)};
+  if (target.leaf().empty()) fail(EISDIR);
+  if (plainFileState(target.native)) checkMayBeWritten(target.native);
+  return std::make_unique<PosixOutputFile>(target, newFileMode);
 }
 
 }  // namespace kova::posix

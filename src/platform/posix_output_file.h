@@ -18,12 +18,10 @@ namespace kova::posix {
 /// under that name is used again. It goes with the object unless it has taken a place.
 class HiddenFile {
  public:
-  /// In `folder` (with its separator, or empty), named after `leaf`.
-  HiddenFile(std::string_view folder, std::string_view leaf);
+  /// In `folder`, named after `leaf`.
+  HiddenFile(const Path& folder, std::string_view leaf);
   HiddenFile(const HiddenFile&) = delete;
   HiddenFile& operator=(const HiddenFile&) = delete;
-  HiddenFile(HiddenFile&&) = delete;
-  HiddenFile& operator=(HiddenFile&&) = delete;
   ~HiddenFile();
 
   const Descriptor& descriptor() const { return descriptor_; }
@@ -44,6 +42,6 @@ class HiddenFile {
 };
 
 /// New content for `file`; `newFileMode` is for a file that does not exist yet.
-std::unique_ptr<OutputFile> openOutputFile(const std::string& file, mode_t newFileMode);
+std::unique_ptr<OutputFile> openOutputFile(const Path& file, mode_t newFileMode);
 
 }  // namespace kova::posix

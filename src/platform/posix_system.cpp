@@ -99,8 +99,6 @@ class SpawnSettings {
   }
   SpawnSettings(const SpawnSettings&) = delete;
   SpawnSettings& operator=(const SpawnSettings&) = delete;
-  SpawnSettings(SpawnSettings&&) = delete;
-  SpawnSettings& operator=(SpawnSettings&&) = delete;
   ~SpawnSettings() {
     ::posix_spawn_file_actions_destroy(&actions_);
     ::posix_spawnattr_destroy(&attributes_);

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,9 +57,9 @@ using AlarmTable = std::vector<AlarmWatchRecord>;
 ReadResult ReadAlarmWatchFile(const FileSystem& files, const Path& file, AlarmTable& alarmTable,
                               std::int16_t& alarmCount);
 
-/// The row that a commit of the form would append, or nothing if the table is full. Throws
-/// ValueFailure if a text does not fit its field.
-std::optional<AlarmWatchRecord> newAlarmRecord(std::int16_t alarmCount, const AlarmForm& form);
+/// Appends the form's row, unless the table is full. Throws ValueFailure, and has changed nothing
+/// then, if a text does not fit its field.
+void AppendAlarmWatchFile(AlarmTable& alarmTable, std::int16_t& alarmCount, const AlarmForm& form);
 
 /// Writes the rows that have both names. Throws Failure; the file on disk is then as it was.
 void WriteAlarmWatchFile(FileSystem& files, const Path& file, const AlarmTable& alarmTable,

@@ -19,7 +19,7 @@ inline constexpr std::int32_t backupAge = 144000;
 enum class FileVerdict { inUse, backupKept, backupDeleted };
 
 /// What the name of a plain file tells at the time `now`. A backup has a time stamp, a number of
-/// nine or ten digits that stands alone behind a dash of its base.
+/// nine or ten digits that stands alone behind the last dash of its base.
 FileVerdict classify(std::string_view name, std::int32_t now);
 
 /// Name of the backup of file `name` with this time stamp.

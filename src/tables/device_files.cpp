@@ -68,7 +68,8 @@ ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
     nameColumn = getCsvColumn(line, nameTag);
   };
   const auto row = [&](const CsvFields& fields) {
-    store(devNames, toInt16(textValue(fields[numberColumn])), fields[nameColumn], result.rows);
+    const std::int16_t number = toInt16(textValue(getCsvField(fields, numberColumn)));
+    store(devNames, number, getCsvField(fields, nameColumn), result.rows);
   };
   std::size_t line = 0;
   try {

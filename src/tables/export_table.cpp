@@ -5,22 +5,14 @@
 #include <array>
 #include <utility>
 
-#include "tables/number_text.h"
+#include "tables/columns.h"
 #include "tables/row_rules.h"
 
 namespace kova {
 
 namespace {
 
-using Column = std::string PropertyRecord::*;
-
-struct ColumnTag {
-  std::string_view tag;
-  Column field;  // null for the column that no reader reads
-};
-
-// In the order of the file.
-constexpr std::array<ColumnTag, 12> columns{{
+constexpr auto columns = std::to_array<Column<PropertyRecord>>({
     {"EXPORT_NAME", &PropertyRecord::exportName},
     {"LOCAL_NAME", &PropertyRecord::localName},
     {"PROPERTY", &PropertyRecord::propertyName},
@@ -28,21 +20,12 @@ constexpr std::array<ColumnTag, 12> columns{{
     {"FORMAT", &PropertyRecord::outputFormat},
     {"PROPERTY_INSIZE", &PropertyRecord::inputSize},
     {"INFORMAT", &PropertyRecord::inputFormat},
-    {"PROPERTY_ID", nullptr},
+    {"PROPERTY_ID", {}},
     {"ACCESS", &PropertyRecord::access},
     {"NUM_MODULES", &PropertyRecord::numModules},
     {"DESCRIPTION", &PropertyRecord::description},
     {"NUM_STEPS", &PropertyRecord::numSteps},
-}};
-
-using Positions = std::array<std::int16_t, columns.size()>;
-
-void fill(PropertyRecord& record, const CsvFields& fields, const Positions& positions) {
-  for (std::size_t index = 0; index < columns.size(); ++index) {
-    if (columns.at(index).field == nullptr) continue;
-    record.*columns.at(index).field = fields[positions.at(index)];
-  }
-}
+});
 
 }  // namespace
 
@@ -58,17 +41,13 @@ std::int16_t findPropertyIndex(const ExportTable& exportTable, std::int16_t expo
 ReadResult readExportTable(const FileSystem& files, const Path& file,
                            const std::function<void(PropertyRecord&&)>& take) {
   ReadResult result;
-  Positions positions{};
+  RowReader reader(columns);
   PropertyRecord record;
   result.stop = readTable(
-      files, file,
-      [&](std::string_view line) {
-        std::transform(columns.begin(), columns.end(), positions.begin(),
-                       [&](const ColumnTag& column) { return getCsvColumn(line, column.tag); });
-      },
+      files, file, [&](std::string_view header) { reader.findColumns(header); },
       [&](const CsvFields& fields) {
         checkRoom(result.rows);
-        fill(record, fields, positions);
+        reader.fill(record, fields);
         take(std::move(record));
         ++result.rows;
       });
@@ -76,18 +55,11 @@ ReadResult readExportTable(const FileSystem& files, const Path& file,
 }
 
 std::string exportHeaderLine() {
-  std::array<std::string, columns.size()> tags;
-  std::transform(columns.begin(), columns.end(), tags.begin(),
-                 [](const ColumnTag& column) { return std::string(column.tag); });
-  return csvLine(tags);
+  return headerLine(columns);
 }
 
 std::string exportDataLine(const PropertyRecord& row, std::int16_t index) {
-  std::array<std::string, columns.size()> fields;
-  std::transform(columns.begin(), columns.end(), fields.begin(), [&](const ColumnTag& column) {
-    return column.field == nullptr ? signedNumberText(index + 1) : row.*column.field;
-  });
-  return csvLine(fields);
+  return dataLine(columns, row, signedNumberText(index + 1));
 }
 
 std::string listLine(const PropertyRecord& row, std::string_view text) {

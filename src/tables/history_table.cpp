@@ -4,68 +4,30 @@
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <span>
+#include <utility>
 
+#include "tables/columns.h"
 #include "tables/row_rules.h"
 
 namespace kova {
 
 namespace {
 
-// In the order of the file.
-enum Column {
-  index,
-  exportName,
-  localName,
-  property,
-  device,
-  dataLength,
-  format,
-  heartbeat,
-  pollingRate,
-  archiveRate,
-  tolerance,
-  shortDepth,
-  longDepth
-};
-
-constexpr std::array<std::string_view, 13> columnNames{
-    "Index",       "Export Name", "Local Name", "Property",     "Device",
-    "Data Length", "Format",      "Heartbeat",  "Polling Rate", "Archive Rate",
-    "Tolerance",   "Short Depth", "Long Depth"};
-
-using Positions = std::array<std::int16_t, columnNames.size()>;
-using Fields = std::array<std::string, columnNames.size()>;
-
-std::span<const HistoryRecord> liveRows(const HistoryTable& table, std::int16_t count) {
-  return std::span(table).first(static_cast<std::size_t>(count));
-}
-
-void fill(HistoryRecord& record, const CsvFields& fields, const Positions& positions) {
-  const auto text = [&](Column column) { return fields[positions.at(column)]; };
-  const auto number = [&](Column column) { return toInt32(textValue(text(column))); };
-  record.index = toInt16(textValue(text(index)));
-  record.exportName = text(exportName);
-  record.localName = text(localName);
-  record.propertyName = text(property);
-  record.device = text(device);
-  record.dataLength = number(dataLength);
-  record.format = text(format);
-  record.heartbeat = number(heartbeat);
-  record.pollingRate = number(pollingRate);
-  record.archiveRate = number(archiveRate);
-  record.tolerance = text(tolerance);
-  record.shortDepth = number(shortDepth);
-  record.longDepth = number(longDepth);
-}
-
-std::string dataLine(const HistoryRecord& row) {
-  return csvLine(Fields{signedNumberText(row.index), row.exportName, row.localName,
-                        row.propertyName, row.device, signedNumberText(row.dataLength), row.format,
-                        signedNumberText(row.heartbeat), signedNumberText(row.pollingRate),
-                        signedNumberText(row.archiveRate), row.tolerance,
-                        signedNumberText(row.shortDepth), signedNumberText(row.longDepth)});
-}
+constexpr auto columns = std::to_array<Column<HistoryRecord>>({
+    {"Index", &HistoryRecord::index},
+    {"Export Name", &HistoryRecord::exportName},
+    {"Local Name", &HistoryRecord::localName},
+    {"Property", &HistoryRecord::propertyName},
+    {"Device", &HistoryRecord::device},
+    {"Data Length", &HistoryRecord::dataLength},
+    {"Format", &HistoryRecord::format},
+    {"Heartbeat", &HistoryRecord::heartbeat},
+    {"Polling Rate", &HistoryRecord::pollingRate},
+    {"Archive Rate", &HistoryRecord::archiveRate},
+    {"Tolerance", &HistoryRecord::tolerance},
+    {"Short Depth", &HistoryRecord::shortDepth},
+    {"Long Depth", &HistoryRecord::longDepth},
+});
 
 std::int16_t freeIndex(std::int32_t nextIndex) {
   if (nextIndex > std::numeric_limits<std::int16_t>::max()) {
@@ -76,25 +38,30 @@ std::int16_t freeIndex(std::int32_t nextIndex) {
 
 // The row that is only written, for the property that stands in the form.
 std::string formLine(const HistoryForm& form, std::int32_t nextIndex) {
-  const auto number = [](Column column, const std::string& text) {
+  std::array fields = {std::to_string(freeIndex(nextIndex)),
+                       form.exportName,
+                       storedLocalName(form.localName),
+                       form.propertyName,
+                       form.device,
+                       form.outputSize,
+                       form.tableFormat,
+                       form.heartbeat,
+                       form.pollingRate,
+                       form.archiveRate,
+                       form.tolerance,
+                       form.shortDepth,
+                       form.longDepth};
+  static_assert(fields.size() == columns.size());
+  for (std::size_t k = 0; k < fields.size(); ++k) {
+    const auto& column = columns.at(k);
+    if (std::holds_alternative<std::string HistoryRecord::*>(column.member)) continue;
     try {
-      return signedNumberText(text);
+      fields.at(k) = signedNumberText(fields.at(k));
     } catch (const Failure& failure) {
-      throw Failure(std::string(columnNames.at(column)) + ": " + failure.what());
+      throw Failure(std::string(column.tag) + ": " + failure.what());
     }
-  };
-  return csvLine(Fields{signedNumberText(freeIndex(nextIndex)), form.exportName,
-                        storedLocalName(form.localName), form.propertyName, form.device,
-                        number(dataLength, form.outputSize), form.tableFormat,
-                        number(heartbeat, form.heartbeat), number(pollingRate, form.pollingRate),
-                        number(archiveRate, form.archiveRate), form.tolerance,
-                        number(shortDepth, form.shortDepth), number(longDepth, form.longDepth)});
-}
-
-std::string headerLine() {
-  Fields names;
-  std::copy(columnNames.begin(), columnNames.end(), names.begin());
-  return csvLine(names);
+  }
+  return csvLine(fields);
 }
 
 // Where a row of the form would go.
@@ -120,51 +87,44 @@ HistorySlot findHistorySlot(const HistoryTable& historyTable, std::int16_t histo
 ReadResult ReadHistoryFile(const FileSystem& files, const Path& file, HistoryTable& historyTable,
                            std::int16_t& historyCount) {
   ReadResult result;
-  Positions positions{};
+  RowReader reader(columns);
   result.stop = readTable(
-      files, file,
-      [&](std::string_view line) {
-        std::transform(columnNames.begin(), columnNames.end(), positions.begin(),
-                       [&](std::string_view name) { return getCsvColumn(line, name); });
-      },
+      files, file, [&](std::string_view header) { reader.findColumns(header); },
       [&](const CsvFields& fields) {
         checkRoom(result.rows);
-        fill(historyTable.at(static_cast<std::size_t>(result.rows)), fields, positions);
+        reader.fill(historyTable[static_cast<std::size_t>(result.rows)], fields);
         ++result.rows;
       });
   historyCount = result.rows;
   return result;
 }
 
-std::optional<HistoryRecord> newHistoryRecord(const HistoryTable& historyTable,
-                                              std::int16_t historyCount, const HistoryForm& form) {
+void AppendHistoryFile(HistoryTable& historyTable, std::int16_t& historyCount,
+                       const HistoryForm& form) {
   const HistorySlot slot = findHistorySlot(historyTable, historyCount, form);
-  if (slot.exists || historyCount >= appendLimit) return std::nullopt;
-  const auto number = [](FormValue value, const std::string& text) {
-    return converted(value, [&] { return toInt32(textValue(text)); });
-  };
+  if (slot.exists || historyCount >= appendLimit) return;
   HistoryRecord record;
   record.index =
       converted(FormValue::historyIndex, [&] { return freeIndex(std::max(slot.nextIndex, 1)); });
-  record.archiveRate = number(FormValue::archiveRate, form.archiveRate);
+  record.archiveRate = converted(FormValue::archiveRate, form.archiveRate, toInt32);
   record.device = form.device;
   record.exportName = form.exportName;
   record.localName = storedLocalName(form.localName);
   record.format = form.singleValueFormat;
-  record.heartbeat = number(FormValue::heartbeat, form.heartbeat);
-  record.dataLength = number(FormValue::outputSize, form.outputSize);
-  record.longDepth = number(FormValue::longDepth, form.longDepth);
-  record.shortDepth = number(FormValue::shortDepth, form.shortDepth);
+  record.heartbeat = converted(FormValue::heartbeat, form.heartbeat, toInt32);
+  record.dataLength = converted(FormValue::outputSize, form.outputSize, toInt32);
+  record.longDepth = converted(FormValue::longDepth, form.longDepth, toInt32);
+  record.shortDepth = converted(FormValue::shortDepth, form.shortDepth, toInt32);
   record.propertyName = form.propertyName;
-  record.pollingRate = number(FormValue::pollingRate, form.pollingRate);
+  record.pollingRate = converted(FormValue::pollingRate, form.pollingRate, toInt32);
   record.tolerance = form.tolerance;
-  return record;
+  historyTable[static_cast<std::size_t>(historyCount++)] = std::move(record);
 }
 
 void WriteHistoryFile(FileSystem& files, const Path& file, const HistoryTable& historyTable,
                       std::int16_t historyCount, const HistoryForm& form) {
-  std::string content = headerLine();
-  for (const auto& row : liveRows(historyTable, historyCount)) content += dataLine(row);
+  std::string content = headerLine(columns);
+  for (const auto& row : liveRows(historyTable, historyCount)) content += dataLine(columns, row);
   const HistorySlot slot = findHistorySlot(historyTable, historyCount, form);
   if (!slot.exists) content += formLine(form, slot.nextIndex);
   replace(files, file, content);

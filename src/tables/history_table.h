@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -56,11 +55,11 @@ using HistoryTable = std::vector<HistoryRecord>;
 ReadResult ReadHistoryFile(const FileSystem& files, const Path& file, HistoryTable& historyTable,
                            std::int16_t& historyCount);
 
-/// The row that a commit of the form would append, or nothing if a row has its three names already
-/// or the table is full. Throws ValueFailure if a text does not fit its field, or if there is no
+/// Appends the form's row, unless a row has its three names already or the table is full. Throws
+/// ValueFailure, and has changed nothing then, if a text does not fit its field or if there is no
 /// free index.
-std::optional<HistoryRecord> newHistoryRecord(const HistoryTable& historyTable,
-                                              std::int16_t historyCount, const HistoryForm& form);
+void AppendHistoryFile(HistoryTable& historyTable, std::int16_t& historyCount,
+                       const HistoryForm& form);
 
 /// Writes the rows, and one more for the form if no row has its three names. Throws Failure; the
 /// file on disk is then as it was.

@@ -55,58 +55,36 @@ LeadingNumber prefixedNumber(std::string_view text) {
 
 // A number that from_chars reports out of range is either too large or too close to zero; which,
 // tells the power of ten of its first digit that is not 0.
-bool isTooLarge(std::string_view mantissa, std::string_view exponent) {
+bool isTooLarge(std::string_view number) {
+  const std::string_view mantissa = number.substr(0, number.find('E'));
+  std::string_view exponent = number.substr(std::min(mantissa.size() + 1, number.size()));
+  if (exponent.starts_with('+')) exponent.remove_prefix(1);
   std::int64_t power = 0;
-  const char* first = exponent.data() + (exponent.starts_with('+') ? 1 : 0);
-  const auto parsed = std::from_chars(first, exponent.data() + exponent.size(), power);
+  const auto parsed = std::from_chars(exponent.data(), exponent.data() + exponent.size(), power);
   if (parsed.ec == std::errc::result_out_of_range) return !exponent.starts_with('-');
   const auto point = std::min(mantissa.find('.'), mantissa.size());
   const auto leading = mantissa.find_first_of("123456789");
   return power + static_cast<std::int64_t>(point) > static_cast<std::int64_t>(leading);
 }
 
-// Sign, digits with a point, exponent; `text` holds none of the characters that are skipped.
-LeadingNumber decimalNumber(std::string& text) {
-  std::size_t end = 0;
-  const auto passDigits = [&] {
-    const std::size_t start = end;
-    while (end < text.size() && isDigit(text[end])) ++end;
-    return end - start;
-  };
-  const auto passSign = [&] {
-    if (end < text.size() && (text[end] == '+' || text[end] == '-')) ++end;
-  };
-  passSign();
-  const std::size_t start = end;
-  std::size_t digits = passDigits();
-  if (end < text.size() && text[end] == '.') {
-    ++end;
-    digits += passDigits();
+// Sign, digits with a point, exponent.
+LeadingNumber decimalNumber(std::string_view text) {
+  const std::size_t sign = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
+  const char* const start = text.data() + sign;
+  double value = 0;
+  const auto [end, error] = std::from_chars(start, text.data() + text.size(), value);
+  if (error == std::errc::invalid_argument || (*start != '.' && !isDigit(*start))) return {};
+  if (error == std::errc::result_out_of_range && isTooLarge({start, end})) {
+    value = std::numeric_limits<double>::infinity();
   }
-  if (digits == 0) return {};
-  const std::size_t mantissaEnd = end;
-  std::size_t exponentStart = end;
-  if (end < text.size() && std::string_view("EeDd").find(text[end]) != std::string_view::npos) {
-    text[end] = 'E';
-    exponentStart = ++end;
-    passSign();
-    if (passDigits() == 0) exponentStart = end = mantissaEnd;
-  }
-  LeadingNumber number;
-  number.length = end;
-  const auto parsed = std::from_chars(text.data() + start, text.data() + end, number.value);
-  if (parsed.ec == std::errc::result_out_of_range) {
-    const std::string_view view = text;
-    const bool large = isTooLarge(view.substr(start, mantissaEnd - start),
-                                  view.substr(exponentStart, end - exponentStart));
-    number.value = large ? std::numeric_limits<double>::infinity() : 0;
-  }
-  if (text.front() == '-') number.value = -number.value;
-  return number;
+  return {text.starts_with('-') ? -value : value, static_cast<std::size_t>(end - text.data())};
 }
 
-LeadingNumber leadingNumber(std::string& text) {
+LeadingNumber leadingNumber(std::string text) {
   if (text.size() > 1 && text.front() == '&') return prefixedNumber(text);
+  for (char& c : text) {
+    if (c == 'D' || c == 'd' || c == 'e') c = 'E';
+  }
   return decimalNumber(text);
 }
 
@@ -180,19 +158,16 @@ std::string signedForm(std::string plain) {
 double textValue(std::string_view text) {
   double value = 0;
   if (readShortNumber(text, value)) return value;
-  std::string compact;
-  compact.reserve(text.size());
-  for (const char character : text) {
-    if (!isSkipped(character)) compact += character;
-  }
+  std::string compact(text);
+  std::erase_if(compact, isSkipped);
   return leadingNumber(compact).value;
 }
 
 double strictValue(std::string_view text) {
   constexpr std::string_view blanks = " \t";
   const auto first = std::min(text.find_first_not_of(blanks), text.size());
-  std::string number(text.substr(first, text.find_last_not_of(blanks) + 1 - first));
-  const LeadingNumber leading = leadingNumber(number);
+  const auto number = text.substr(first, text.find_last_not_of(blanks) + 1 - first);
+  const LeadingNumber leading = leadingNumber(std::string(number));
   if (leading.length == 0 || leading.length != number.size()) {
     throw Failure(quoted(text) + " is not a number");
   }

@@ -4,8 +4,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tables/number_text.h"
 #include "tables/tagged_csv.h"
@@ -26,6 +28,12 @@ inline void checkRoom(std::int16_t rows) {
   }
 }
 
+/// The rows of a table that are in use.
+template <class Row>
+std::span<const Row> liveRows(const std::vector<Row>& table, std::int16_t count) {
+  return std::span(table).first(static_cast<std::size_t>(count));
+}
+
 /// As much of a local name as a row stores.
 inline std::string storedLocalName(std::string_view localName) {
   return std::string(localName.substr(0, localNameLength));
@@ -39,6 +47,12 @@ auto converted(FormValue value, Convert convert) {
   } catch (const Failure& failure) {
     throw ValueFailure(value, failure.what());
   }
+}
+
+/// The leading number of a form's text as `convert` makes it.
+template <class Convert>
+auto converted(FormValue value, const std::string& text, Convert convert) {
+  return converted(value, [&] { return convert(textValue(text)); });
 }
 
 }  // namespace kova

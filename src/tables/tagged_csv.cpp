@@ -57,23 +57,17 @@ void visitFields(std::string_view line, Visit visit) {
 }
 
 std::string_view strippedBothEnds(std::string_view text) {
-  const auto strip = [&](auto first, auto startsWithEnd, auto remove) {
-    while (!text.empty()) {
-      if (isBlank(first())) {
-        remove(1);
-      } else if (startsWithEnd()) {
-        remove(2);
-      } else {
-        break;
-      }
-    }
-    if (!text.empty() && first() == '\r') remove(1);
-    if (!text.empty() && first() == '\n') remove(1);
-  };
-  strip([&] { return text.front(); }, [&] { return text.starts_with("\r\n"); },
-        [&](std::size_t count) { text.remove_prefix(count); });
-  strip([&] { return text.back(); }, [&] { return text.ends_with("\r\n"); },
-        [&](std::size_t count) { text.remove_suffix(count); });
+  constexpr std::string_view lineEnd = "\r\n";
+  while (!text.empty() && (isBlank(text.front()) || text.starts_with(lineEnd))) {
+    text.remove_prefix(isBlank(text.front()) ? 1 : lineEnd.size());
+  }
+  if (text.starts_with('\r')) text.remove_prefix(1);
+  if (text.starts_with('\n')) text.remove_prefix(1);
+  while (!text.empty() && (isBlank(text.back()) || text.ends_with(lineEnd))) {
+    text.remove_suffix(isBlank(text.back()) ? 1 : lineEnd.size());
+  }
+  if (text.ends_with('\r')) text.remove_suffix(1);
+  if (text.ends_with('\n')) text.remove_suffix(1);
   return text;
 }
 
@@ -100,30 +94,18 @@ std::int16_t getCsvColumn(std::string_view line, std::string_view tag) {
   return found ? static_cast<std::int16_t>(column) : std::int16_t{-1};
 }
 
-std::string_view getCsvField(std::string_view line, std::int16_t column) {
-  std::string_view result;
-  int index = 0;
-  if (column < 0) return result;
-  visitFields(line, [&](std::string_view field) {
-    if (index == column) result = stripBlanks(field);
-    return index++ < column;
-  });
-  return result;
-}
-
 std::string_view stripBlanks(std::string_view text) {
   // As a rule there are no others than the space ahead of a number.
-  while (text.starts_with(' ')) text.remove_prefix(1);
-  while (text.ends_with(' ')) text.remove_suffix(1);
+  if (text.starts_with(' ')) text.remove_prefix(1);
   const bool bare = text.empty() || (isPrinted(text.front()) && isPrinted(text.back()));
   return bare ? text : strippedBothEnds(text);
 }
 
-void CsvFields::split(std::string_view line) {
-  fields_.clear();
+void splitCsvLine(std::string_view line, CsvFields& fields) {
+  fields.clear();
   visitFields(line, [&](std::string_view field) {
-    fields_.push_back(stripBlanks(field));
-    return fields_.size() <= largestColumn;
+    fields.push_back(stripBlanks(field));
+    return fields.size() <= largestColumn;
   });
 }
 
@@ -141,7 +123,7 @@ std::optional<ReadStop> readTable(const FileSystem& files, const Path& file,
       const auto text = takeLine(rest);
       if (!text.empty() && commentSigns.find(text.front()) != std::string_view::npos) continue;
       if (headerSeen) {
-        fields.split(text);
+        splitCsvLine(text, fields);
         row(fields);
       } else {
         header(text);

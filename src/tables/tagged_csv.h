@@ -21,27 +21,21 @@ inline constexpr std::int16_t tableRows = 1001;
 /// first empty column answers to every tag. -1 if there is none.
 std::int16_t getCsvColumn(std::string_view line, std::string_view tag);
 
-/// Field of a data line without the blanks around it; empty if the line has no such column. A
-/// comma between quotes does not separate, from the second field on; the quotes stay. The result
-/// is a part of `line`.
-std::string_view getCsvField(std::string_view line, std::int16_t column);
-
 /// `text` without the blanks (space, tab, NUL) and line ends at both of its ends.
 std::string_view stripBlanks(std::string_view text);
 
-/// The fields of one data line, found in one pass. Refers to the line.
-class CsvFields {
- public:
-  void split(std::string_view line);
-  /// As getCsvField of the line.
-  std::string_view operator[](std::int16_t column) const {
-    const auto index = static_cast<std::size_t>(column);
-    return column < 0 || index >= fields_.size() ? std::string_view() : fields_[index];
-  }
+/// The fields of one data line without the blanks around them, as parts of the line.
+using CsvFields = std::vector<std::string_view>;
 
- private:
-  std::vector<std::string_view> fields_;
-};
+/// Finds all fields of a line. A comma between quotes does not separate, from the second field on;
+/// the quotes stay.
+void splitCsvLine(std::string_view line, CsvFields& fields);
+
+/// Field of a column; empty if the line has no such column.
+inline std::string_view getCsvField(const CsvFields& fields, std::int16_t column) {
+  const auto index = static_cast<std::size_t>(column);
+  return index < fields.size() ? fields[index] : std::string_view();
+}
 
 /// Where and why a reader stopped ahead of the end of a file.
 struct ReadStop {

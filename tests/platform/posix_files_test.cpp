@@ -4,9 +4,12 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <functional>
 
 #include "platform/posix.h"
@@ -72,6 +75,38 @@ TEST_F(PosixFiles, ReplaceKeepsPermissionsAndLinks) {
   EXPECT_EQ(modeOf("fresh.csv"), mode_t{S_IFREG | 0640});
   EXPECT_TRUE(S_ISLNK(modeOf("link.csv")));
   EXPECT_EQ(folder.names(), (Names{"fresh.csv", "link.csv", "real.csv"}));
+}
+
+TEST_F(PosixFiles, ReplaceKeepsTheAccessList) {
+  // Version 2; of owner, user 65534, group, mask and others the kind with the rights, the account.
+  constexpr std::array<std::uint32_t, 11> list{2,   0x60001, ~0U, 0x40002, 65534, 0x40004,
+                                               ~0U, 0x40010, ~0U, 0x20,    ~0U};
+  constexpr const char* attribute = "system.posix_acl_access";
+  folder.write("t.csv", "old");
+  const std::string name = folder.path("t.csv");
+  if (::setxattr(name.c_str(), attribute, list.data(), sizeof list, 0) != 0) {
+    GTEST_SKIP() << "temporary files have no access lists here: " << std::strerror(errno);
+  }
+
+  replaceBy("t.csv", "new");
+
+  std::array<std::uint32_t, list.size()> kept{};
+  ::getxattr(name.c_str(), attribute, kept.data(), sizeof kept);
+  EXPECT_EQ(kept, list);
+  EXPECT_EQ(folder.read("t.csv"), "new");
+}
+
+TEST(Path, IsTakenApartAndPutTogether) {
+  const auto expectParts = [](const char* path, const char* parent, const char* leaf) {
+    EXPECT_EQ(Path{path}.parent().native, parent);
+    EXPECT_EQ(Path{path}.leaf(), leaf);
+    EXPECT_EQ(Path{parent} / leaf, Path{path});
+  };
+  expectParts("/a/b.csv", "/a/", "b.csv");
+  expectParts("/a/", "/a/", "");
+  expectParts("/a", "/", "a");
+  expectParts("a", "", "a");
+  EXPECT_EQ((Path{"/a"} / "b").native, "/a/b");
 }
 
 TEST_F(PosixFiles, WhatIsNoPlainFileIsRefusedAtOnceAndNotListed) {
