@@ -109,6 +109,10 @@ void DeviceListCheck_Click(Wizard& wizard) {
   }
 }
 
+void ServerOption_Click(Wizard& wizard) {
+  wizard.form.DeviceListCheck.setValue(0);
+}
+
 void deviceNamesInputText_Click(Wizard& wizard) {
   Form1& form = wizard.form;
   try {
