@@ -71,10 +71,14 @@ class Finishing {
     copy(state_.exportsFileName);
     copy(std::string(historyFileName));
     copy(std::string(alarmFileName));
-    if (state_.deviceNamesDefined) writeDevices(serverDevicesFile, state_.deviceNames);
+    if (state_.deviceNamesDefined) {
+      state_.onDisk.deviceNames = writeDevices(serverDevicesFile, state_.deviceNames);
+    }
     for (std::int16_t i = 0; i < state_.exportCount; ++i) {
       PropertyRecord& row = exportRow(wizard_, i);
-      if (row.hasDeviceList) writeDevices(row.propertyName + "-names.csv", row.devices);
+      if (!row.hasDeviceList) continue;
+      state_.onDisk.nameLists[row.propertyName] =
+          writeDevices(row.propertyName + "-names.csv", row.devices);
     }
     write(state_.projectPath, [&] { files().flushFolder(pathOf("")); });
   }
@@ -111,6 +115,7 @@ class Finishing {
       WriteHistoryFile(files(), pathOf(historyFileName), state_.historyTable, state_.historyCount,
                        historyForm(wizard_));
     });
+    state_.onDisk.historyRows = state_.historyCount;
   }
 
   void writeAlarms() {
@@ -118,13 +123,15 @@ class Finishing {
     writeTable(std::string(alarmFileName), [&] {
       WriteAlarmWatchFile(files(), pathOf(alarmFileName), state_.alarmTable, state_.alarmCount);
     });
+    state_.onDisk.alarmRows = state_.alarmCount;
   }
 
-  void writeDevices(const std::string& name, DeviceNames& devNames) {
+  PackedTexts writeDevices(const std::string& name, DeviceNames& devNames) {
     // A name that leads out of the directory is refused before anything is looked at there.
     write(name, [&] { fileInFolder(files(), state_.projectPath, name); });
     writeTable(name, [&] { WriteDevicesFile(files(), state_.projectPath, name, devNames); });
     copy(name);
+    return PackedTexts(devNames);
   }
 
   void copy(const std::string& name) {
@@ -167,11 +174,11 @@ void Command1_Click(Wizard& wizard) {
   if (!isToBeUpdated(wizard, repository)) repository.path.clear();
   putHeader(wizard, projectFile(wizard, wizard.state.exportsFileName));
   if (!wizard.state.exportStream) return;
-  wizard.state.foreignChanges.clear();
+  wizard.state.onDisk.foreignChanges.clear();
   try {
     Finishing(wizard, std::move(repository)).run();
   } catch (const WritingFailed& failure) {
-    report(wizard, "The project is not finished." + wizard.state.foreignChanges);
+    reportNotFinished(wizard);
     return tell(wizard, failure.what());
   }
   startGenerators(wizard);

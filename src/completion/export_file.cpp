@@ -46,19 +46,19 @@ void saveForeignChange(Wizard& wizard, const std::string& fileName) {
   const std::optional<FileStamp> present = files.stamp(file);
   if (!present) return;
   const std::string leaf = leafOf(file);
-  const auto known = wizard.state.stampsAtEntry.find(leaf);
-  if (known != wizard.state.stampsAtEntry.end() && known->second == *present) return;
+  ProjectOnDisk& disk = wizard.state.onDisk;
+  const auto known = disk.stamps.find(leaf);
+  if (known != disk.stamps.end() && known->second == *present) return;
   const std::string backup = backupName(leaf, wizard.platform.clock.unixTime());
   files.copy(file, besides(file, backup));
-  std::string& kept = wizard.state.foreignChanges;
-  kept += " What somebody else has written to " + leaf + " since is kept as " + backup + ".";
-  report(wizard, kept);
+  disk.foreignChanges.push_back({leaf, backup});
+  reportForeignChanges(wizard);
 }
 
 void noteOwnWriting(Wizard& wizard, const std::string& fileName) {
   const Path file = wizard.platform.files.path(fileName);
   if (const auto stamp = wizard.platform.files.stamp(file)) {
-    wizard.state.stampsAtEntry.insert_or_assign(leafOf(file), *stamp);
+    wizard.state.onDisk.stamps.insert_or_assign(leafOf(file), *stamp);
   }
 }
 
@@ -85,12 +85,7 @@ void writeExportRows(Wizard& wizard, const std::string& fileName) {
   }
   stream->write(lines);
   replaceTable(wizard, fileName, [&] { stream->close(); });
-  std::for_each(state.exportTable.begin(), state.exportTable.begin() + state.exportCount,
-                [](PropertyRecord& row) {
-                  row.onDisk = true;
-                  row.changed = false;
-                });
-  state.removedRows = 0;
+  state.onDisk.properties = PackedTexts(state.exportTable, state.exportCount);
 }
 
 void replaceTable(Wizard& wizard, const std::string& fileName,

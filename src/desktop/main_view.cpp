@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
+#include "core/status.h"
 #include "desktop/make_child.h"
 #include "desktop/message_boxes.h"
 #include "desktop/small_widgets.h"
@@ -128,7 +129,7 @@ void MainView::mirrorWindow() {
 }
 
 void MainView::mirrorStatusLine() {
-  const QString sentence = toShown(setup_.wizard.statusLine.caption(), codePage_);
+  const QString sentence = toShown(statusText(setup_.wizard), codePage_);
   if (sentence == statusLine_->text()) return;
   statusLine_->setText(sentence);
   statusLine_->setToolTip(toToolTip(sentence));

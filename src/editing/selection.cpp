@@ -109,7 +109,10 @@ class Filling {
         const ReadResult read = ReadDevicesFile(wizard_.platform.files, wizard_.state.projectPath,
                                                 property.propertyName + "-names.csv",
                                                 form_.NumDevices.text(), property.devices);
-        if (read.rows >= 1) property.hasDeviceList = true;
+        if (read.rows < 1) return;
+        property.hasDeviceList = true;
+        wizard_.state.onDisk.nameLists.insert_or_assign(property.propertyName,
+                                                        PackedTexts(property.devices));
       });
     }
     if (test([&] { return row().hasDeviceList; })) {

@@ -75,6 +75,15 @@ ReadResult readExportTable(const FileSystem& files, const Path& file,
   return result;
 }
 
+ExportTexts exportTexts(const PropertyRecord& row) {
+  ExportTexts texts;
+  std::size_t index = 0;
+  for (const ColumnTag& column : columns) {
+    if (column.field != nullptr) texts[index++] = row.*column.field;
+  }
+  return texts;
+}
+
 std::string exportHeaderLine() {
   std::array<std::string, columns.size()> tags;
   std::transform(columns.begin(), columns.end(), tags.begin(),
