@@ -69,10 +69,14 @@ struct Finishing {
     copy(state.exportsFileName);
     copy(std::string(historyFileName));
     copy(std::string(alarmFileName));
-    if (state.deviceNamesDefined) writeDevices(serverDevicesFile, state.deviceNames);
+    if (state.deviceNamesDefined) {
+      state.onDisk.deviceNames = writeDevices(serverDevicesFile, state.deviceNames);
+    }
     for (std::int16_t i = 0; i < state.exportCount; ++i) {
       PropertyRecord& row = exportRow(wizard, i);
-      if (row.hasDeviceList) writeDevices(row.propertyName + "-names.csv", row.devices);
+      if (!row.hasDeviceList) continue;
+      state.onDisk.nameLists[row.propertyName] =
+          writeDevices(row.propertyName + "-names.csv", row.devices);
     }
     write(state.projectPath, [&] { files().flushFolder(pathOf("")); });
   }
@@ -107,25 +111,28 @@ struct Finishing {
   }
 
   void writeHistory() {
-    const WizardState& state = wizard.state;
+    WizardState& state = wizard.state;
     if (!state.historyInUse) return;
     writeTable(std::string(historyFileName), [&] {
       WriteHistoryFile(files(), pathOf(historyFileName), state.historyTable, state.historyCount,
                        historyForm(wizard));
     });
+    state.onDisk.historyRows = state.historyCount;
   }
 
   void writeAlarms() {
-    const WizardState& state = wizard.state;
+    WizardState& state = wizard.state;
     if (state.alarmCount < 1) return;
     writeTable(std::string(alarmFileName), [&] {
       WriteAlarmWatchFile(files(), pathOf(alarmFileName), state.alarmTable, state.alarmCount);
     });
+    state.onDisk.alarmRows = state.alarmCount;
   }
 
-  void writeDevices(const std::string& name, DeviceNames& devNames) {
+  PackedTexts writeDevices(const std::string& name, DeviceNames& devNames) {
     writeTable(name, [&] { WriteDevicesFile(files(), wizard.state.projectPath, name, devNames); });
     copy(name);
+    return PackedTexts(devNames);
   }
 
   void copy(const std::string& name) {
@@ -163,11 +170,11 @@ void Command1_Click(Wizard& wizard) {
   const bool writeRepository = isToBeUpdated(wizard, repositoryPath);
   putHeader(wizard, projectFile(wizard, wizard.state.exportsFileName));
   if (!wizard.state.exportStream) return;
-  wizard.state.foreignChanges.clear();
+  wizard.state.onDisk.foreignChanges.clear();
   try {
     Finishing{wizard, repositoryPath, writeRepository}.run();
   } catch (const WritingFailed& failure) {
-    report(wizard, "The project is not finished." + wizard.state.foreignChanges);
+    reportNotFinished(wizard);
     return tell(wizard, failure.what());
   }
   startGenerators(wizard);

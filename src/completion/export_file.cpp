@@ -55,12 +55,7 @@ void writeExportRows(Wizard& wizard, const Path& file) {
   }
   stream->write(lines);
   replaceTable(wizard, file, [&] { stream->close(); });
-  std::for_each(state.exportTable.begin(), state.exportTable.begin() + state.exportCount,
-                [](PropertyRecord& row) {
-                  row.onDisk = true;
-                  row.changed = false;
-                });
-  state.removedRows = 0;
+  state.onDisk.properties = PackedTexts(state.exportTable, state.exportCount);
 }
 
 }  // namespace kova

@@ -13,18 +13,18 @@ void saveForeignChange(Wizard& wizard, const Path& file) {
   const auto present = files.stamp(file);
   if (!present) return;
   const std::string leaf = file.leaf();
-  const auto known = wizard.state.stampsAtEntry.find(leaf);
-  if (known != wizard.state.stampsAtEntry.end() && known->second == *present) return;
+  ProjectOnDisk& disk = wizard.state.onDisk;
+  const auto known = disk.stamps.find(leaf);
+  if (known != disk.stamps.end() && known->second == *present) return;
   const std::string backup = backupName(leaf, wizard.platform.clock.unixTime());
   files.copy(file, file.parent() / backup);
-  std::string& kept = wizard.state.foreignChanges;
-  kept += " What somebody else has written to " + leaf + " since is kept as " + backup + ".";
-  report(wizard, kept);
+  disk.foreignChanges.push_back({leaf, backup});
+  reportForeignChanges(wizard);
 }
 
 void noteOwnWriting(Wizard& wizard, const Path& file) {
   if (const auto stamp = wizard.platform.files.stamp(file)) {
-    wizard.state.stampsAtEntry.insert_or_assign(file.leaf(), *stamp);
+    wizard.state.onDisk.stamps.insert_or_assign(file.leaf(), *stamp);
   }
 }
 

@@ -18,22 +18,6 @@ constexpr std::string_view projectMark = "exports.csv";
 // more than once or twice; a chain of directories must not exhaust the stack.
 constexpr std::size_t deepestEntry = 16;
 
-/// Notes a directory as being entered for as long as it lives.
-class EntryInProgress {
- public:
-  EntryInProgress(WizardState& state, const std::string& directory) : state_(state) {
-    state_.directoriesBeingEntered.push_back(directory);
-  }
-  EntryInProgress(const EntryInProgress&) = delete;
-  EntryInProgress& operator=(const EntryInProgress&) = delete;
-  EntryInProgress(EntryInProgress&&) = delete;
-  EntryInProgress& operator=(EntryInProgress&&) = delete;
-  ~EntryInProgress() { state_.directoriesBeingEntered.pop_back(); }
-
- private:
-  WizardState& state_;
-};
-
 /// Two servers whose rows name each other would enter one another without end.
 bool wouldNestWithoutEnd(const WizardState& state) {
   const auto& entered = state.directoriesBeingEntered;
@@ -51,74 +35,62 @@ std::size_t dropTables(Wizard& wizard) {
   WizardState& state = wizard.state;
   wizard.form.PropertyList.clear();
   const auto dropped = static_cast<std::size_t>(state.exportCount);
-  const std::size_t staged = std::min(dropped + 1, state.exportTable.size());
-  std::fill_n(state.exportTable.begin(), staged, PropertyRecord{});
+  const std::size_t withStage = std::min(dropped + 1, state.exportTable.size());
+  std::fill_n(state.exportTable.begin(), withStage, PropertyRecord{});
   state.exportCount = 0;
   state.historyCount = 0;
   state.alarmCount = 0;
   state.historyInUse = false;
-  state.stampsAtEntry.clear();
-  state.removedRows = 0;
+  state.onDisk = {};
   return dropped;
 }
 
-std::string droppedSentence(std::size_t rows) {
-  if (rows == 0) return {};
-  return counted(rows, "row", "rows") + " dropped by the change of directory. ";
-}
-
-std::string readSentence(const Wizard& wizard, const BackupResult& backups,
-                         std::size_t deviceNames) {
-  const WizardState& state = wizard.state;
-  const auto rows = [](std::int16_t count) { return static_cast<std::size_t>(count); };
-  return "Project read: " + counted(rows(state.exportCount), "property", "properties") + ", " +
-         counted(rows(state.historyCount), "history row", "history rows") + ", " +
-         counted(rows(state.alarmCount), "alarm watch row", "alarm watch rows") + ", " +
-         counted(deviceNames, "device name", "device names") + "; " +
-         counted(backups.copied, "backup", "backups") + " made.";
-}
-
-void readProject(Wizard& wizard, const Path& exportsFile, const std::string& before) {
+void readProject(Wizard& wizard, const Path& exportsFile, std::size_t dropped) {
   WizardState& state = wizard.state;
   FileSystem& files = wizard.platform.files;
   BackupResult backups = backupExistingFiles(files, wizard.platform.clock,
                                              files.path(state.projectPath), wizard.progress);
-  state.stampsAtEntry = std::exchange(backups.stamps, {});
+  state.onDisk.stamps = std::move(backups.stamps);
 
   const std::string directory = state.projectPath;
   const ReadResult exports = getExistingProject(wizard, exportsFile);
   // The last row may name another server, whose directory was then entered in place of this one.
   const bool gone = state.projectPath != directory || state.exportCount != exports.rows;
-  const std::string dropped = droppedSentence(gone ? static_cast<std::size_t>(exports.rows) : 0);
   const Path historyFile = files.path(projectFile(wizard, historyFileName));
   const ReadResult history =
       ReadHistoryFile(files, historyFile, state.historyTable, state.historyCount);
+  state.onDisk.historyRows = state.historyCount;
   if (!history.stop) state.historyInUse = true;
   const Path alarmFile = files.path(projectFile(wizard, alarmFileName));
   const ReadResult alarms =
       ReadAlarmWatchFile(files, alarmFile, state.alarmTable, state.alarmCount);
+  state.onDisk.alarmRows = state.alarmCount;
   const std::string devicesName = significantLocalName(wizard) + "-devices.csv";
   const ReadResult devices = ReadDevicesFile(files, state.projectPath, devicesName,
                                              wizard.form.NumDevices.text(), state.deviceNames);
-  if (devices.rows > 0) state.deviceNamesDefined = true;
+  if (devices.rows > 0) {
+    state.deviceNamesDefined = true;
+    state.onDisk.deviceNames = PackedTexts(state.deviceNames);
+  }
   state.localNameEdited = true;
 
-  report(wizard, before + dropped +
-                     readSentence(wizard, backups, static_cast<std::size_t>(devices.rows)) +
-                     stopSentence(files, exportsFile, projectMark, exports) +
-                     stopSentence(files, historyFile, historyFileName, history) +
-                     stopSentence(files, alarmFile, alarmFileName, alarms) +
-                     stopSentence(devicesName, devices));
+  reportProjectRead(wizard, {.dropped = dropped,
+                             .droppedAgain = gone ? static_cast<std::size_t>(exports.rows) : 0,
+                             .backups = backups.copied,
+                             .exports = {projectMark, exports, exportsFile},
+                             .history = {historyFileName, history, historyFile},
+                             .alarms = {alarmFileName, alarms, alarmFile},
+                             .devices = {devicesName, devices}});
 }
 
 void enterProject(Wizard& wizard) {
   WizardState& state = wizard.state;
   const std::string directory = wizard.form.ProjectDir.text();
   state.projectPath = withoutTrailingSeparator(directory);
-  const std::string dropped = droppedSentence(dropTables(wizard));
-  if (!dropped.empty()) report(wizard, dropped);
+  const std::size_t dropped = dropTables(wizard);
+  reportDropped(wizard, dropped);
   if (directory.empty() || wouldNestWithoutEnd(state)) return;
-  const EntryInProgress inProgress(state, state.projectPath);
+  state.directoriesBeingEntered.push_back(state.projectPath);
   const Path exportsFile = wizard.platform.files.path(projectFile(wizard, projectMark));
   if (wizard.platform.files.fileExists(exportsFile)) readProject(wizard, exportsFile, dropped);
 }
@@ -130,11 +102,13 @@ std::string projectFile(const Wizard& wizard, std::string_view name) {
 }
 
 void ProjectDir_Change(Wizard& wizard) {
+  const std::size_t depth = wizard.state.directoriesBeingEntered.size();
   try {
     enterProject(wizard);
   } catch (const Failure& failure) {
-    report(wizard, "Project not read: " + std::string(failure.what()) + ".");
+    reportProjectNotRead(wizard, failure.what());
   }
+  wizard.state.directoriesBeingEntered.resize(depth);
 }
 
 void ProjectDir_Click(Wizard& wizard) {
@@ -148,21 +122,20 @@ ReadResult getExistingProject(Wizard& wizard, const Path& fileName) {
   std::string converted;
   std::string shown;
   ReadResult result = readExportTable(wizard.platform.files, fileName, [&](PropertyRecord&& read) {
-    exportRow(wizard, slot);  // fails where the table is full
+    PropertyRecord& row = exportRow(wizard, slot);  // fails where the table is full
     // As a rule all rows have the same number.
     if (shown.empty() || read.numModules != converted) {
       shown = signedNumberText(read.numModules);
       converted = read.numModules;
     }
-    std::string line = listLine(read, read.description);
-    PropertyRecord& row = exportRow(wizard, slot);
     row = std::move(read);
-    row.onDisk = true;
+    std::string line = listLine(row, row.description);
     ++slot;
     form.NumDevices.setText(shown);
     form.PropertyList.add(std::move(line));
   });
   state.exportCount = static_cast<std::int16_t>(slot);
+  state.onDisk.properties = PackedTexts(state.exportTable, state.exportCount);
   if (result.rows > 0) {
     form.PropertyList.select(static_cast<std::int32_t>(form.PropertyList.lines().size()) - 1);
   }

@@ -51,9 +51,7 @@ void Form_Load(Wizard& wizard) {
   state.deviceNames.assign(1, std::string());
   state.guideControls = {&form.ExportName, &form.LocalName, &form.NumDevices};
   state.guidePrompts = guidePromptTexts();
-  if (wizard.statusLine.caption().empty()) {
-    report(wizard, "Type an export name to define its server or to open its project.");
-  }
+  if (wizard.statusLine.sentence.empty()) reportStart(wizard);
 }
 
 }  // namespace kova

@@ -1,49 +1,115 @@
 // SPDX-License-Identifier: MIT
 #include "core/status.h"
 
-#include <algorithm>
-
 namespace kova {
 namespace {
 
-std::string unwritten(const WizardState& state) {
-  const auto live = state.exportTable.begin();
-  const auto rows = std::count_if(live, live + state.exportCount,
-                                  [](const PropertyRecord& row) { return row.changed; });
-  std::string text;
-  if (rows > 0) {
-    text = " " + counted(static_cast<std::size_t>(rows), "row", "rows") + " not yet written";
-  }
-  if (state.removedRows > 0) {
-    text += text.empty() ? " " : ", ";
-    text += counted(static_cast<std::size_t>(state.removedRows), "removal", "removals") +
-            " not yet written";
-  }
-  return text.empty() ? text : text + ".";
-}
-
-}  // namespace
-
-void report(Wizard& wizard, const std::string& sentence) {
-  wizard.statusLine.setCaption(std::string(stripBlanks(sentence)) + unwritten(wizard.state));
-}
-
+/// A number and its noun: "1 row", "3 rows".
 std::string counted(std::size_t number, std::string_view singular, std::string_view plural) {
   return std::to_string(number) + " " + std::string(number == 1 ? singular : plural);
 }
 
-std::string stopSentence(std::string_view name, const ReadResult& result) {
-  if (!result.stop || result.stop->line == 0) return {};
-  return " Reading " + std::string(name) + " stopped at line " + std::to_string(result.stop->line) +
-         ": " + result.stop->reason + ".";
+std::string unwrittenSentence(const WizardState& state) {
+  const Unwritten unwritten = findUnwritten(state);
+  std::string text;
+  const auto count = [&](std::size_t number, std::string_view singular, std::string_view plural) {
+    if (number > 0) text += (text.empty() ? " " : ", ") + counted(number, singular, plural);
+  };
+  count(unwritten.properties, "property", "properties");
+  count(unwritten.historyRows, "history row", "history rows");
+  count(unwritten.alarmRows, "alarm watch row", "alarm watch rows");
+  count(unwritten.deviceNames, "device name", "device names");
+  count(unwritten.removals, "removal", "removals");
+  return text.empty() ? text : text + " not yet written.";
 }
 
-std::string stopSentence(const FileSystem& files, const Path& file, std::string_view name,
-                         const ReadResult& result) {
-  const bool unopened = result.stop && result.stop->line == 0;
-  if (!unopened) return stopSentence(name, result);
-  const bool isThere = files.fileExists(file) || files.folderExists(file);
-  return isThere ? " " + std::string(name) + " can't be read: " + result.stop->reason + "." : "";
+void report(Wizard& wizard, const std::string& sentence) {
+  wizard.statusLine.sentence = stripBlanks(sentence);
+  if (wizard.statusLine.mirror) wizard.statusLine.mirror();
+}
+
+std::string droppedSentence(std::size_t rows) {
+  if (rows == 0) return {};
+  return counted(rows, "row", "rows") + " dropped by the change of directory. ";
+}
+
+std::string readSentence(const WizardState& state, const ProjectRead& project) {
+  const auto rows = [](std::int16_t count) { return static_cast<std::size_t>(count); };
+  return "Project read: " + counted(rows(state.exportCount), "property", "properties") + ", " +
+         counted(rows(state.historyCount), "history row", "history rows") + ", " +
+         counted(rows(state.alarmCount), "alarm watch row", "alarm watch rows") + ", " +
+         counted(rows(project.devices.result.rows), "device name", "device names") + "; " +
+         counted(project.backups, "backup", "backups") + " made.";
+}
+
+/// Where and why a reader did not come to the end of a file; empty if it did or found no file.
+std::string stopSentence(const FileSystem& files, const FileRead& file) {
+  const auto& stop = file.result.stop;
+  if (!stop) return {};
+  const std::string name(file.name);
+  if (stop->line > 0) {
+    return " Reading " + name + " stopped at line " + std::to_string(stop->line) + ": " +
+           stop->reason + ".";
+  }
+  const bool isThere = files.fileExists(file.path) || files.folderExists(file.path);
+  return isThere ? " " + name + " can't be read: " + stop->reason + "." : "";
+}
+
+std::string foreignSentences(const WizardState& state) {
+  std::string text;
+  for (const ForeignChange& change : state.onDisk.foreignChanges) {
+    text += " What somebody else has written to " + change.file + " since is kept as " +
+            change.backup + ".";
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string statusText(const Wizard& wizard) {
+  return wizard.statusLine.sentence + unwrittenSentence(wizard.state);
+}
+
+void reportStart(Wizard& wizard) {
+  report(wizard, "Type an export name to define its server or to open its project.");
+}
+
+void reportDropped(Wizard& wizard, std::size_t rows) {
+  if (rows > 0) report(wizard, droppedSentence(rows));
+}
+
+void reportProjectRead(Wizard& wizard, const ProjectRead& project) {
+  std::string text = droppedSentence(project.dropped) + droppedSentence(project.droppedAgain) +
+                     readSentence(wizard.state, project);
+  for (const FileRead* file :
+       {&project.exports, &project.history, &project.alarms, &project.devices}) {
+    text += stopSentence(wizard.platform.files, *file);
+  }
+  report(wizard, text);
+}
+
+void reportProjectNotRead(Wizard& wizard, std::string_view reason) {
+  report(wizard, "Project not read: " + std::string(reason) + ".");
+}
+
+void reportCommit(Wizard& wizard, const std::string& property, bool isNew) {
+  report(wizard, "Property " + property + (isNew ? " added." : " replaced."));
+}
+
+void reportProcessCommit(Wizard& wizard, const std::string& property) {
+  report(wizard, "Process property " + property + " added as 5 rows.");
+}
+
+void reportRemoval(Wizard& wizard, const std::string& property) {
+  report(wizard, "Property " + property + " removed.");
+}
+
+void reportForeignChanges(Wizard& wizard) {
+  report(wizard, foreignSentences(wizard.state));
+}
+
+void reportNotFinished(Wizard& wizard) {
+  report(wizard, "The project is not finished." + foreignSentences(wizard.state));
 }
 
 }  // namespace kova

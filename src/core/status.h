@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The status line: what just happened and what is not yet on disk.
+// The status line: what just happened and what is not yet on disk. All its sentences are here.
 #pragma once
 
 #include <cstddef>
@@ -10,17 +10,39 @@
 
 namespace kova {
 
-/// Shows `sentence` and behind it what of the project is not yet on disk.
-void report(Wizard& wizard, const std::string& sentence);
+/// A file of the project and how far its reader came.
+struct FileRead {
+  std::string_view name;
+  ReadResult result;
+  /// Where it should be. Without one it is not worth a word that the file can't be opened.
+  Path path{};
+};
 
-/// A number and its noun: "1 row", "3 rows". `plural` is the noun in the plural.
-std::string counted(std::size_t number, std::string_view singular, std::string_view plural);
+/// What entering a project has brought.
+struct ProjectRead {
+  std::size_t dropped = 0;       ///< rows of the former directory
+  std::size_t droppedAgain = 0;  ///< rows read here and dropped since a row names another server
+  std::size_t backups = 0;
+  FileRead exports;
+  FileRead history;
+  FileRead alarms;
+  FileRead devices;
+};
 
-/// Where and why a reader stopped inside the file `name`; empty if it read to the end or if the
-/// file could not be opened.
-std::string stopSentence(std::string_view name, const ReadResult& result);
-/// The same, and also why a file that is there could not be opened.
-std::string stopSentence(const FileSystem& files, const Path& file, std::string_view name,
-                         const ReadResult& result);
+/// What just happened, and behind it what of the project is not yet on disk at this moment.
+std::string statusText(const Wizard& wizard);
+
+void reportStart(Wizard& wizard);
+/// `rows` of the former directory are gone. Leaves the line as it is if there were none.
+void reportDropped(Wizard& wizard, std::size_t rows);
+void reportProjectRead(Wizard& wizard, const ProjectRead& project);
+void reportProjectNotRead(Wizard& wizard, std::string_view reason);
+void reportCommit(Wizard& wizard, const std::string& property, bool isNew);
+void reportProcessCommit(Wizard& wizard, const std::string& property);
+void reportRemoval(Wizard& wizard, const std::string& property);
+/// Tables that somebody else has written, as far as Done has come.
+void reportForeignChanges(Wizard& wizard);
+/// Done has ended ahead of its time.
+void reportNotFinished(Wizard& wizard);
 
 }  // namespace kova

@@ -14,6 +14,13 @@
 
 namespace kova {
 
+/// The line under the form. Its text is statusText.
+struct StatusLine {
+  std::string sentence;  ///< what just happened
+  /// The view: runs after each sentence.
+  Handler mirror;
+};
+
 /// All that a handler works on.
 struct Wizard {
   Wizard(const Platform& machine, MessageBox show);
@@ -23,8 +30,7 @@ struct Wizard {
   Platform platform;
   MessageBox messageBox;
 
-  /// One sentence under the form: what just happened and what is not yet on disk.
-  Label statusLine;
+  StatusLine statusLine;
   /// Told how many files a long act has done so far; empty where nobody watches.
   std::function<void(std::size_t)> progress;
 

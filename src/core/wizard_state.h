@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "controls/controls.h"
+#include "core/project_on_disk.h"
 #include "tables/alarm_table.h"
-#include "tables/backup.h"
 #include "tables/export_table.h"
 #include "tables/history_table.h"
 #include "tables/row_rules.h"
@@ -31,8 +31,8 @@ struct ProcessTemplate {
 
 /// Lives as long as the main window. What lasts beyond is in the project's tables.
 struct WizardState {
-  /// The properties; rows 0 to `exportCount` - 1 are live. The slot at `exportCount` may hold the
-  /// device list of a property that is not committed yet; all others are empty.
+  /// The properties; rows 0 to `exportCount` - 1 are live. The one at `exportCount` is the stage,
+  /// on which a device list may wait for the commit of its property; all others are empty.
   ExportTable exportTable = ExportTable(static_cast<std::size_t>(tableRows));
   std::int16_t exportCount = 0;
   HistoryTable historyTable = HistoryTable(static_cast<std::size_t>(tableRows));
@@ -61,9 +61,8 @@ struct WizardState {
   bool quitInProgress = false;
 
   std::vector<std::string> directoriesBeingEntered;  ///< nested project entries, outermost first
-  FolderStamps stampsAtEntry;    ///< files of the project as they were backed up
-  std::string foreignChanges;    ///< what Done has found changed by others, in sentences
-  std::int32_t removedRows = 0;  ///< rows that stand on disk and were removed here
+
+  ProjectOnDisk onDisk;
 };
 
 }  // namespace kova

@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
+#include "core/status.h"
 #include "desktop/colours.h"
 #include "desktop/message_boxes.h"
 #include "desktop/sketch.h"
@@ -135,7 +136,7 @@ void MainView::mirrorWindow() {
 }
 
 void MainView::mirrorStatusLine() {
-  const QString sentence = toShown(setup_.wizard.statusLine.caption(), codePage_);
+  const QString sentence = toShown(statusText(setup_.wizard), codePage_);
   if (sentence == statusLine_->text()) return;
   statusLine_->setText(sentence);
   statusLine_->setToolTip(toToolTip(sentence));

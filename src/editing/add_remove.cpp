@@ -72,7 +72,7 @@ void RemoveProperty_Click(Wizard& wizard) {
   WizardState& state = wizard.state;
   const std::int32_t selected = wizard.form.PropertyList.selectedIndex();
   if (selected == ListBox::none || selected >= state.exportCount) return;
-  const PropertyRecord removed = exportRow(wizard, selected);
+  const std::string name = exportRow(wizard, selected).propertyName;
   wizard.form.PropertyList.remove(selected);
   const auto rows = state.exportTable.begin();
   std::move(rows + selected + 1, rows + state.exportCount, rows + selected);
@@ -80,8 +80,7 @@ void RemoveProperty_Click(Wizard& wizard) {
   // The row that is free now, and behind it a device list that waited for a commit.
   const auto freed = rows + state.exportCount;
   std::fill(freed, std::min(freed + 2, state.exportTable.end()), PropertyRecord{});
-  if (removed.onDisk) ++state.removedRows;
-  report(wizard, "Property " + removed.propertyName + " removed.");
+  reportRemoval(wizard, name);
 }
 
 void PropertyList_DblClick(Wizard& wizard) {

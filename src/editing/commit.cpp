@@ -73,7 +73,6 @@ void fillFromForm(const Wizard& wizard, PropertyRecord& row) {
   row.numModules = form.NumDevices.text();
   row.description = descriptionWithRange(form);
   row.numSteps = "0";
-  row.changed = true;
 }
 
 void count(Wizard& wizard, PropertyRecord& row, const RowCounts& counts) {
@@ -129,7 +128,7 @@ void commitProperty(Wizard& wizard, std::int16_t index, bool isNew) {
     wizard.form.PropertyList.replace(index, line);
   }
   showNumDevices(wizard, index);
-  report(wizard, "Property " + name + (isNew ? " added." : " replaced."));
+  reportCommit(wizard, name, isNew);
 }
 
 std::string couldNotAdd(const Wizard& wizard, const ValueFailure& failure) {

@@ -109,6 +109,10 @@ void DeviceListCheck_Click(Wizard& wizard) {
   }
 }
 
+void ServerOption_Click(Wizard& wizard) {
+  wizard.form.DeviceListCheck.setValue(0);
+}
+
 void deviceNamesInputText_Click(Wizard& wizard) {
   Form1& form = wizard.form;
   try {
@@ -147,10 +151,7 @@ void NumDevices_Change(Wizard& wizard) {
   state.deviceNames.resize(static_cast<std::size_t>(devices));
   const std::string number = std::to_string(devices);
   std::for_each(state.exportTable.begin(), state.exportTable.begin() + state.exportCount,
-                [&](PropertyRecord& row) {
-                  row.changed = row.changed || stripBlanks(row.numModules) != number;
-                  row.numModules = number;
-                });
+                [&](PropertyRecord& row) { row.numModules = number; });
 }
 
 void NumDevices_LostFocus(Wizard& wizard) {

@@ -25,6 +25,7 @@ std::int16_t findSelStartAtLine(std::string_view textStr, std::int16_t textline)
 void storeServerDeviceNames(Wizard& wizard);
 
 void DeviceListCheck_Click(Wizard& wizard);
+void ServerOption_Click(Wizard& wizard);
 void deviceNamesInputText_Click(Wizard& wizard);
 void deviceNamesInputText_LostFocus(Wizard& wizard);
 void deviceNumberInputText_Change(Wizard& wizard);

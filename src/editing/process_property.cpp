@@ -41,7 +41,6 @@ PropertyRecord processRow(const Wizard& wizard, const ProcessTemplate& part,
   row.description = rangePrefix("0", form.NumStepsText.text(), "") + part.descriptionPrefix +
                     form.PropertyDescription.text();
   row.numSteps = numSteps;
-  row.changed = true;
   return row;
 }
 
@@ -92,7 +91,7 @@ void commitProcessProperty(Wizard& wizard, bool isNew) {
   // Selected before the five are counted: the handlers that this sets off see the old count.
   form.PropertyList.select(state.exportCount);
   state.exportCount = static_cast<std::int16_t>(state.exportCount + parts);
-  report(wizard, "Process property " + name + " added as 5 rows.");
+  reportProcessCommit(wizard, name);
 }
 
 }  // namespace kova

@@ -109,7 +109,10 @@ class Filling {
         const ReadResult read = ReadDevicesFile(wizard_.platform.files, wizard_.state.projectPath,
                                                 property.propertyName + "-names.csv",
                                                 form_.NumDevices.text(), property.devices);
-        if (read.rows >= 1) property.hasDeviceList = true;
+        if (read.rows < 1) return;
+        property.hasDeviceList = true;
+        wizard_.state.onDisk.nameLists.insert_or_assign(property.propertyName,
+                                                        PackedTexts(property.devices));
       });
     }
     if (test([&] { return row().hasDeviceList; })) {
@@ -161,29 +164,6 @@ void fillPropertySelections(Wizard& wizard) {
 
 void PropertyList_Click(Wizard& wizard) {
   fillPropertySelections(wizard);
-}
-
-void PropertyName_Change(Wizard& wizard) {
-  Form1& form = wizard.form;
-  const std::int16_t row =
-      findPropertyIndex(wizard, form.ExportName.text(), form.PropertyName.text());
-  if (row < wizard.state.exportCount) return;
-  form.DeviceListCheck.setValue(0);
-  form.AlarmWatchCheck.setValue(0);
-  form.HistoryCheck.setValue(0);
-}
-
-void PropertyName_Click(Wizard& wizard) {
-  wizard.form.ProcessCheck.setValue(0);
-  storeServerDeviceNames(wizard);
-}
-
-void InputDataFormat_Click(Wizard& wizard) {
-  if (wizard.form.InputDataFormat.text() == "NULL") wizard.form.InputDataSize.setText("0");
-}
-
-void OutputDataSize_Change(Wizard& wizard) {
-  wizard.form.ArrayTypeCombo.setEnabled(textValue(wizard.form.OutputDataSize.text()) > 1);
 }
 
 }  // namespace kova

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From the table to the form: what selecting a line shows, and what keeps the form consistent.
+// From the table to the form: what selecting a line shows.
 #pragma once
 
 #include "core/wizard.h"
@@ -11,9 +11,5 @@ namespace kova {
 void fillPropertySelections(Wizard& wizard);
 
 void PropertyList_Click(Wizard& wizard);
-void PropertyName_Change(Wizard& wizard);
-void PropertyName_Click(Wizard& wizard);
-void InputDataFormat_Click(Wizard& wizard);
-void OutputDataSize_Change(Wizard& wizard);
 
 }  // namespace kova

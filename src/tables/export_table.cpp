@@ -54,6 +54,16 @@ ReadResult readExportTable(const FileSystem& files, const Path& file,
   return result;
 }
 
+ExportTexts exportTexts(const PropertyRecord& row) {
+  ExportTexts texts;
+  std::size_t index = 0;
+  for (const auto& column : columns) {
+    const auto* text = std::get_if<std::string PropertyRecord::*>(&column.member);
+    if (text != nullptr) texts.at(index++) = row.*(*text);
+  }
+  return texts;
+}
+
 std::string exportHeaderLine() {
   return headerLine(columns);
 }

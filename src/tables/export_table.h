@@ -2,6 +2,7 @@
 // The export table: all properties of the device server, and its file.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -30,8 +31,6 @@ struct PropertyRecord {
   bool hasDeviceList = false;
   bool hasAlarmWatch = false;
   DeviceNames devices;
-  bool onDisk = false;   ///< a row of this origin stands in the file; for the status line only
-  bool changed = false;  ///< the row here differs from the one on disk; likewise
 };
 
 using ExportTable = std::vector<PropertyRecord>;
@@ -45,6 +44,11 @@ std::int16_t findPropertyIndex(const ExportTable& exportTable, std::int16_t expo
 /// thrown by `take` ends the reading like any other; the row is then not counted.
 ReadResult readExportTable(const FileSystem& files, const Path& file,
                            const std::function<void(PropertyRecord&&)>& take);
+
+/// What stands in the columns of a row but for its number, in the order of the file.
+using ExportTexts = std::array<std::string_view, 11>;
+/// Valid until the row changes.
+ExportTexts exportTexts(const PropertyRecord& row);
 
 /// Header line of "exports.csv" with its line end.
 std::string exportHeaderLine();

@@ -4,14 +4,15 @@
 #include <utility>
 
 #include "completion/done.h"
+#include "core/guidance_menu.h"
 #include "core/project_entry.h"
-#include "core/small_handlers.h"
 #include "core/start_up.h"
 #include "editing/add_remove.h"
 #include "editing/alarm_panel.h"
 #include "editing/device_panel.h"
 #include "editing/history_panel.h"
 #include "editing/process_property.h"
+#include "editing/property_form.h"
 #include "editing/selection.h"
 #include "identity/server_names.h"
 

@@ -60,7 +60,7 @@ PUMPS = [
     ("type", ALARM, "warning", "700"),
     ("picture", "form-filled", TITLE),
     ("act", "push button", "Add"), ("picture", "add-confirmation", ADD), ("answer", ADD, "OK"),
-    ("status", "1 row not yet written"),
+    ("status", "1 property, 1 history row, 1 alarm watch row, 3 device names not yet written"),
     ("type", PROPERTY, "Property Name", "STATE"), ("crop", "panels-disabled", "History Panel", ALARM),
     ("type", SERVER, "Local Name", "PUMPEQ"), ("keys", "M"),
     ("picture", "truncation-warning", TITLE, "alert"), ("answer", TITLE, "OK"),

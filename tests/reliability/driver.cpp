@@ -8,6 +8,7 @@
 #include <memory>
 #include <regex>
 
+#include "core/status.h"
 #include "desktop/main_view.h"
 #include "support/engineer.h"
 
@@ -38,7 +39,7 @@ void drive(int argc, char** argv) {
     std::cout << "said " << std::regex_replace(message, lineEnd, " ") << "\n";
   }
   for (const std::string& line : engineer.programs.started) std::cout << "started " << line << "\n";
-  std::cout << "status " << engineer.program.wizard.statusLine.caption() << "\n";
+  std::cout << "status " << statusText(engineer.program.wizard) << "\n";
   if (engineer.program.wizard.state.quitInProgress) std::cout << "ended\n";
 }
 

@@ -6,6 +6,8 @@
 #include <iterator>
 #include <utility>
 
+#include "core/status.h"
+
 namespace kova::test {
 namespace {
 
@@ -179,7 +181,7 @@ std::string Engineer::look(const std::string& verb, const std::string& name,
     for (const std::string& line : programs.started) all += line + "|";
     return differs("started", rest, all);
   }
-  if (verb == "status") return differs("status", rest, program.wizard.statusLine.caption());
+  if (verb == "status") return differs("status", rest, statusText(program.wizard));
   if (verb == "counts") {
     return differs("counts", rest,
                    std::to_string(state.exportCount) + " " + std::to_string(state.historyCount) +

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Handlers of the main window that have no other home.
+// The menu that offers guidance. What its entry for the server opens is a window of its own.
 #pragma once
 
 #include <cstdint>
@@ -8,9 +8,8 @@
 
 namespace kova {
 
-void ServerOption_Click(Wizard& wizard);
+/// The right button opens the menu over the frame of the server.
 void Frame2_MouseDown(Wizard& wizard, std::int16_t button);
-void Label9_Click(Wizard& wizard);
 void prpGuide_Click(Wizard& wizard);
 
 }  // namespace kova

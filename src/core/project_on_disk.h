@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+// What the files of the project held when the wizard last read or wrote them, and how the state
+// differs from it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tables/backup.h"
+#include "tables/export_table.h"
+
+namespace kova {
+
+struct WizardState;
+
+/// Many short texts in one: a thousand rows are kept in a few microseconds, and nothing has to be
+/// freed row by row when their project is left.
+class PackedTexts {
+ public:
+  PackedTexts() = default;
+  /// The columns of the first `exportCount` rows, row behind row.
+  PackedTexts(const ExportTable& exportTable, std::int16_t exportCount);
+  explicit PackedTexts(const DeviceNames& names);
+
+  std::size_t size() const { return starts_.size() - 1; }
+  std::string_view operator[](std::size_t index) const {
+    return {text_.data() + starts_[index], starts_[index + 1] - starts_[index]};
+  }
+
+ private:
+  void add(std::string_view text) {
+    text_ += text;
+    starts_.push_back(static_cast<std::uint32_t>(text_.size()));
+  }
+
+  std::string text_;
+  std::vector<std::uint32_t> starts_{0};
+};
+
+/// A table that somebody else has written since the wizard looked at it last.
+struct ForeignChange {
+  std::string file;
+  std::string backup;  ///< keeps what they wrote
+};
+
+struct ProjectOnDisk {
+  PackedTexts properties;  ///< of the export table, the number of devices in each row included
+  // Rows of these two are only ever appended, so their number tells which ones are on disk.
+  std::int16_t historyRows = 0;
+  std::int16_t alarmRows = 0;
+  PackedTexts deviceNames;  ///< of the server
+  /// Of properties with names of their own, by property name.
+  std::map<std::string, PackedTexts, std::less<>> nameLists;
+  FolderStamps stamps;                        ///< by which a foreign change shows
+  std::vector<ForeignChange> foreignChanges;  ///< that the last Done has found
+};
+
+/// Rows that the disk does not hold as they are here, by table, and rows that it alone holds.
+struct Unwritten {
+  std::size_t properties = 0;
+  std::size_t historyRows = 0;
+  std::size_t alarmRows = 0;
+  std::size_t deviceNames = 0;  ///< of the server and of properties with names of their own
+  std::size_t removals = 0;     ///< properties and device names
+};
+
+/// Compares all rows that Done would write. The line that it adds to the history for the property
+/// in the form does not count: it is no row of the state.
+Unwritten findUnwritten(const WizardState& state);
+
+}  // namespace kova

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// What keeps the property form consistent while it is filled in.
+#pragma once
+
+#include "core/wizard.h"
+
+namespace kova {
+
+void PropertyName_Change(Wizard& wizard);
+void PropertyName_Click(Wizard& wizard);
+void InputDataFormat_Click(Wizard& wizard);
+void OutputDataSize_Change(Wizard& wizard);
+/// The label of the maximum leads into its field.
+void Label9_Click(Wizard& wizard);
+
+}  // namespace kova
