@@ -20,7 +20,7 @@
 #include "desktop/main_view.h"
 #include "support/engineer.h"
 
-namespace kova::bench {
+namespace kova::measure {
 namespace {
 
 using test::Engineer;
@@ -222,11 +222,11 @@ void measureAll(const std::string& folder) {
 }
 
 }  // namespace
-}  // namespace kova::bench
+}  // namespace kova::measure
 
 int main(int argc, char** argv) {
   const QApplication application(argc, argv);
   benchmark::Initialize(&argc, argv);
-  kova::bench::measureAll(std::string(argv[1]) + '/');
+  kova::measure::measureAll(std::string(argv[1]) + '/');
   return 0;
 }
