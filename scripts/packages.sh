@@ -6,9 +6,9 @@ packages_for() {
   case $1 in
     build) echo cmake ninja-build g++ qt6-base-dev ;;
     wayland) echo qt6-wayland ;;
-    test) echo libgtest-dev python3 xvfb openbox dbus-daemon at-spi2-core python3-pyatspi ;;
+    test) echo libgtest-dev python3 xvfb x11-xkb-utils openbox dbus-daemon at-spi2-core python3-pyatspi ;;
     clang | fuzz) echo clang ;;
-    bench) echo libbenchmark-dev python3 ;;
+    measure) echo libbenchmark-dev python3 ;;
     package) echo dpkg-dev file gzip ;;
     package-check) echo appstream binutils desktop-file-utils fakeroot lintian man-db ;;
     *) echo "packages_for: no such purpose: $1" >&2; return 1 ;;

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// Stands between a test program and the system: calls about the files below a folder are noted, and
+// fail or kill the program on request. No file is flushed, so that a run takes milliseconds.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace kova::test {
+
+struct SystemCalls {
+  struct Call {
+    std::string name;
+    std::string path;
+  };
+
+  std::string folder = {};  ///< the files whose calls count; none if it is empty
+  std::size_t at = 0;       ///< number of the call that fails, from 1; 0 lets all pass
+  int error = 0;            ///< with which it fails; 0 kills the program in place of that
+  bool onwards = false;     ///< whether all later calls fail as well
+  std::vector<Call> made = {};
+};
+
+/// Those of this process.
+SystemCalls& systemCalls();
+
+}  // namespace kova::test
