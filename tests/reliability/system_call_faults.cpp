@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -88,14 +89,11 @@ std::string hexadecimal(const void* data, std::size_t size) {
 // Written line by line, so that a run that is killed has recorded what it did.
 void record(std::initializer_list<std::string> words) {
   const char* name = setting("FAULT_RECORD");
-  std::FILE* file = *name == '\0' ? nullptr : std::fopen(name, "a");
-  if (file == nullptr) return;
+  if (*name == '\0') return;
+  std::ofstream file(name, std::ios::app);
   const char* separator = "";
-  for (const std::string& word : words) {
-    std::fprintf(file, "%s%s", std::exchange(separator, "\t"), word.c_str());
-  }
-  std::fputc('\n', file);
-  std::fclose(file);
+  for (const std::string& word : words) file << std::exchange(separator, "\t") << word;
+  file << '\n';
 }
 
 template <class Result>
@@ -134,7 +132,7 @@ ssize_t read(int file, void* data, size_t size) {
 }
 ssize_t write(int file, const void* data, size_t size) {
   const auto put = [&](bool counts, size_t bytes) {
-    const ssize_t count = call<ssize_t>("write", counts, file, data, bytes);
+    const auto count = call<ssize_t>("write", counts, file, data, bytes);
     if (watched(file) && count > 0) {
       const auto written = static_cast<std::size_t>(count);
       record({"write", std::to_string(file), hexadecimal(data, written)});
