@@ -8,6 +8,7 @@ packages_for() {
     wayland) echo qt6-wayland ;;
     test) echo libgtest-dev python3 xvfb x11-xkb-utils openbox dbus-daemon at-spi2-core python3-pyatspi ;;
     clang | fuzz) echo clang ;;
+    gate) echo git clang-format-14 clang-tidy-14 ;;
     measure) echo libbenchmark-dev python3 ;;
     package) echo dpkg-dev file gzip ;;
     package-check) echo appstream binutils desktop-file-utils fakeroot lintian man-db ;;
