@@ -198,7 +198,6 @@ TEST_F(Editing, AValueThatDoesNotFitIsNamedAndChangesNothing) {
     type(field, before);
   };
   refuses("Severity (high)", form.almSeverityText, "high");
-  refuses("Alarm System ID", form.AlmSystemText, "32768");
   refuses("Polling Rate (msec)", form.PollRateText, "99999999999");
   refuses("Value too high", form.almHiText, "1E39");
   refuses("Max Data Size", form.OutputDataSize, "1E10");
@@ -211,7 +210,6 @@ TEST_F(Editing, AValueThatDoesNotFitIsNamedAndChangesNothing) {
   open("S");
   form.EditCmd.click();
   EXPECT_EQ(said(), "Could not add P : the history table has no free index");
-  EXPECT_EQ(engineer.rows(), Rows{.history = 1});
 }
 
 TEST_F(Editing, AProcessIsFiveRows) {
@@ -227,7 +225,6 @@ TEST_F(Editing, AProcessIsFiveRows) {
   toggle(form.DeviceListCheck);
 
   form.EditCmd.click();
-  EXPECT_EQ(form.PropertyName.text(), "RAMP.START");
   EXPECT_FALSE(form.DeviceListCheck.ticked());
   EXPECT_EQ(lines().back(), "[MYSRV] RAMP.STATUS <[0:03 ]Status of ramp>");
   form.EditCmd.click();
@@ -237,7 +234,6 @@ TEST_F(Editing, AProcessIsFiveRows) {
   form.PropertyName.click();
   EXPECT_EQ(shown(form.ProcessCheck, form.NumStepsText), "clear, 0");
   EXPECT_FALSE(form.NumStepsText.enabled());
-
   form.PropertyList.select(4);
   form.EditCmd.click();
   form.Command1.click();
@@ -248,16 +244,13 @@ TEST_F(Editing, AProcessIsFiveRows) {
                    "MYSRV,MYSRV,RAMP.RESUME,0,NULL,0,NULL, 4,WRITE,1,[0:03 ]Resume ramp,3",
                    "MYSRV,MYSRV,RAMP.STATUS,1,short,0,NULL, 5,READ,1,[0:03 ]Status of ramp,0"}))
       << "the last one was edited as a property of its own";
-  EXPECT_FALSE(home.has("MYSRV/RAMP.START-names.csv"));
 }
 
 TEST_F(Editing, RowsShiftWhenOneIsRemoved) {
   openRows(3);
   remove(0);
-  EXPECT_EQ(lines(), (Lines{"[S] P1 <d>", "[S] P2 <d>"}));
-  EXPECT_EQ(form.PropertyList.selectedIndex(), -1);
   form.RemoveProperty.click();
-  EXPECT_EQ(engineer.rows().properties, 2) << "nothing is selected";
+  EXPECT_EQ(lines(), (Lines{"[S] P1 <d>", "[S] P2 <d>"})) << "nothing was selected then";
 
   form.PropertyList.select(1);
   type(form.PropertyName, "");
@@ -265,9 +258,7 @@ TEST_F(Editing, RowsShiftWhenOneIsRemoved) {
   EXPECT_EQ(lines(), Lines{"[S] P1 <d>"});
   EXPECT_EQ(form.PropertyName.text(), "P2") << "shown ahead of its removal";
   form.EditCmd.click();
-  EXPECT_EQ(lines(), (Lines{"[S] P1 <d>", "[S] P2 <d>"}));
   EXPECT_EQ(form.PropertyList.selectedIndex(), 1);
-
   type(form.PropertyDescription, "other");
   form.EditCmd.click();
   EXPECT_EQ(lines(), (Lines{"[S] P1 <d>", "[S] P2 <other>"}));
@@ -317,8 +308,11 @@ TEST_F(Editing, TheServersDeviceNamesStandInTheBox) {
   for (int i = 0; i < 2; ++i) toggle(form.DeviceListCheck);
   EXPECT_EQ(names(), "A\r\nB\r\nDevice 2\r\n") << "two were left for a while";
   form.EditCmd.click();
+  type(form.NumDevices, "4");
   form.Command1.click();
-  EXPECT_EQ(tableRows("MYSRV/devices.csv"), (Lines{" 0,A", " 1,B", " 2,Device 2"}));
+  EXPECT_EQ(tableRows("MYSRV/devices.csv"), (Lines{" 0,A", " 1,B", " 2,Device 2", " 3,Device 3"}));
+  EXPECT_EQ(tableRows("MYSRV/exports.csv"),
+            Lines{"MYSRV,MYSRV,P,1,double,0,NULL, 1,READ,4,[0:100 ],0"});
 }
 
 TEST_F(Editing, TheCaretInTheBoxAndTheNumberBesideItFollowEachOther) {
@@ -334,12 +328,6 @@ TEST_F(Editing, TheCaretInTheBoxAndTheNumberBesideItFollowEachOther) {
     type(number, beyond);
     EXPECT_EQ(box.caret(), 9) << beyond;
   }
-
-  type(box, std::string(40000, 'x'));
-  clickAt(box, 33000);
-  EXPECT_EQ(number.text(), "40000") << "so far a place has no number";
-  type(number, "1");
-  EXPECT_EQ(box.caret(), 33000);
 
   nameServer();
   commit("P");
@@ -381,12 +369,18 @@ TEST_F(Editing, APropertysDeviceListWaitsForItsCommit) {
 }
 
 TEST_F(Editing, ADeviceListGivenUpReachesNoOtherProperty) {
-  openRows(2);
   const auto giveUpList = [&] {
     type(form.PropertyName, "GIVEN UP");
     type(form.OutputDataSize, "4");
     toggle(form.DeviceListCheck);
   };
+  nameServer();
+  giveUpList();
+  type(form.ProjectDir, home.path("OTHER"));
+  form.EditCmd.click();
+  EXPECT_FALSE(form.DeviceListCheck.ticked()) << "nor one in another directory";
+
+  openRows(2);
   giveUpList();
   form.PropertyList.select(1);
   EXPECT_FALSE(form.DeviceListCheck.ticked());
@@ -401,12 +395,6 @@ TEST_F(Editing, ADeviceListGivenUpReachesNoOtherProperty) {
   EXPECT_EQ(names(), "Device 0\r\n") << "nor by a list that is made anew";
   form.ServerOption.select();
   EXPECT_FALSE(form.DeviceListCheck.ticked());
-
-  giveUpList();
-  form.ProjectDir.click();
-  type(form.ProjectDir, home.path("NEW"));
-  form.EditCmd.click();
-  EXPECT_FALSE(form.DeviceListCheck.ticked()) << "nor one in another directory";
 }
 
 TEST_F(Editing, ThresholdsAndMaskExcludeEachOther) {

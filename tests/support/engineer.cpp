@@ -31,48 +31,40 @@ Answer answerOf(const std::string& word) {
 }
 
 /// What stands behind a verb: a word, mostly the name of a control, and a text behind that.
-struct Operands {
+struct Words {
   Engineer& engineer;
   std::string word;
   std::string text;
 
   TextField& field() const { return engineer.field(word); }
-  int number() const { return std::stoi(word); }
   Form1& form() const { return engineer.program.wizard.form; }
 };
 
 struct Verb {
-  std::string_view name;
-  std::string_view operands;
-  void (*act)(const Operands&);
+  std::string_view usage;
+  void (*act)(const Words&);
 };
 
 // The language of the programs that drive the wizard from outside: its acts, and beside them one
 // look, "counts PROPERTIES HISTORY ALARMS". {home} stands for the home directory, in a text \r, \n,
 // \0 and \xFF for their characters.
 const std::array<Verb, 13> verbs = {{
-    {"answer", "ok|cancel|yes|no",
-     [](const Operands& o) { o.engineer.answers.push_back(answerOf(o.word)); }},
-    {"caret", "FIELD PLACE", [](const Operands& o) { clickAt(o.field(), std::stoul(o.text)); }},
-    {"choose", "LIST ENTRY",
-     [](const Operands& o) {
-       std::get<DropDownList*>(o.engineer.control(o.word))->setText(o.text);
-     }},
-    {"click", "CONTROL",
-     [](const Operands& o) { std::visit(Click{}, o.engineer.control(o.word)); }},
-    {"close", "", [](const Operands& o) { o.engineer.program.helper.window.unload(); }},
-    {"enter", "FIELD", [](const Operands& o) { o.field().keyDown(enterKey); }},
-    {"focus", "FIELD", [](const Operands& o) { o.field().gotFocus(); }},
-    {"leave", "FIELD", [](const Operands& o) { o.field().lostFocus(); }},
-    {"menu", "server|property",
-     [](const Operands& o) {
-       (o.word == "server" ? o.form().srvGuide : o.form().prpGuide).click();
-     }},
-    {"select", "LINE", [](const Operands& o) { o.form().PropertyList.select(o.number()); }},
-    {"setenv", "NAME VALUE",
-     [](const Operands& o) { o.engineer.environment.values[o.word] = o.text; }},
-    {"time", "SECONDS", [](const Operands& o) { o.engineer.clock.now = o.number(); }},
-    {"type", "FIELD TEXT", [](const Operands& o) { type(o.field(), o.text); }},
+    {"answer ok|cancel|yes|no",
+     [](const Words& w) { w.engineer.answers.push_back(answerOf(w.word)); }},
+    {"caret FIELD PLACE", [](const Words& w) { clickAt(w.field(), std::stoul(w.text)); }},
+    {"choose LIST ENTRY",
+     [](const Words& w) { std::get<DropDownList*>(w.engineer.control(w.word))->setText(w.text); }},
+    {"click CONTROL", [](const Words& w) { std::visit(Click{}, w.engineer.control(w.word)); }},
+    {"close", [](const Words& w) { w.engineer.program.helper.window.unload(); }},
+    {"enter FIELD", [](const Words& w) { w.field().keyDown(TextField::enterKey); }},
+    {"focus FIELD", [](const Words& w) { w.field().gotFocus(); }},
+    {"leave FIELD", [](const Words& w) { w.field().lostFocus(); }},
+    {"menu server|property",
+     [](const Words& w) { (w.word == "server" ? w.form().srvGuide : w.form().prpGuide).click(); }},
+    {"select LINE", [](const Words& w) { w.form().PropertyList.select(std::stoi(w.word)); }},
+    {"setenv NAME VALUE", [](const Words& w) { w.engineer.environment.values[w.word] = w.text; }},
+    {"time SECONDS", [](const Words& w) { w.engineer.clock.now = std::stoi(w.word); }},
+    {"type FIELD TEXT", [](const Words& w) { type(w.field(), w.text); }},
 }};
 
 std::string replaced(std::string text, std::string_view what, std::string_view by) {
@@ -136,8 +128,9 @@ std::string Engineer::carryOut(const std::string& line) {
     counts << rows();
     return counts.str() == rest ? "" : "there are " + counts.str();
   }
-  const auto* const known =
-      std::find_if(verbs.begin(), verbs.end(), [&](const Verb& row) { return row.name == verb; });
+  const auto* const known = std::find_if(verbs.begin(), verbs.end(), [&](const Verb& row) {
+    return row.usage.substr(0, row.usage.find(' ')) == verb;
+  });
   if (known == verbs.end()) return "no such act: " + verb;
   const std::string word = nextWord(rest);
   known->act({*this, word, unescaped(rest)});

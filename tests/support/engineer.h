@@ -64,8 +64,6 @@ inline void clickAt(TextField& field, std::size_t place) {
   field.click();
 }
 
-inline constexpr std::int16_t enterKey = 13;
-
 /// One run of the wizard in `home`.
 class Engineer {
  public:

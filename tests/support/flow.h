@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "core/status.h"
 #include "support/engineer.h"
 
 namespace kova::test {
@@ -49,7 +50,7 @@ class Flow : public testing::Test {
     engineer.messages.pop_front();
     return text;
   }
-  const std::string& status() const { return engineer.program.wizard.statusLine.caption(); }
+  std::string status() const { return statusText(engineer.program.wizard); }
   const Lines& lines() const { return form.PropertyList.lines(); }
   /// What fields, lists and boxes show, with commas between them.
   template <class... Controls>

@@ -38,7 +38,7 @@ TEST(ProjectInTheWindow, IsReadChangedAndWritten) {
     desk.answer("Y");
     desk.click("Command1");
   });
-  desk.type("LATE");
+  desk.write("PropertyName", "LATE");
 
   EXPECT_EQ(desk.message,
             "Write to FEC_HOME repository?: Do you want to update the database files under " +
