@@ -3,7 +3,6 @@
 #include <array>
 
 #include "editing/field_warnings.h"
-#include "editing/range_prefix.h"
 #include "support/flow.h"
 
 namespace kova::test {
@@ -432,27 +431,6 @@ TEST_F(Editing, FieldsSayWhatACommitWouldRefuse) {
     EXPECT_EQ(fieldWarning(engineer.program.wizard, field), warning) << text;
   }
   EXPECT_EQ(said(), truncated + "MAGNET");
-}
-
-TEST(Descriptions, AreTakenApart) {
-  using Parts = std::array<std::string, 5>;
-  const std::vector<Parts> cases = {{"[0:100 V]Supply voltage", "0", "100", "V", "Supply voltage"},
-                                    {"[-1.5:1.5 mA/cm2]x", "-1.5", "1.5", "mA/cm2", "x"},
-                                    {"[0:3 ]Start ramp", "0", "3", "", "Start ramp"},
-                                    {"[0:100]x", "0", "no text", "none", "x"},
-                                    {"[abc]x", "no text", "no text", "none", "x"},
-                                    {"x[0:1 V]y", "0", "1", "V]", "y"},
-                                    {"[ab", "no text", "no text", "", "[ab"},
-                                    {"[]x", "no text", "no text", "", "[]x"},
-                                    {"[a]x", "no text", "no text", "", "[a]x"},
-                                    {"]x[0:1 V]", "no text", "no text", "", "]x[0:1 V]"}};
-  for (const Parts& expected : cases) {
-    const DescriptionParts parts = takeApart(expected[0]);
-    const Parts found = {expected[0], parts.minimum.value_or("no text"),
-                         parts.maximum.value_or("no text"), parts.units, parts.rest};
-    EXPECT_EQ(found, expected);
-    EXPECT_EQ(parts.hasPrefix, parts.rest != expected[0]) << expected[0];
-  }
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <sstream>
 #include <utility>
 
 namespace kova::test {
@@ -45,9 +44,8 @@ struct Verb {
   void (*act)(const Words&);
 };
 
-// The language of the programs that drive the wizard from outside: its acts, and beside them one
-// look, "counts PROPERTIES HISTORY ALARMS". {home} stands for the home directory, in a text \r, \n,
-// \0 and \xFF for their characters.
+// The language of the programs that drive the wizard from outside. {home} stands for the home
+// directory, in a text \r, \n, \0 and \xFF for their characters.
 const std::array<Verb, 13> verbs = {{
     {"answer ok|cancel|yes|no",
      [](const Words& w) { w.engineer.answers.push_back(answerOf(w.word)); }},
@@ -91,10 +89,10 @@ std::string nextWord(std::string& line) {
 
 }  // namespace
 
-Engineer::Engineer(std::string homeFolder, FileSystem* files)
-    : realFiles(posixFileSystem(codePage())),
+Engineer::Engineer(std::string homeFolder)
+    : files(posixFileSystem(codePage())),
       home(std::move(homeFolder)),
-      program(Platform{files != nullptr ? *files : *realFiles, environment, clock, programs},
+      program(Platform{*files, environment, clock, programs},
               [this](const Message& message) { return answer(message); }) {
   environment.home = home;
   program.wizard.endProcess = [this] { ended = true; };
@@ -123,11 +121,6 @@ Rows Engineer::rows() const {
 std::string Engineer::carryOut(const std::string& line) {
   std::string rest = replaced(line, "{home}", home);
   const std::string verb = nextWord(rest);
-  if (verb == "counts") {
-    std::ostringstream counts;
-    counts << rows();
-    return counts.str() == rest ? "" : "there are " + counts.str();
-  }
   const auto* const known = std::find_if(verbs.begin(), verbs.end(), [&](const Verb& row) {
     return row.usage.substr(0, row.usage.find(' ')) == verb;
   });

@@ -67,7 +67,7 @@ inline void clickAt(TextField& field, std::size_t place) {
 /// One run of the wizard in `home`.
 class Engineer {
  public:
-  explicit Engineer(std::string homeFolder, FileSystem* files = nullptr);
+  explicit Engineer(std::string homeFolder);
 
   /// The program comes up.
   void start() { program.start(); }
@@ -84,7 +84,7 @@ class Engineer {
   FakeClock clock;
   FakeEnvironment environment;
   RecordingStarter programs;
-  std::unique_ptr<FileSystem> realFiles;
+  std::unique_ptr<FileSystem> files;
   std::string home;
   std::deque<Answer> answers;        ///< for questions; those of the Enter key once it is empty
   std::deque<std::string> messages;  ///< shown and not looked at yet
