@@ -44,7 +44,8 @@ struct TemporaryFolder {
     Files all;
     for (const auto& entry : std::filesystem::directory_iterator(path(folder))) {
       const std::string name = entry.path().filename().native();
-      if (name.find("-17000") == std::string::npos) all[name] = read(folder + '/' + name);
+      if (name.find("-17000") == std::string::npos)
+        all[name] = read(entry.path().lexically_relative(path()));
     }
     return all;
   }
