@@ -46,7 +46,7 @@ class Flow : public testing::Test {
   /// The message that was shown first of those not yet asked for.
   std::string said() {
     if (engineer.messages.empty()) return "nothing";
-    const std::string text = engineer.messages.front();
+    std::string text = engineer.messages.front();
     engineer.messages.pop_front();
     return text;
   }
