@@ -80,6 +80,8 @@ constexpr std::array<ReadName, 11> furtherNames = {{
     {"UNAME", 46},
 }};
 
+}  // namespace
+
 std::string upperCase(std::string_view text) {
   std::string upper(text);
   std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) {
@@ -87,8 +89,6 @@ std::string upperCase(std::string_view text) {
   });
   return upper;
 }
-
-}  // namespace
 
 void fillCombos(Wizard& wizard) {
   Form1& form = wizard.form;

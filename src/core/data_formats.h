@@ -13,6 +13,9 @@ namespace kova {
 /// Fills the four drop-down lists and the table names, and selects the first choices.
 void fillCombos(Wizard& wizard);
 
+/// The letters a to z in their upper case.
+std::string upperCase(std::string_view text);
+
 /// Code name of a format code in its full form (from 512) or its short form (from 0), "NULL" if
 /// there is none.
 std::string_view formatToString(std::int16_t code);

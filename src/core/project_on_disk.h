@@ -57,6 +57,7 @@ struct ProjectOnDisk {
   std::map<std::string, PackedTexts, std::less<>> nameLists;
   FolderStamps stamps;                        ///< by which a foreign change shows
   std::vector<ForeignChange> foreignChanges;  ///< that the last Done has found
+  bool notWaitedFor = false;  ///< the last Done has gone on beside a wizard that was finishing too
 };
 
 /// Rows that the disk does not hold as they are here, by table, and rows that it alone holds.

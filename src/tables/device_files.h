@@ -32,8 +32,7 @@ std::int16_t UpdateDevicesFile(std::string_view panelText, DeviceNames& devNames
 
 /// Writes the names and stores the default name of each empty entry in the array as well. Throws
 /// Failure; the file on disk is then as it was.
-void WriteDevicesFile(FileSystem& files, std::string_view folder, std::string_view devFileName,
-                      DeviceNames& devNames);
+void WriteDevicesFile(const ReplaceFile& replace, const Path& file, DeviceNames& devNames);
 
 /// Name by which entry `index` is shown and written: the entry, or "Device" and its number.
 std::string displayName(const DeviceNames& devNames, std::size_t index);
