@@ -257,10 +257,11 @@ TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
   EXPECT_TRUE(hasList("to"));
   expectCopy(refusing({SYS_fsetxattr}, ENOTSUP), "list", 0600);
   expectCopy(becomeNobody, "list", 0600);
-  EXPECT_FALSE(hasList("to"));
+  const std::string to = folder.path("to");
+  EXPECT_EQ(::getxattr(to.c_str(), accessListName, nullptr, 0), -1);
   ASSERT_TRUE(setList(".", newFilesListName));
   expectCopy([] {}, "group", 0660);
-  EXPECT_EQ(::getxattr(folder.path("to").c_str(), accessListName, nullptr, 0), -1);
+  EXPECT_EQ(::getxattr(to.c_str(), accessListName, nullptr, 0), -1);
 }
 
 TEST_F(PosixFiles, RightsThatCannotBeChosenAreNoFailure) {
@@ -290,7 +291,10 @@ TEST_F(PosixFiles, WhatMustOutlastALossOfPowerIsFlushed) {
   EXPECT_EQ(folder.read("to"), "to");
   expectFlush([&] { files->copyAside(path("from"), path("aside")); });
   expectFlush([&] { files->flushAll(path(".")); });
-  expectFlush([&] { noCommonFlush(), files->flushAll(path(".")); });
+  // A folder may need no flush; its files do.
+  const Act noFlushAtAll = refusing({SYS_fsync, SYS_syncfs}, EINVAL);
+  EXPECT_TRUE(failsInChild(
+      noFlushAtAll, [&] { files->flushAll(path(".")); }, "Invalid argument"));
   expectFlush([&] { files->createFolder(path("folder/")); });
   EXPECT_TRUE(failsInChild(
       noCommonFlush, [&] { files->flushAll(path(".")); }, "no failure"));
