@@ -104,7 +104,8 @@ struct Project {
 struct Faults : testing::Test {
   Faults() {
     Project clean;
-    systemCalls().folder = clean.home.path();
+    finishedIn = clean.home.path();
+    systemCalls().folder = finishedIn;
     clean.enter();
     clean.edit();
     entered = systemCalls().made.size();
@@ -170,6 +171,7 @@ struct Faults : testing::Test {
   std::vector<SystemCalls::Call> calls;
   std::size_t entered = 0;  ///< how many of them lie ahead of Done
   Contents finished;
+  std::string finishedIn;  ///< the folder that they were made in
 };
 
 TEST_F(Faults, EveryKindOfCallMayFail) {
@@ -223,18 +225,38 @@ TEST_F(Faults, AKillAtAnyMomentLeavesWholeTables) {
   for (const auto& [what, count] : left) RecordProperty(what, count);
 }
 
-TEST_F(Faults, DoneFlushesEachTableAheadOfItsNameAndTheNamesInTheEnd) {
-  std::set<std::filesystem::path> unflushed;
-  for (std::size_t at = entered; at < calls.size(); ++at) {
+TEST_F(Faults, DoneReplacesTablesOnceAllBytesAreFlushedAndFlushesTheNamesInTheEnd) {
+  std::set<std::filesystem::path> bytes;
+  std::set<std::filesystem::path> names;
+  for (std::size_t at = 0; at < calls.size(); ++at) {
     const SystemCalls::Call& call = calls[at];
     const std::filesystem::path path(call.path);
-    if (call.name == "write") unflushed.insert(path);
-    if (call.name == "fsync") unflushed.erase(path);
+    if (call.name == "write") bytes.insert(path);
+    if (call.name == "fsync") bytes.erase(path);
+    if (call.name == "fsync") names.erase(path);
+    if (call.name == "syncfs") bytes.clear();
     if (call.name != "rename") continue;
-    EXPECT_FALSE(unflushed.contains(path)) << path;
-    unflushed.insert(path.parent_path());
+    EXPECT_TRUE(at < entered || bytes.empty()) << call.with;
+    if (bytes.erase(path) > 0) bytes.insert(call.with);
+    names.insert(path.parent_path());
   }
-  EXPECT_EQ(unflushed, std::set<std::filesystem::path>());
+  EXPECT_EQ(names, std::set<std::filesystem::path>());
+}
+
+TEST_F(Faults, DoneAsksForOneLockAndFlushesEachTableAheadOfItsLastLook) {
+  const std::string folder = finishedIn + "/MAGNET";
+  std::map<std::string, std::size_t> looked;
+  std::map<std::string, std::size_t> flushed;
+  int locks = 0;
+  for (std::size_t at = entered; at < calls.size(); ++at) {
+    const SystemCalls::Call& call = calls[at];
+    if (call.name == "stat") looked[call.path] = at;
+    if (call.name == "fsync") flushed[call.path] = at;
+    if (call.name == "flock" && call.path == folder) ++locks;
+    const bool replaces = call.name == "rename" && call.with.starts_with(folder);
+    EXPECT_TRUE(!replaces || flushed[call.path] < looked[call.with]) << call.with;
+  }
+  EXPECT_EQ(locks, 1);
 }
 
 TEST(Generators, ThatCannotBeStartedCostAMessageEach) {

@@ -145,6 +145,9 @@ int futimens(int file, const timespec* times) noexcept {
 int rename(const char* from, const char* to) noexcept {
   return callWith(to, "rename", from, to);
 }
+int renameat2(int a, const char* from, int b, const char* to, unsigned flags) noexcept {
+  return strikes("rename", from) ? fail() : pass("renameat2", a, from, b, to, flags);
+}
 int unlink(const char* path) noexcept {
   return call("unlink", path);
 }
