@@ -7,6 +7,7 @@
 
 #include "completion/export_file.h"
 #include "completion/generators.h"
+#include "core/environment_values.h"
 #include "core/form_texts.h"
 #include "core/program_end.h"
 #include "core/project_entry.h"
@@ -34,10 +35,9 @@ bool namesFolder(const std::string& name) {
          name.find(pathSeparator) == std::string::npos;
 }
 
-Repository repositoryOf(const Wizard& wizard) {
-  const Environment& environment = wizard.platform.environment;
-  std::string root = environment.variable("FEC_HOME");
-  if (root.empty()) root = environment.variable("FECDB");
+Repository repositoryOf(Wizard& wizard) {
+  auto [root, notUsed] = repositoryRoot(wizard.platform.environment);
+  if (!notUsed.empty()) report(wizard, notUsed + "The tables are not copied.");
   if (root.empty()) return {};
   if (root.back() != pathSeparator) root += pathSeparator;
   const std::string& localName = wizard.state.exportTable.front().localName;
