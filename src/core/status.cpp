@@ -70,8 +70,12 @@ std::string statusText(const Wizard& wizard) {
   return wizard.statusLine.sentence + unwrittenSentence(wizard.state);
 }
 
-void reportStart(Wizard& wizard) {
-  report(wizard, "Type an export name to define its server or to open its project.");
+void reportStart(Wizard& wizard, const std::string& notUsed) {
+  std::string now = wizard.statusLine.sentence;
+  if (now.empty() && !wizard.state.homeDrive.empty()) {
+    now = "Type an export name to define its server or to open its project.";
+  }
+  report(wizard, notUsed + now);
 }
 
 void reportDropped(Wizard& wizard, std::size_t rows) {
@@ -102,6 +106,10 @@ void reportProcessCommit(Wizard& wizard, const std::string& property) {
 
 void reportRemoval(Wizard& wizard, const std::string& property) {
   report(wizard, "Property " + property + " removed.");
+}
+
+void reportRepositoryNotUsed(Wizard& wizard, const std::string& notUsed) {
+  report(wizard, notUsed + "The tables are not copied.");
 }
 
 void reportForeignChanges(Wizard& wizard) {

@@ -32,7 +32,8 @@ struct ProjectRead {
 /// What just happened, and behind it what of the project is not yet on disk at this moment.
 std::string statusText(const Wizard& wizard);
 
-void reportStart(Wizard& wizard);
+/// Ahead of what entering the home has brought, values of the environment that are not used.
+void reportStart(Wizard& wizard, const std::string& notUsed);
 /// `rows` of the former directory are gone. Leaves the line as it is if there were none.
 void reportDropped(Wizard& wizard, std::size_t rows);
 void reportProjectRead(Wizard& wizard, const ProjectRead& project);
@@ -40,6 +41,8 @@ void reportProjectNotRead(Wizard& wizard, std::string_view reason);
 void reportCommit(Wizard& wizard, const std::string& property, bool isNew);
 void reportProcessCommit(Wizard& wizard, const std::string& property);
 void reportRemoval(Wizard& wizard, const std::string& property);
+/// Done copies nothing, since what names the repository is not used.
+void reportRepositoryNotUsed(Wizard& wizard, const std::string& notUsed);
 /// Tables that somebody else has written, as far as Done has come.
 void reportForeignChanges(Wizard& wizard);
 /// Done has ended ahead of its time.

@@ -46,7 +46,7 @@ struct WizardState {
 
   std::string projectPath;  ///< project directory in use, without a trailing separator
   std::string exportsFileName;
-  std::string homeDrive;
+  std::string homeDrive;  ///< empty if the environment tells none that can be used
 
   bool projectDirEdited = false;    ///< the export name no longer drives the directory
   bool localNameEdited = false;     ///< the export name no longer drives the local name

@@ -7,6 +7,7 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -23,12 +24,15 @@ struct FakeClock : Clock {
 
 struct FakeEnvironment : Environment {
   std::map<std::string, std::string> values;
+  std::set<std::string> unusable;
   std::string home;
   std::string variable(const std::string& name) const override {
     const auto value = values.find(name);
     return value == values.end() ? "" : value->second;
   }
+  bool isUnusable(const std::string& name) const override { return unusable.contains(name); }
   std::string homeFolder() const override { return home; }
+  std::string codePageName() const override { return "Windows-1252"; }
 };
 
 struct RecordingStarter : ProgramStarter {
