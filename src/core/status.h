@@ -23,6 +23,7 @@ struct ProjectRead {
   std::size_t dropped = 0;       ///< rows of the former directory
   std::size_t droppedAgain = 0;  ///< rows read here and dropped since a row names another server
   std::size_t backups = 0;
+  std::size_t backupsDeleted = 0;
   FileRead exports;
   FileRead history;
   FileRead alarms;
@@ -38,6 +39,8 @@ void reportStart(Wizard& wizard, const std::string& notUsed);
 void reportDropped(Wizard& wizard, std::size_t rows);
 void reportProjectRead(Wizard& wizard, const ProjectRead& project);
 void reportProjectNotRead(Wizard& wizard, std::string_view reason);
+/// A file in the directory kept the project from being read.
+void reportNotBackedUp(Wizard& wizard, const BackupFailure& failure);
 void reportCommit(Wizard& wizard, const std::string& property, bool isNew);
 void reportProcessCommit(Wizard& wizard, const std::string& property);
 void reportRemoval(Wizard& wizard, const std::string& property);

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,12 @@ struct ProcessTemplate {
   std::string inputFormat;
   std::string outputFormat;
   std::string access;
+};
+
+/// A directory that a row led to and that was not entered.
+struct RefusedEntry {
+  std::string exportName;  ///< of the row
+  bool tooDeep = false;    ///< too many projects led to it; else it lies outside the home drive
 };
 
 /// Lives as long as the main window. What lasts beyond is in the project's tables.
@@ -61,6 +68,7 @@ struct WizardState {
   bool quitInProgress = false;
 
   std::vector<std::string> directoriesBeingEntered;  ///< nested project entries, outermost first
+  std::optional<RefusedEntry> refusedEntry;          ///< within the last of the outermost ones
 
   ProjectOnDisk onDisk;
 };

@@ -161,6 +161,16 @@ const std::vector<Script> scripts = {
         type ExportName A; shows ExportName A; shows ProjectDir {home}/A
         status 1 row dropped by the change of directory. Project read: 0 properties, 0 history rows, 0 alarm watch rows, 0 device names\x3b 1 backup made.
         lines)"},
+    {"rows lead only to directories that lie directly in the home drive",
+     "folder deep/archive\nput deep/archive/exports.csv " + exportHeader +
+         "deep/archive,AEQM,P,1,double,0,NULL, 1,READ,1,x,0\\r\\n\nfolder A\nput A/exports.csv " +
+         exportHeader + R"(deep/archive,BEQM,P,1,double,0,NULL, 1,READ,1,x,0\r\n
+        type ExportName A; shows ExportName deep/archive; lines; counts 0 0 0
+        status 1 row dropped by the change of directory. Project read: 0 properties, 0 history rows, 0 alarm watch rows, 0 device names\x3b 1 backup made. Project deep/archive not read: this export name of the last row is no plain name of a directory in {home}. Click into Project Directory and type the wanted directory.
+        nofile deep/archive/exports-1700000000.csv
+        click ProjectDir; type ProjectDir {home}/deep; type ProjectDir {home}/deep/archive
+        lines [deep/archive] P <x>|
+        status Project read: 1 property, 0 history rows, 0 alarm watch rows, 0 device names\x3b 1 backup made.)"},
     {"clicked fields keep what they hold", R"(
         letters ExportName QVXMA; shows LocalName MAEQM; shows ProjectDir {home}/QVXMA
         click LocalName; letters ExportName G; shows LocalName MAEQM
