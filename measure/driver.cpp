@@ -5,6 +5,7 @@
 #include <iostream>
 #include <regex>
 
+#include "core/status.h"
 #include "support/engineer.h"
 
 namespace kova {

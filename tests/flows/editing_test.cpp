@@ -1,211 +1,436 @@
 // SPDX-License-Identifier: MIT
-// The property form: commit, add and remove, selection, processes, the three panels.
-#include <gtest/gtest.h>
+// The property form: commit, add and remove, processes, device lists, the alarm panel, marks.
+#include <array>
 
-#include <optional>
-#include <string>
-#include <vector>
-
-#include "editing/device_panel.h"
 #include "editing/field_warnings.h"
-#include "editing/range_prefix.h"
-#include "support/script.h"
+#include "support/flow.h"
 
 namespace kova::test {
 namespace {
 
-const std::string exportHeader =
-    "EXPORT_NAME,LOCAL_NAME,PROPERTY,PROPERTY_SIZE,FORMAT,PROPERTY_INSIZE,INFORMAT,PROPERTY_ID,"
-    "ACCESS,NUM_MODULES,DESCRIPTION,NUM_STEPS\\r\\n";
-
-const std::string server = R"(
-        type ExportName MYSRV; type LocalName MYSRV
-)";
-
-/// Rows P0, P1, ... of server S in its directory.
-std::string rows(int count) {
-  std::string lines = "folder S\nput S/exports.csv " + exportHeader;
-  for (int i = 0; i < count; ++i) {
-    lines += "S,SEQM,P" + std::to_string(i) + ",1,double,0,NULL,1,READ,1,d,0\\r\\n";
+struct Editing : Flow {
+  void nameServer() {
+    open("MYSRV");
+    type(form.LocalName, "MYSRV");
   }
-  return lines + "\ntype ExportName S\n";
-}
-
-const std::vector<Script> scripts = {
-    {"Add confirms, commits and shows the row",
-     R"(
-        letters ExportName MYSRV; letters PropertyName VOLTAGE
-        type PropertyDescription Supply voltage; type Units V; choose OutputDataFormat Single
-        type OutputDataSize 10; choose ArrayTypeCombo CHANNEL; answer cancel; click AddProperty
-        said Add New Property with these characteristics ?: Adding the following Property information : \r\n\r\n Export Name : MYSRV\r\n Local Name : MYSEQM\r\n Property Name : VOLTAGE\r\n Return Data  : 10 float values (CHANNEL)\r\n Input Data  : none\r\n Property Access : READ\r\n Maximum Value : 100\r\n Minimum Value : 0\r\n Data Units : V\r\n Description : Supply voltage\r\n Keep History: No\r\n Use Alarm Watch : No\r\n Has Device list : No\r\n
-        counts 0 0 0; click EditCmd; lines [MYSRV] VOLTAGE <Supply voltage>|
-        shows PropertyList 0; shows NumDevices  1; shows Units V; click AddProperty
-        said Add New Property with these characteristics ?: Adding the following Property information : \r\n\r\n Export Name : MYSRV\r\n Local Name : MYSEQM\r\n Property Name : VOLTAGE\r\n Return Data  : 10 float values (CHANNEL)\r\n Input Data  : none\r\n Property Access : READ\r\n Maximum Value : 100\r\n Minimum Value : 0\r\n Data Units : V\r\n Description : Supply voltage\r\n Keep History: No\r\n Use Alarm Watch : No\r\n Has Device list : No\r\n
-        said Property VOLTAGE already assigned; type PropertyName voltage; type MaxValue
-        type MinValue x; choose OutputDataFormat NULL; click EditCmd
-        lines [MYSRV] VOLTAGE <Supply voltage>|[MYSRV] voltage <Supply voltage>|
-        click Command1
-        file MYSRV/exports.csv )" +
-         exportHeader +
-         R"(MYSRV,MYSEQM,VOLTAGE,10,float.CHANNEL,0,NULL, 1,READ,1,[0:100 V]Supply voltage,0\r\nMYSRV,MYSEQM,voltage,0,NULL.CHANNEL,0,NULL, 2,READ, 1,Supply voltage,0\r\n
-        nofile MYSRV/history.csv; nofile MYSRV/devices.csv
-        ended)"},
-    {"names are checked in order and change nothing", R"(
-        click EditCmd; said Not a valid Export Name; type ExportName MAGNET; click EditCmd
-        said Not a valid Local Name; type LocalName M; click EditCmd
-        said Not a valid Property Name
-        counts 0 0 0)"},
-    {"history once, alarm watch at each commit", server + R"(
-        type PropertyName P; click HistoryCheck; click AlarmWatchCheck; click EditCmd
-        click EditCmd; click EditCmd; counts 1 1 3; type LocalName MYSERVER
-        said The local equipment module name will be truncated to initial 6 characters : MYSERV
-        click EditCmd; click EditCmd; counts 1 3 5; type PollRateText 1; type PropertyName Q
-        shows HistoryCheck clear; shows HistoryPanel disabled; type PropertyName P
-        shows HistoryCheck clear; select 0; shows HistoryCheck ticked
-        shows HistoryPanel enabled
-        shows PollRateText 1000)"},
-    {"a value that does not fit changes nothing", server + R"(
-        type PropertyName P; click AlarmWatchCheck; click HistoryCheck
-        type almSeverityText high; click EditCmd
-        said Could not add P : Severity (high) is not a valid number
-        type PollRateText 99999999999; click EditCmd
-        said Could not add P : Polling Rate (msec) is not a valid number
-        counts 0 0 0; lines; type PollRateText 5; type almSeverityText 3; click EditCmd
-        type PollRateText 99999999999; click EditCmd; counts 1 1 2; type almHiText 1E39
-        click EditCmd; said Could not add P : Value too high is not a valid number
-        counts 1 1 2)"},
-    {"a history table without a free index", rows(1) + R"(
-        put S/history.csv Index,Export Name\r\n32767,other\r\n
-        click ProjectDir; type ProjectDir {home}/S/; click HistoryCheck; click EditCmd
-        said Could not add P0 : the history table has no free index
-        counts 1 1 0)"},
-    {"a process is five rows",
-     server + R"(
-        type PropertyName RAMP; type PropertyDescription ramp; click ProcessCheck
-        shows NumStepsText 1; usable NumStepsText yes; type NumStepsText; shows NumStepsText 1
-        type NumStepsText 1E999; click EditCmd
-        said Could not add RAMP : Number Steps : is not a valid number
-        type NumStepsText 03; click DeviceListCheck; click EditCmd; counts 5 0 0
-        shows PropertyName RAMP.START; shows PropertyDescription Start ramp; shows MaxValue 03
-        shows Units; shows DeviceListCheck clear; click EditCmd
-        said Please Remove Process Property RAMP.START first; type PropertyName RAMP
-        click EditCmd; said Please Remove Process Property RAMP first; click PropertyName
-        shows ProcessCheck clear; shows NumStepsText 0; usable NumStepsText no
-        lines [MYSRV] RAMP.START <[0:03 ]Start ramp>|[MYSRV] RAMP.STOP <[0:03 ]Stop ramp>|[MYSRV] RAMP.PAUSE <[0:03 ]Pause ramp>|[MYSRV] RAMP.RESUME <[0:03 ]Resume ramp>|[MYSRV] RAMP.STATUS <[0:03 ]Status of ramp>|
-        click Command1
-        file MYSRV/exports.csv )" +
-         exportHeader +
-         R"(MYSRV,MYSRV,RAMP.START,1,short,1,short, 1,READ|WRITE,1,[0:03 ]Start ramp,3\r\nMYSRV,MYSRV,RAMP.STOP,0,NULL,0,NULL, 2,WRITE,1,[0:03 ]Stop ramp,3\r\nMYSRV,MYSRV,RAMP.PAUSE,0,NULL,0,NULL, 3,WRITE,1,[0:03 ]Pause ramp,3\r\nMYSRV,MYSRV,RAMP.RESUME,0,NULL,0,NULL, 4,WRITE,1,[0:03 ]Resume ramp,3\r\nMYSRV,MYSRV,RAMP.STATUS,1,short,0,NULL, 5,READ,1,[0:03 ]Status of ramp,3\r\n
-        nofile MYSRV/RAMP.START-names.csv)"},
-    {"rows shift when one is removed", rows(3) + R"(
-        select 0; click RemoveProperty; lines [S] P1 <d>|[S] P2 <d>|; shows PropertyList -1
-        click RemoveProperty; select 1; shows PropertyName P2; click PropertyList
-        lines [S] P1 <d>|; shows PropertyName P2; click EditCmd; lines [S] P1 <d>|[S] P2 <d>|
-        counts 2 0 0
-        shows PropertyList 1)"},
-    {"a full table turns commits away", rows(1003) + R"(
-        counts 1001 0 0; type PropertyName new; click DeviceListCheck; click EditCmd
-        said The property table is full; click DeviceListCheck; shows ServerOption selected
-        select 1000; shows PropertyName P1000; click RemoveProperty; type PropertyName new
-        click ProcessCheck; click EditCmd; said The property table is full; click ProcessCheck
-        click EditCmd; counts 1001 0 0
-        shows PropertyList 1000)"},
-    {"a row that does not fit the lists selects READ",
-     R"(
-        folder S
-        put S/exports.csv )" +
-         exportHeader +
-         R"(S,SEQM,P,,Double,x,short,1,OTHER,2,[abc]x,0\r\nS,SEQM,Q,5,short.wav,0,NULL,1,WRITE,2,[1:2 m s]y,0\r\nS,SEQM,R,1,short,0,NULL,1,WRITE,none,z,0\r\n
-        type ExportName S; counts 2 0 0; shows OutputDataFormat Integer
-        shows ArrayTypeCombo WAV; shows Units m s; shows MinValue 1
-        choose AccessMode READ|WRITE; select 0; shows AccessMode READ
-        shows OutputDataFormat NULL; usable ArrayTypeCombo yes; shows MinValue 1
-        shows MaxValue 2; shows Units none; shows PropertyDescription x; shows InputDataSize x
-        shows InputDataFormat Integer)"},
-    {"the server's device list", R"(
-        type NumDevices 3; leave NumDevices
-        shows deviceNamesInputText Device 0\r\nDevice 1\r\nDevice 2\r\n
-        type deviceNamesInputText A\r\nB\r\nC\r\n
-        leave deviceNamesInputText; caret deviceNamesInputText 4; shows deviceNumberInputText  1
-        at deviceNamesInputText 3; caret deviceNamesInputText 4; at deviceNamesInputText 4
-        type deviceNumberInputText 5; at deviceNamesInputText 9
-        type deviceNumberInputText 40000; at deviceNamesInputText 9; type NumDevices 2
-        type NumDevices 3; type NumDevices 99999; leave NumDevices
-        shows deviceNamesInputText A\r\nB\r\nC\r\n
-        type ExportName S; type PropertyName P; click DeviceListCheck; click DeviceListCheck
-        shows deviceNamesInputText A\r\nB\r\nDevice 2\r\n
-        type NumDevices 3; click EditCmd; click Command1
-        file S/devices.csv DEVICE_NUMBER,DEVICE_NAME\r\n 0,A\r\n 1,B\r\n 2,Device 2\r\n)"},
-    {"a property's device list waits in the free slot", server + R"(
-        type PropertyName P; type OutputDataSize -1; click DeviceListCheck
-        shows ServerOption selected; click DeviceListCheck; type OutputDataSize 2
-        click DeviceListCheck; shows propertyOption selected
-        shows deviceNamesInputText Device 0\r\nDevice 1\r\n
-        type deviceNamesInputText X\r\nY\r\n
-        leave deviceNamesInputText; click EditCmd; shows DeviceListCheck ticked
-        shows deviceNamesInputText X\r\nY\r\n\r\n
-        type PropertyName Q; shows DeviceListCheck clear; click EditCmd
-        shows DeviceListCheck clear; select 0; click Command1
-        file MYSRV/P-names.csv DEVICE_NUMBER,DEVICE_NAME\r\n 0,X\r\n 1,Y\r\n 2,Device 2\r\n
-        nofile MYSRV/Q-names.csv)"},
-    {"a device list given up does not reach another property", server + R"(
-        type PropertyName P; click EditCmd; type PropertyName Q; click DeviceListCheck; select 0
-        shows DeviceListCheck clear; type PropertyName R; click EditCmd
-        shows DeviceListCheck clear)"},
-    {"thresholds and mask exclude each other", R"(
-        type almHiText 40; focus almLoText; shows almHiText 40; type almMaskText 3
-        focus almNormalText; shows almHiText 0; shows almMaskText 3; focus almHiWarnText
-        shows almMaskText 0)"},
+  /// A server S with properties P0, P1, ...
+  void openRows(int count) {
+    Lines rows;
+    for (int i = 0; i < count; ++i) {
+      rows.push_back("S,SEQM,P" + std::to_string(i) + ",1,double,0,NULL,1,READ,1,d,0");
+    }
+    project("S", rows);
+    open("S");
+  }
+  void remove(int line) {
+    form.PropertyList.select(line);
+    form.RemoveProperty.click();
+  }
+  const std::string& names() const { return form.deviceNamesInputText.text(); }
 };
 
-TEST(Editing, Flows) {
-  for (const Script& script : scripts) playFresh(script);
+TEST_F(Editing, AddAsksFirstAndTakesNoNameTwice) {
+  std::string question =
+      "Add New Property with these characteristics ?: "
+      "Adding the following Property information : \r\n\r\n"
+      " Export Name : MAGNET\r\n"
+      " Local Name : MAGNET\r\n"
+      " Property Name : NEW\r\n"
+      " Return Data  : 4 float values (CHANNEL)\r\n"
+      " Input Data  : 3 short values\r\n"
+      " Property Access : READ|WRITE\r\n"
+      " Maximum Value : 250\r\n"
+      " Minimum Value : 0\r\n"
+      " Data Units : A\r\n"
+      " Description : Current of each supply\r\n"
+      " Keep History: Yes\r\n"
+      " Use Alarm Watch : No\r\n"
+      " Has Device list : No\r\n";
+  open("MAGNET");
+  type(form.LocalName, "MAGNETS");
+  EXPECT_EQ(said(), truncated + "MAGNET");
+  type(form.PropertyName, "NEW");
+  form.InputDataFormat.setText("Integer");
+  type(form.InputDataSize, "3");
+  toggle(form.HistoryCheck);
+
+  engineer.answers = {Answer::cancel};
+  form.AddProperty.click();
+  EXPECT_EQ(said(), question);
+  EXPECT_EQ(engineer.rows().properties, 8);
+
+  form.AddProperty.click();
+  EXPECT_EQ(said(), question);
+  EXPECT_EQ(lines().back(), "[MAGNET] NEW <Current of each supply>");
+  EXPECT_EQ(form.PropertyList.selectedIndex(), 8);
+  EXPECT_EQ(form.NumDevices.text(), " 4");
+
+  form.InputDataFormat.setText("NULL");
+  question.replace(question.find("3 short values"), 14, "none");
+  form.AddProperty.click();
+  EXPECT_EQ(said(), question);
+  EXPECT_EQ(said(), "Property NEW already assigned");
 }
 
-TEST(Editing, DescriptionsAreTakenApart) {
-  using Text = std::optional<std::string>;
+TEST_F(Editing, ACommitTakesWhatTheFormAndItsPanelsHold) {
+  open("MYSRV");
+  type(form.LocalName, "MYSERVER");
+  EXPECT_EQ(said(), truncated + "MYSERV");
+  int value = 0;
+  for (TextField* field :
+       {&form.historyDeviceText, &form.ArchiveRateText, &form.PollRateText,
+        &form.ArchiveHeartbeatText, &form.ShortDepthText, &form.LongDepthText, &form.toleranceText,
+        &form.almwDeviceText, &form.AlmSystemText, &form.almSeverityText, &form.almCountThreshText,
+        &form.almHiText, &form.almLoText, &form.almHiWarnText, &form.almLoWarnText,
+        &form.almMaskText, &form.almNormalText}) {
+    field->setText(std::to_string(++value));
+  }
+  type(form.PropertyDescription, "d");
+  type(form.MaxValue, "0");
+  form.InputDataFormat.setText("Long");
+  type(form.InputDataSize, "2");
+  type(form.OutputDataSize, "20");
+  form.ArrayTypeCombo.setText("CHANNEL");
+  for (const char* format : {"Single", "Integer", "NAME8"}) {
+    type(form.PropertyName, format);
+    form.OutputDataFormat.setText(format);
+    toggle(form.HistoryCheck);
+    toggle(form.AlarmWatchCheck);
+    form.EditCmd.click();
+  }
+  type(form.PropertyName, "Single");
+  EXPECT_EQ(shown(form.HistoryCheck, form.AlarmWatchCheck), "ticked, ticked");
+
+  form.AccessMode.setText("WRITE");
+  form.OutputDataFormat.setText("NULL");
+  form.InputDataFormat.setText("NULL");
+  EXPECT_EQ(form.InputDataSize.text(), "0");
+  type(form.InputDataSize, "3");
+  commit("NONE");
+
+  form.Command1.click();
+
+  EXPECT_EQ(tableRows("MYSRV/exports.csv"),
+            (Lines{"MYSRV,MYSERV,Single,20,float.CHANNEL,2,long, 1,READ,1,d,0",
+                   "MYSRV,MYSERV,Integer,20,short.CHANNEL,2,long, 2,READ, 1,d,0",
+                   "MYSRV,MYSERV,NAME8,20,NAME8.CHANNEL,2,long, 3,READ, 1,d,0",
+                   "MYSRV,MYSERV,NONE,0,NULL.CHANNEL,0,NULL, 4,WRITE, 1,d,0"}));
+  EXPECT_EQ(tableRows("MYSRV/history.csv"),
+            (Lines{" 1,MYSRV,MYSERV,Single,1, 20,FLOAT.CHANNEL, 4, 3, 2,7, 5, 6",
+                   " 2,MYSRV,MYSERV,Integer,1, 20,LONG.CHANNEL, 4, 3, 2,7, 5, 6",
+                   " 3,MYSRV,MYSERV,NAME8,1, 20,NAME8.CHANNEL, 4, 3, 2,7, 5, 6",
+                   " 4,MYSRV,MYSERV,NONE,1, 0,NULL, 4, 3, 2,7, 5, 6"}))
+      << "the last one for what stands in the form";
+  EXPECT_EQ(tableRows("MYSRV/almwatch.csv"),
+            (Lines{"MYSERV,8,Single, 20,FLOAT.CHANNEL, 10, 9, 12, 13, 14, 15,16,17",
+                   "MYSERV,8,Integer, 20,LONG.CHANNEL, 10, 9, 12, 13, 14, 15,16,17",
+                   "MYSERV,8,NAME8, 20,NAME8.CHANNEL, 10, 9, 12, 13, 14, 15,16,17"}));
+  EXPECT_EQ(home.files("MYSRV").size(), 3);
+}
+
+TEST_F(Editing, ARangeStandsAheadOfTheDescriptionUnlessItIsZero) {
+  const std::vector<std::array<std::string, 4>> cases = {{"0", "100", "V", "[0:100 V]d"},
+                                                         {"-1", "0", "none", "[-1:0 ]d"},
+                                                         {"x", "", "V", "d"},
+                                                         {"0", "1E-60", "V", "d"},
+                                                         {"0", "1E-40", "V", "[0:1E-40 V]d"}};
+  nameServer();
+  type(form.PropertyDescription, "d");
+  for (const auto& [minimum, maximum, units, description] : cases) {
+    type(form.MinValue, minimum);
+    type(form.MaxValue, maximum);
+    type(form.Units, units);
+    commit("P");
+    EXPECT_EQ(engineer.program.wizard.state.exportTable[0].description, description);
+  }
+}
+
+TEST_F(Editing, NamesAreCheckedInOrderAndChangeNothing) {
+  form.EditCmd.click();
+  EXPECT_EQ(said(), "Not a valid Export Name");
+  open("MAGMA");
+  form.EditCmd.click();
+  EXPECT_EQ(said(), "Not a valid Local Name");
+  type(form.LocalName, "M");
+  form.EditCmd.click();
+  EXPECT_EQ(said(), "Not a valid Property Name");
+  EXPECT_EQ(engineer.rows(), Rows{});
+}
+
+TEST_F(Editing, HistoryIsKeptOnceAndAnAlarmWatchAtEachCommit) {
+  nameServer();
+  type(form.PropertyName, "P");
+  toggle(form.HistoryCheck);
+  toggle(form.AlarmWatchCheck);
+  for (int i = 0; i < 3; ++i) form.EditCmd.click();
+  EXPECT_EQ(engineer.rows(), (Rows{.properties = 1, .history = 1, .alarms = 3}));
+
+  type(form.LocalName, "MYSERVER");
+  EXPECT_EQ(said(), truncated + "MYSERV");
+  for (int i = 0; i < 2; ++i) form.EditCmd.click();
+  EXPECT_EQ(engineer.rows(), (Rows{.properties = 1, .history = 3, .alarms = 5}))
+      << "rows store six characters of a local name and are found by all";
+
+  type(form.PollRateText, "1");
+  type(form.PropertyName, "Q");
+  EXPECT_EQ(shown(form.HistoryCheck, form.AlarmWatchCheck), "clear, clear");
+  EXPECT_FALSE(form.HistoryPanel.enabled());
+  type(form.PropertyName, "P");
+  EXPECT_EQ(shown(form.HistoryCheck, form.AlarmWatchCheck), "clear, clear");
+  form.PropertyList.select(0);
+  EXPECT_EQ(shown(form.HistoryCheck, form.AlarmWatchCheck), "ticked, ticked");
+  EXPECT_TRUE(form.HistoryPanel.enabled());
+  EXPECT_EQ(form.PollRateText.text(), "1000");
+}
+
+TEST_F(Editing, AValueThatDoesNotFitIsNamedAndChangesNothing) {
+  nameServer();
+  type(form.PropertyName, "P");
+  toggle(form.AlarmWatchCheck);
+  toggle(form.HistoryCheck);
+  const auto refuses = [&](const std::string& value, TextField& field, const std::string& text) {
+    const std::string before = field.text();
+    type(field, text);
+    form.EditCmd.click();
+    EXPECT_EQ(said(), "Could not add P : " + value + " is not a valid number");
+    EXPECT_EQ(engineer.rows(), Rows{});
+    type(field, before);
+  };
+  refuses("Severity (high)", form.almSeverityText, "high");
+  refuses("Polling Rate (msec)", form.PollRateText, "99999999999");
+  refuses("Value too high", form.almHiText, "1E39");
+  refuses("Max Data Size", form.OutputDataSize, "1E10");
+  toggle(form.ProcessCheck);
+  refuses("Number Steps :", form.NumStepsText, "1E999");
+  toggle(form.ProcessCheck);
+
+  project("S", {});
+  home.write("S/history.csv", "Index\r\n32767\r\n");
+  open("S");
+  form.EditCmd.click();
+  EXPECT_EQ(said(), "Could not add P : the history table has no free index");
+}
+
+TEST_F(Editing, AProcessIsFiveRows) {
+  nameServer();
+  type(form.PropertyName, "RAMP");
+  type(form.PropertyDescription, "ramp");
+  toggle(form.ProcessCheck);
+  EXPECT_TRUE(form.NumStepsText.enabled());
+  EXPECT_TRUE(form.NumStepsLabel.enabled());
+  type(form.NumStepsText, "");
+  EXPECT_EQ(form.NumStepsText.text(), "1");
+  type(form.NumStepsText, "03");
+  toggle(form.DeviceListCheck);
+
+  form.EditCmd.click();
+  EXPECT_FALSE(form.DeviceListCheck.ticked());
+  EXPECT_EQ(lines().back(), "[MYSRV] RAMP.STATUS <[0:03 ]Status of ramp>");
+  form.EditCmd.click();
+  EXPECT_EQ(said(), "Please Remove Process Property RAMP.START first");
+  commit("RAMP");
+  EXPECT_EQ(said(), "Please Remove Process Property RAMP first");
+  form.PropertyName.click();
+  EXPECT_EQ(shown(form.ProcessCheck, form.NumStepsText), "clear, 0");
+  EXPECT_FALSE(form.NumStepsText.enabled());
+  form.PropertyList.select(4);
+  form.EditCmd.click();
+  form.Command1.click();
+  EXPECT_EQ(tableRows("MYSRV/exports.csv"),
+            (Lines{"MYSRV,MYSRV,RAMP.START,1,short,1,short, 1,READ|WRITE,1,[0:03 ]Start ramp,3",
+                   "MYSRV,MYSRV,RAMP.STOP,0,NULL,0,NULL, 2,WRITE,1,[0:03 ]Stop ramp,3",
+                   "MYSRV,MYSRV,RAMP.PAUSE,0,NULL,0,NULL, 3,WRITE,1,[0:03 ]Pause ramp,3",
+                   "MYSRV,MYSRV,RAMP.RESUME,0,NULL,0,NULL, 4,WRITE,1,[0:03 ]Resume ramp,3",
+                   "MYSRV,MYSRV,RAMP.STATUS,1,short,0,NULL, 5,READ,1,[0:03 ]Status of ramp,0"}))
+      << "the last one was edited as a property of its own";
+}
+
+TEST_F(Editing, RowsShiftWhenOneIsRemoved) {
+  openRows(3);
+  remove(0);
+  form.RemoveProperty.click();
+  EXPECT_EQ(lines(), (Lines{"[S] P1 <d>", "[S] P2 <d>"})) << "nothing was selected then";
+
+  form.PropertyList.select(1);
+  type(form.PropertyName, "");
+  form.PropertyList.doubleClick();
+  EXPECT_EQ(lines(), Lines{"[S] P1 <d>"});
+  EXPECT_EQ(form.PropertyName.text(), "P2") << "shown ahead of its removal";
+  form.EditCmd.click();
+  EXPECT_EQ(form.PropertyList.selectedIndex(), 1);
+  type(form.PropertyDescription, "other");
+  form.EditCmd.click();
+  EXPECT_EQ(lines(), (Lines{"[S] P1 <d>", "[S] P2 <other>"}));
+}
+
+TEST_F(Editing, FullTablesTurnRowsAway) {
+  std::string history = "Index\r\n";
+  for (int i = 0; i < 1000; ++i) history += "1\r\n";
+  home.write("S/history.csv", history);
+  openRows(1003);
+  EXPECT_EQ(engineer.rows(), (Rows{.properties = 1001, .history = 1000}));
+  toggle(form.HistoryCheck);
+  form.EditCmd.click();
+  form.PropertyList.select(1000);
+  EXPECT_TRUE(form.HistoryCheck.ticked());
+  EXPECT_EQ(engineer.rows().history, 1000);
+
+  type(form.PropertyName, "NEW");
+  toggle(form.DeviceListCheck);
+  form.EditCmd.click();
+  EXPECT_EQ(said(), "The property table is full");
+  type(form.deviceNumberInputText, "7");
+  toggle(form.DeviceListCheck);
+  EXPECT_EQ(form.deviceNumberInputText.text(), "0") << "the server's list is back";
+
+  for (int line = 1000; line > 996; --line) remove(line);
+  toggle(form.ProcessCheck);
+  commit("RAMP");
+  EXPECT_EQ(said(), "The property table is full");
+  remove(996);
+  commit("RAMP");
+  EXPECT_EQ(engineer.rows().properties, 1001);
+}
+
+TEST_F(Editing, TheServersDeviceNamesStandInTheBox) {
+  type(form.NumDevices, "3");
+  form.NumDevices.lostFocus();
+  EXPECT_EQ(names(), "Device 0\r\nDevice 1\r\nDevice 2\r\n");
+  type(form.deviceNamesInputText, "A\r\nB\r\nC\r\n");
+  form.deviceNamesInputText.lostFocus();
+  for (const char* number : {"2", "0", "99999", "3"}) type(form.NumDevices, number);
+  form.NumDevices.lostFocus();
+  EXPECT_EQ(names(), "A\r\nB\r\nC\r\n") << "the box is filled but once";
+
+  nameServer();
+  type(form.PropertyName, "P");
+  for (int i = 0; i < 2; ++i) toggle(form.DeviceListCheck);
+  EXPECT_EQ(names(), "A\r\nB\r\nDevice 2\r\n") << "two were left for a while";
+  form.EditCmd.click();
+  type(form.NumDevices, "4");
+  form.Command1.click();
+  EXPECT_EQ(tableRows("MYSRV/devices.csv"), (Lines{" 0,A", " 1,B", " 2,Device 2", " 3,Device 3"}));
+  EXPECT_EQ(tableRows("MYSRV/exports.csv"),
+            Lines{"MYSRV,MYSRV,P,1,double,0,NULL, 1,READ,4,[0:100 ],0"});
+}
+
+TEST_F(Editing, TheCaretInTheBoxAndTheNumberBesideItFollowEachOther) {
+  TextField& box = form.deviceNamesInputText;
+  TextField& number = form.deviceNumberInputText;
+  type(box, "A\r\nB\r\nC\r\n");
+  clickAt(box, 4);
+  EXPECT_EQ(number.text(), " 1");
+  EXPECT_EQ(box.caret(), 3);
+  clickAt(box, 4);
+  EXPECT_EQ(box.caret(), 4) << "the number has not changed";
+  for (const char* beyond : {"5", "40000"}) {
+    type(number, beyond);
+    EXPECT_EQ(box.caret(), 9) << beyond;
+  }
+
+  nameServer();
+  commit("P");
+  form.Command1.click();
+  EXPECT_EQ(tableRows("MYSRV/devices.csv"), Lines{" 0,Device 0"}) << "the box was clicked";
+}
+
+TEST_F(Editing, APropertysDeviceListWaitsForItsCommit) {
+  nameServer();
+  type(form.PropertyName, "P");
+  type(form.OutputDataSize, "-1");
+  toggle(form.DeviceListCheck);
+  EXPECT_TRUE(form.ServerOption.selected());
+  form.EditCmd.click();
+  form.PropertyList.select(0);
+  EXPECT_FALSE(form.DeviceListCheck.ticked()) << "no list has a negative size";
+
+  type(form.OutputDataSize, "2");
+  EXPECT_TRUE(form.ArrayTypeCombo.enabled());
+  type(form.deviceNumberInputText, "7");
+  toggle(form.DeviceListCheck);
+  EXPECT_TRUE(form.propertyOption.selected());
+  EXPECT_FALSE(form.ServerOption.selected());
+  EXPECT_EQ(names(), "Device 0\r\nDevice 1\r\n");
+  EXPECT_EQ(form.deviceNumberInputText.text(), "0");
+  type(form.deviceNamesInputText, "X\r\nY\r\n");
+  form.deviceNamesInputText.lostFocus();
+  form.EditCmd.click();
+  commit("Q");
+  EXPECT_FALSE(form.DeviceListCheck.ticked());
+  EXPECT_EQ(names(), "\r\n") << "the server's own";
+  form.PropertyList.select(0);
+  EXPECT_TRUE(form.DeviceListCheck.ticked());
+  EXPECT_EQ(names(), "X\r\nY\r\nDevice 2\r\n");
+
+  form.Command1.click();
+  EXPECT_EQ(tableRows("MYSRV/P-names.csv"), (Lines{" 0,X", " 1,Y", " 2,Device 2"}));
+  EXPECT_FALSE(home.has("MYSRV/Q-names.csv"));
+}
+
+TEST_F(Editing, ADeviceListGivenUpReachesNoOtherProperty) {
+  const auto giveUpList = [&] {
+    type(form.PropertyName, "GIVEN UP");
+    type(form.OutputDataSize, "4");
+    toggle(form.DeviceListCheck);
+  };
+  nameServer();
+  giveUpList();
+  type(form.ProjectDir, home.path("OTHER"));
+  form.EditCmd.click();
+  EXPECT_FALSE(form.DeviceListCheck.ticked()) << "nor one in another directory";
+
+  openRows(2);
+  giveUpList();
+  form.PropertyList.select(1);
+  EXPECT_FALSE(form.DeviceListCheck.ticked());
+  commit("A");
+  EXPECT_FALSE(form.DeviceListCheck.ticked()) << "nor when it is shown by its own row";
+
+  giveUpList();
+  remove(1);
+  commit("B");
+  type(form.PropertyName, "C");
+  toggle(form.DeviceListCheck);
+  EXPECT_EQ(names(), "Device 0\r\n") << "nor by a list that is made anew";
+  form.ServerOption.select();
+  EXPECT_FALSE(form.DeviceListCheck.ticked());
+}
+
+TEST_F(Editing, ThresholdsAndMaskExcludeEachOther) {
+  const std::array<TextField*, 6> fields{&form.almHiText,     &form.almLoText,
+                                         &form.almHiWarnText, &form.almLoWarnText,
+                                         &form.almMaskText,   &form.almNormalText};
+  for (std::size_t entered = 0; entered < fields.size(); ++entered) {
+    for (TextField* field : fields) field->setText("40");
+    fields.at(entered)->gotFocus();
+    EXPECT_EQ(shown(form.almHiText, form.almLoText, form.almHiWarnText, form.almLoWarnText,
+                    form.almMaskText, form.almNormalText),
+              entered < 4 ? "40, 40, 40, 40, 0, 0" : "0, 0, 0, 0, 40, 40");
+  }
+}
+
+TEST_F(Editing, FieldsSayWhatACommitWouldRefuse) {
+  const std::string refused = "This is not a number that the table can hold.";
   struct Case {
-    std::string description;
-    bool hasPrefix;
-    Text minimum, maximum;
-    std::string units, rest;
+    TextField& field;
+    std::string text, warning;
   };
   const std::vector<Case> cases = {
-      {"[0:100 V]Supply voltage", true, "0", "100", "V", "Supply voltage"},
-      {"[-1.5:1.5 mA/cm2]x", true, "-1.5", "1.5", "mA/cm2", "x"},
-      {"[0:3 ]Start ramp", true, "0", "3", "", "Start ramp"},
-      {"[0:100]x", true, "0", {}, "none", "x"},
-      {"[abc]x", true, {}, {}, "none", "x"},
-      {"x[0:1 V]y", true, "0", "1", "V]", "y"},
-      {"[ab", false, {}, {}, "", "[ab"},
-      {"[]x", false, {}, {}, "", "[]x"},
-      {"[a]x", false, {}, {}, "", "[a]x"},
-      {"]x[0:1 V]", false, {}, {}, "", "]x[0:1 V]"}};
-  for (const Case& c : cases) {
-    const DescriptionParts parts = takeApart(c.description);
-    EXPECT_EQ(parts.hasPrefix, c.hasPrefix) << c.description;
-    EXPECT_EQ(parts.minimum, c.minimum) << c.description;
-    EXPECT_EQ(parts.maximum, c.maximum) << c.description;
-    EXPECT_EQ(parts.units, c.units) << c.description;
-    EXPECT_EQ(parts.rest, c.rest) << c.description;
+      {form.LocalName, "MAGNETS", "Only the first 6 characters count: MAGNET"},
+      {form.LocalName, "MAGNET", ""},
+      {form.PollRateText, "soon", "This is not a number: it counts as 0."},
+      {form.PollRateText, "10", ""},
+      {form.AlmSystemText, "40000", refused},
+      {form.NumDevices, "40000", refused},
+      {form.NumDevices, " 3", ""},
+      {form.almSeverityText, "", refused},
+      {form.toleranceText, "10%", ""},
+      {form.PropertyDescription, "a,b", "The table is read back only up to the comma."}};
+  for (const auto& [field, text, warning] : cases) {
+    field.setText(text);
+    EXPECT_EQ(fieldWarning(engineer.program.wizard, field), warning) << text;
   }
-}
-
-TEST(Editing, FieldsThatACommitWouldRefuseAreMarked) {
-  const std::vector<std::pair<std::string, bool>> cases = {
-      {"type LocalName MAGNETS", true},   {"type LocalName MAGNET", false},
-      {"type PollRateText soon", true},   {"type PollRateText 10", false},
-      {"type AlmSystemText 40000", true}, {"type almSeverityText", true},
-      {"type toleranceText 10%", false},  {"type PropertyDescription a,b", true},
-      {"type NumDevices  3", false}};
-  const TemporaryFolder home;
-  Engineer engineer(home.path());
-  engineer.start();
-  for (const auto& [act, marked] : cases) {
-    ASSERT_EQ(engineer.carryOut(act), "");
-    const std::string name = act.substr(5, act.find(' ', 5) - 5);
-    EXPECT_EQ(!fieldWarning(engineer.program.wizard, engineer.field(name)).empty(), marked) << act;
-  }
+  EXPECT_EQ(said(), truncated + "MAGNET");
 }
 
 }  // namespace

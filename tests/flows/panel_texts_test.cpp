@@ -2,6 +2,8 @@
 // Lines of the device box, and the range at the head of a description.
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "editing/device_panel.h"
 #include "editing/range_prefix.h"
 
@@ -24,13 +26,27 @@ TEST(PanelTexts, LinesAndCaretPositionsOfTheDeviceBox) {
 }
 
 TEST(PanelTexts, ADescriptionBeginsWithItsRange) {
-  const DescriptionParts parts = takeApart("[0:1:2 V]x[y]z");
-  EXPECT_EQ(parts.minimum, "0");
-  EXPECT_EQ(parts.maximum, "1:2");
-  EXPECT_EQ(parts.rest, "x[y]z");
-  EXPECT_TRUE(takeApart("[ b]x").hasPrefix) << "two characters are enough";
-  EXPECT_FALSE(takeApart("abc]x").hasPrefix);
-  EXPECT_EQ(rangePrefix("-1", "1", "none"), "[-1:1 ]");
+  using Parts = std::array<std::string, 5>;
+  const std::vector<Parts> cases = {{"[0:100 V]Supply voltage", "0", "100", "V", "Supply voltage"},
+                                    {"[-1.5:1.5 mA/cm2]x", "-1.5", "1.5", "mA/cm2", "x"},
+                                    {"[0:3 ]Start ramp", "0", "3", "", "Start ramp"},
+                                    {"[0:1:2 V]x[y]z", "0", "1:2", "V", "x[y]z"},
+                                    {"[ b]x", "no text", "", "b", "x"},
+                                    {"[0:100]x", "0", "no text", "none", "x"},
+                                    {"[abc]x", "no text", "no text", "none", "x"},
+                                    {"x[0:1 V]y", "0", "1", "V]", "y"},
+                                    {"abc]x", "no text", "no text", "", "abc]x"},
+                                    {"[ab", "no text", "no text", "", "[ab"},
+                                    {"[]x", "no text", "no text", "", "[]x"},
+                                    {"[a]x", "no text", "no text", "", "[a]x"},
+                                    {"]x[0:1 V]", "no text", "no text", "", "]x[0:1 V]"}};
+  for (const Parts& expected : cases) {
+    const DescriptionParts parts = takeApart(expected[0]);
+    const Parts found = {expected[0], parts.minimum.value_or("no text"),
+                         parts.maximum.value_or("no text"), parts.units, parts.rest};
+    EXPECT_EQ(found, expected);
+    EXPECT_EQ(parts.hasPrefix, parts.rest != expected[0]) << expected[0];
+  }
 }
 
 }  // namespace kova::test

@@ -1,217 +1,348 @@
 // SPDX-License-Identifier: MIT
 // Start-up, names, entering a project, Done, the guided dialog.
-#include <gtest/gtest.h>
+#include <filesystem>
 
-#include <string>
-#include <vector>
-
-#include "support/script.h"
+#include "support/flow.h"
 
 namespace kova::test {
 namespace {
 
-const std::string exportHeader =
-    "EXPORT_NAME,LOCAL_NAME,PROPERTY,PROPERTY_SIZE,FORMAT,PROPERTY_INSIZE,INFORMAT,PROPERTY_ID,"
-    "ACCESS,NUM_MODULES,DESCRIPTION,NUM_STEPS\\r\\n";
-const std::string historyHeader =
-    "Index,Export Name,Local Name,Property,Device,Data Length,Format,Heartbeat,Polling Rate,"
-    "Archive Rate,Tolerance,Short Depth,Long Depth\\r\\n";
-const std::string alarmHeader =
-    "LocalName,DeviceName,property,size,Format,severity,alarmSystem,HIGH,LOW,HIGHWARN,LOWWARN,"
-    "MASK,NORMAL\\r\\n";
-const std::string fieldRow =
-    "MAGNET,MAGEQM,FIELD,10,float.CHANNEL,0,NULL, 1,READ,3,[0:2 T]Field,0\\r\\n";
-const std::string fieldHistory =
-    " 4,MAGNET,MAGEQM,FIELD,#0, 10,FLOAT, 18000, 500, 30,0.5, 100, 6\\r\\n";
-const std::string setAlarm = "MAGEQM,#0,SET, 1,FLOAT, 10, 7, 40.5,-3, .25, 0,0,0\\r\\n";
+using Cases = std::vector<std::pair<std::string, std::string>>;
 
-const std::string magnet =
-    "folder MAGNET\nput MAGNET/exports.csv " + exportHeader + fieldRow +
-    "MAGNET,MAGEQM,SET,1,double,1,double, 2,READ|WRITE,3,Set point,0\\r\\n\n" +
-    "put MAGNET/history.csv " + historyHeader + fieldHistory + "\nput MAGNET/almwatch.csv " +
-    alarmHeader + setAlarm +
-    "\nput MAGNET/MAGEQM-devices.csv DEVICE_NUMBER,DEVICE_NAME\\r\\n 0,Quad\\r\\n 2,Sext\\r\\n\n";
+struct Project : Flow {
+  void done() { form.Command1.click(); }
+  /// Whether the tables are to be copied to `folder`.
+  static std::string question(const std::string& folder) {
+    return "Write to FEC_HOME repository?: Do you want to update the database files under " +
+           folder + " ?";
+  }
 
-/// Two servers whose only rows name each other.
-const std::string twins =
-    "folder A\nput A/exports.csv " + exportHeader +
-    "B,BEQM,P,1,double,0,NULL, 1,READ,1,x,0\\r\\n\nfolder B\nput B/exports.csv " + exportHeader +
-    "A,AEQM,P,1,double,0,NULL, 1,READ,1,x,0\\r\\n\n";
-
-const std::string question =
-    "said Write to FEC_HOME repository?: Do you want to update the database files under "
-    "{home}/fec/MAGEQM/ ?\n";
-
-const std::vector<Script> scripts = {
-    {"start-up", R"(
-        shows ProjectDir {home}/; shows LocalName; shows NumDevices 1; shows MaxValue 100
-        shows MinValue 0; shows Units none; shows InputDataFormat NULL
-        shows OutputDataFormat Double; shows InputDataSize 0; shows OutputDataSize 1
-        usable ArrayTypeCombo no; usable NumStepsText no; shows vbProject ticked
-        shows cProject clear; shows HistoryPanel enabled; shows deviceNamesInputText Device 0
-        shows ServerOption selected; lines; menu property
-        said Property Information guidance is coming soon to a theater near you!
-        counts 0 0 0)"},
-    {"a project loads at the keystroke that completes its name", magnet + R"(
-        letters ExportName MAG; shows LocalName MAGEQM; shows ProjectDir {home}/MAG; lines
-        letters ExportName NET; shows LocalName MAGEQM
-        lines [MAGNET] FIELD <[0:2 T]Field>|[MAGNET] SET <Set point>|
-        counts 2 1 1; shows PropertyList 1; shows PropertyName SET; shows NumDevices  3
-        shows HistoryCheck clear; shows AlarmWatchCheck clear
-        file MAGNET/MAGEQM-devices-1700000000.csv DEVICE_NUMBER,DEVICE_NAME\r\n 0,Quad\r\n 2,Sext\r\n
-        select 0; shows HistoryCheck ticked; shows PollRateText 500; shows toleranceText 0.5
-        shows ArchiveHeartbeatText 18000; shows MaxValue 2; shows Units T
-        shows ArrayTypeCombo CHANNEL
-        shows deviceNamesInputText Quad\r\n\r\nSext\r\n\r\n
-        select 1; shows AlarmWatchCheck ticked; shows almHiText 40.5; shows almHiWarnText 0.25
-        shows almCountThreshText 0; shows Units T; letters ExportName S; lines; counts 0 0 0
-        shows LocalName MAGEQM
-        nofile MAGNETS)"},
-    {"Done writes, copies, starts the generators and ends",
-     magnet + R"(
-        folder fec; setenv FECDB {home}/fec; type ExportName MAGNET; shows LocalName MAGEQM
-        click cProject; answer yes; click Command1
-        )" +
-         question + "file MAGNET/exports.csv " + exportHeader + fieldRow +
-         R"(MAGNET,MAGEQM,SET,1,double,1,double, 2,READ|WRITE,3,Set point,0\r\n
-        file MAGNET/history.csv )" +
-         historyHeader + fieldHistory +
-         R"( 5,MAGNET,MAGEQM,SET,#0, 1,double, 18000, 1000, 10,10%, 600, 1\r\n
-        file MAGNET/almwatch.csv )" +
-         alarmHeader + setAlarm + R"(
-        file MAGNET/devices.csv DEVICE_NUMBER,DEVICE_NAME\r\n 0,Quad\r\n 1,Device 1\r\n 2,Sext\r\n 3,Device 3\r\n
-        file fec/MAGEQM/almwatch.csv )" +
-         alarmHeader + setAlarm + R"(
-        file fec/MAGEQM/devices.csv DEVICE_NUMBER,DEVICE_NAME\r\n 0,Quad\r\n 1,Device 1\r\n 2,Sext\r\n 3,Device 3\r\n
-        started vbskelgen.exe {home}/MAGNET|cskelgen.exe {home}/MAGNET LINUX|
-        ended)"},
-    {"No leaves the repository alone; FEC_HOME counts first", magnet + R"(
-        setenv FECDB {home}/other; setenv FEC_HOME {home}/fec/; type ExportName MAGNET
-        click vbProject; click Command1
-        )" + question + R"(
-        nofile fec; started
-        ended)"},
-    {"a repository that can't be reached costs a message a file", magnet + R"(
-        setenv FEC_HOME {home}/fec; type ExportName MAGNET; answer yes; click Command1
-        )" + question + R"(
-        said Couldn't copy {home}/MAGNET/exports.csv to {home}/fec/MAGEQM/ : No such file or directory
-        said Couldn't copy {home}/MAGNET/history.csv to {home}/fec/MAGEQM/ : No such file or directory
-        said Couldn't copy {home}/MAGNET/almwatch.csv to {home}/fec/MAGEQM/ : No such file or directory
-        said Couldn't copy {home}/MAGNET/devices.csv to {home}/fec/MAGEQM/ : No such file or directory
-        ended)"},
-    {"a local name that leads out of the repository copies nothing", R"(
-        folder fec/MAGEQM; folder E; setenv FEC_HOME {home}/fec/MAGEQM
-        put E/exports.csv )" + exportHeader + R"(E,../../x,P,1,double,0,NULL, 1,READ,1,x,0\r\n
-        type ExportName E
-        said The local equipment module name will be truncated to initial 6 characters : ../../
-        answer yes; click Command1
-        said Write to FEC_HOME repository?: Do you want to update the database files under {home}/fec/MAGEQM/../../x/ ?
-        said Couldn't copy {home}/E/exports.csv to {home}/fec/MAGEQM/../../x/ : the local name names no folder of its own
-        nofile x
-        ended)"},
-    {"an empty project: Enter stays, OK ends without a trace", R"(
-        letters ExportName NEW; click Command1
-        said Server Setup Wizard: You have not added any properties to your project !\r\nDo you want to exit the Server Setup Wizard ?
-        shows ExportName NEW; answer ok; click Command1
-        said Server Setup Wizard: You have not added any properties to your project !\r\nDo you want to exit the Server Setup Wizard ?
-        ended; nofile NEW
-        started)"},
-    {"the directory is made from the top down; no name, no file",
-     magnet + R"(
-        type ExportName MAGNET; click ProjectDir; type ExportName OTHER; counts 2 1 1
-        click AddProperty
-        said Add New Property with these characteristics ?: Adding the following Property information : \r\n\r\n Export Name : OTHER\r\n Local Name : MAGEQM\r\n Property Name : SET\r\n Return Data  : 1 double values\r\n Input Data  : 1 double values\r\n Property Access : READ|WRITE\r\n Maximum Value : 100\r\n Minimum Value : 0\r\n Data Units : none\r\n Description : Set point\r\n Keep History: No\r\n Use Alarm Watch : No\r\n Has Device list : No\r\n
-        counts 3 1 1; type ProjectDir {home}/a/b/; lines; letters PropertyName X; click EditCmd
-        click Command1
-        file a/b/exports.csv )" +
-         exportHeader +
-         R"(OTHER,MAGEQM,SETX,1,double,1,double, 1,READ|WRITE, 3,[0:100 ]Set point,0\r\n
-        ended)"},
-    {"putHeader's failures keep everything", magnet + R"(
-        type ExportName MAGNET; select 1; click ProjectDir; type ProjectDir nowhere
-        click EditCmd; click Command1
-        said Could not create exports.csv file : there is no folder nowhere to begin with
-        type ProjectDir; click EditCmd; click Command1
-        said Could not create exports.csv file : no project directory is given
-        folder D/exports.csv; type ProjectDir {home}/D; click EditCmd; click Command1
-        said Could not create exports.csv file : Is a directory; started
-        counts 1 0 1)"},
-    {"a table that can't be written ends the sequence", magnet + R"(
-        type ExportName MAGNET; click ProjectDir; type ArchiveRateText often
-        type PropertyName a/b; click DeviceListCheck; click EditCmd; click Command1
-        said Could not write history.csv : Archive Rate: "often" is not a number
-        file MAGNET/history.csv )" + historyHeader + fieldHistory +
-                                                            R"(
-        started; type ArchiveRateText 10; click Command1
-        said Could not write a/b-names.csv : The name holds a "/"
-        started)"},
-    {"what a colleague wrote since entry is kept", magnet + R"(
-        type ExportName MAGNET; put MAGNET/almwatch.csv by a colleague; time 1700000100
-        put MAGNET/history.csv by another; type ArchiveRateText often; click Command1
-        said Could not write history.csv : Archive Rate: "often" is not a number
-        status The project is not finished. What somebody else has written to history.csv since is kept as history-1700000100.csv.
-        file MAGNET/history.csv by another; file MAGNET/history-1700000100.csv by another
-        type ArchiveRateText 10; click Command1
-        file MAGNET/almwatch-1700000100.csv by a colleague
-        nofile MAGNET/exports-1700000100.csv
-        file MAGNET/almwatch.csv )" + alarmHeader + setAlarm +
-                                                       R"(
-        ended)"},
-    {"servers that name each other end silently", twins + R"(
-        type ExportName A; shows ExportName A; shows ProjectDir {home}/A
-        status 1 row dropped by the change of directory. Project read: 0 properties, 0 history rows, 0 alarm watch rows, 0 device names\x3b 1 backup made.
-        lines)"},
-    {"rows lead only to directories that lie directly in the home drive",
-     "folder deep/archive\nput deep/archive/exports.csv " + exportHeader +
-         "deep/archive,AEQM,P,1,double,0,NULL, 1,READ,1,x,0\\r\\n\nfolder A\nput A/exports.csv " +
-         exportHeader + R"(deep/archive,BEQM,P,1,double,0,NULL, 1,READ,1,x,0\r\n
-        type ExportName A; shows ExportName deep/archive; lines; counts 0 0 0
-        status 1 row dropped by the change of directory. Project read: 0 properties, 0 history rows, 0 alarm watch rows, 0 device names\x3b 1 backup made. Project deep/archive not read: this export name of the last row is no plain name of a directory in {home}. Click into Project Directory and type the wanted directory.
-        nofile deep/archive/exports-1700000000.csv
-        click ProjectDir; type ProjectDir {home}/deep; type ProjectDir {home}/deep/archive
-        lines [deep/archive] P <x>|
-        status Project read: 1 property, 0 history rows, 0 alarm watch rows, 0 device names\x3b 1 backup made.)"},
-    {"clicked fields keep what they hold", R"(
-        letters ExportName QVXMA; shows LocalName MAEQM; shows ProjectDir {home}/QVXMA
-        click LocalName; letters ExportName G; shows LocalName MAEQM
-        shows ProjectDir {home}/QVXMAG; click ProjectDir; letters ExportName N
-        shows ProjectDir {home}/QVXMAG; type LocalName MAGNETS
-        said The local equipment module name will be truncated to initial 6 characters : MAGNET
-        type LocalName MAGNET)"},
-    {"the guided dialog by Enter", R"(
-        menu server
-        shows helperLabel Please Enter the Export Name under which you would like your device server to be known:\x20
-        shows lastParam disabled; type ParamText MAGNET; enter ParamText; shows ParamText MAGEQM
-        at ParamText 6; shows lastParam; type ParamText MYEQM; enter ParamText
-        shows ParamText 1; shows nextParam disabled; click lastParam; shows ParamText MYEQM
-        click lastParam; shows ParamText MAGNET; at ParamText 6; click nextParam
-        shows ParamText MAGEQM; click nextParam; type ParamText 4; enter ParamText
-        shows ExportName MAGNET; shows LocalName MAGEQM; shows NumDevices 4
-        shows ProjectDir {home}/MAGNET)"},
-    {"the guided dialog keeps its values; Done on step 0 writes them all", R"(
-        menu server; type ParamText AB; click DoneParam; shows ExportName AB; shows LocalName
-        shows NumDevices; menu server; type ParamText AB; click nextParam; close
-        shows NumDevices; menu server; shows ParamText; click nextParam; shows ParamText EQM
-        click DoneParam; shows ExportName
-        shows LocalName EQM)"},
+  const std::string magnet = home.path("MAGNET");
 };
 
-TEST(Project, Flows) {
-  for (const Script& script : scripts) playFresh(script);
+TEST_F(Project, ComesUpWithDefaults) {
+  EXPECT_EQ(form.ProjectDir.text(), home.path(""));
+  EXPECT_EQ(shown(form.NumDevices, form.MaxValue, form.MinValue, form.Units), "1, 100, 0, none");
+  EXPECT_EQ(shown(form.InputDataFormat, form.InputDataSize), "NULL, 0");
+  EXPECT_EQ(shown(form.OutputDataFormat, form.OutputDataSize), "Double, 1");
+  EXPECT_EQ(shown(form.vbProject, form.cProject), "ticked, clear");
+  EXPECT_FALSE(form.ArrayTypeCombo.enabled());
+  EXPECT_TRUE(form.ServerOption.selected());
+  EXPECT_EQ(form.deviceNamesInputText.text(), "Device 0");
+  form.prpGuide.click();
+  EXPECT_EQ(said(), "Property Information guidance is coming soon to a theater near you!");
+
+  engineer.environment.values["HOMEDRIVE"] = "/elsewhere";
+  form.window.onLoad();
+  EXPECT_EQ(form.ProjectDir.text(), "/elsewhere/");
 }
 
-TEST(Project, LocalNames) {
-  const std::vector<std::pair<std::string, std::string>> cases = {
-      {"M", "MEQM"},        {"MAG", "MAGEQM"},  {"MAGNET", "MAGEQM"}, {"QVX", ""},
-      {"QVXMAG", "MAGEQM"}, {"QV", "QVEQM"},    {"GR.VAC", "VACEQM"}, {"-.AB", ".ABEQM"},
-      {"M6-X", "XEQM"},     {"gr.V", "gr.EQM"}, {"ZA", ""},           {"QVXGR", "GREQM"}};
+TEST_F(Project, TheLocalNameFollowsTheExportName) {
+  const Cases cases = {{"M", "MEQM"},        {"MAG", "MAGEQM"},  {"MAGMA", "MAGEQM"},
+                       {"QVXMAG", "MAGEQM"}, {"QVX", ""},        {"QV", "QVEQM"},
+                       {"GR.VAC", "VACEQM"}, {"-.AB", ".ABEQM"}, {"M6-X", "XEQM"},
+                       {"gr.V", "gr.EQM"},   {"ZA", ""},         {"QVXGR", "GREQM"}};
   for (const auto& [typed, derived] : cases) {
-    const TemporaryFolder home;
-    Engineer engineer(home.path());
-    engineer.start();
-    EXPECT_EQ(engineer.carryOut("letters ExportName " + typed), "");
-    EXPECT_EQ(engineer.shown("LocalName"), derived) << typed;
+    open("");
+    letters(form.ExportName, typed);
+    EXPECT_EQ(form.LocalName.text(), derived) << typed;
   }
+}
+
+TEST_F(Project, ALocalNameOfAnotherServerIsToldFromItByItsRow) {
+  form.ProjectDir.click();
+  for (const char* name : {"XY", "AB"}) {
+    open(name);
+    commit("P");
+  }
+  open("GRAB");
+  EXPECT_EQ(form.LocalName.text(), "ABE1");
+  open("AB");
+  EXPECT_EQ(form.LocalName.text(), "ABEQM") << "its own";
+}
+
+TEST_F(Project, FieldsThatWereClickedKeepWhatTheyHold) {
+  letters(form.ExportName, "QVXMA");
+  EXPECT_EQ(shown(form.LocalName, form.ProjectDir), "MAEQM, " + home.path("QVXMA"));
+
+  form.LocalName.click();
+  letters(form.ExportName, "G");
+  EXPECT_EQ(shown(form.LocalName, form.ProjectDir), "MAEQM, " + home.path("QVXMAG"));
+
+  form.ProjectDir.click();
+  letters(form.ExportName, "N");
+  EXPECT_EQ(form.ProjectDir.text(), home.path("QVXMAG"));
+
+  type(form.LocalName, "MAGNET");
+  EXPECT_EQ(said(), "nothing");
+  type(form.LocalName, "MAGNETS");
+  EXPECT_EQ(said(), truncated + "MAGNET");
+}
+
+TEST_F(Project, IsReadAtTheKeystrokeThatCompletesItsName) {
+  letters(form.ExportName, "MAGNE");
+  EXPECT_EQ(form.ProjectDir.text(), home.path("MAGNE"));
+  EXPECT_EQ(engineer.rows(), Rows{});
+
+  letters(form.ExportName, "T");
+  EXPECT_EQ(engineer.rows(), (Rows{.properties = 8, .history = 2, .alarms = 2}));
+  EXPECT_EQ(lines().front(), "[MAGNET] RAMP.START <[0:3 ]Start current ramp>");
+  EXPECT_EQ(form.PropertyList.selectedIndex(), 7);
+  EXPECT_EQ(shown(form.LocalName, form.NumDevices), "MAGEQM,  4");
+  EXPECT_EQ(home.read("MAGNET/exports-1700000000.csv"), example.at("exports.csv"));
+
+  letters(form.ExportName, "S");
+  EXPECT_EQ(engineer.rows(), Rows{});
+  EXPECT_EQ(lines(), Lines{});
+  EXPECT_EQ(form.LocalName.text(), "MAGEQM");
+}
+
+TEST_F(Project, ShowsTheRowsOfAPropertyInAllPanels) {
+  open("MAGNET");
+  form.PropertyList.select(5);
+  EXPECT_TRUE(form.AlarmWatchCheck.ticked());
+  EXPECT_TRUE(form.AlarmWatchPanel.enabled());
+  EXPECT_EQ(shown(form.AlmSystemText, form.almSeverityText, form.almCountThreshText,
+                  form.almNormalText, form.almMaskText),
+            "7, 10, 0, 1, 255");
+  EXPECT_TRUE(form.ServerOption.selected());
+  EXPECT_EQ(form.deviceNamesInputText.text(), "QUAD.1\r\nQUAD.2\r\nQUAD.3\r\nQUAD.4\r\n\r\n");
+
+  form.PropertyList.select(6);
+  EXPECT_EQ(shown(form.PropertyName, form.PropertyDescription, form.AccessMode),
+            "FIELD, Field at the probes, READ");
+  EXPECT_EQ(shown(form.OutputDataFormat, form.OutputDataSize, form.ArrayTypeCombo),
+            "Double, 4, CHANNEL");
+  EXPECT_EQ(shown(form.MinValue, form.MaxValue, form.Units), "-1.5, 1.5, T");
+  EXPECT_EQ(shown(form.HistoryCheck, form.AlarmWatchCheck), "ticked, clear");
+  EXPECT_FALSE(form.AlarmWatchPanel.enabled());
+  EXPECT_EQ(shown(form.ArchiveRateText, form.PollRateText, form.ArchiveHeartbeatText,
+                  form.ShortDepthText, form.LongDepthText, form.toleranceText),
+            "30, 2000, 18000, 900, 6, 0.001");
+  EXPECT_TRUE(form.propertyOption.selected());
+  EXPECT_EQ(form.deviceNamesInputText.text(),
+            "PROBE.N\r\nPROBE.E\r\nPROBE.S\r\nPROBE.W\r\nDevice 4\r\n");
+
+  form.PropertyList.select(7);
+  EXPECT_EQ(shown(form.InputDataFormat, form.InputDataSize), "Single, 4");
+  EXPECT_EQ(shown(form.almHiText, form.almLoText, form.almHiWarnText, form.almLoWarnText),
+            "240.5, -0.5, 230, 0");
+
+  form.PropertyList.select(0);
+  EXPECT_FALSE(form.ArrayTypeCombo.enabled());
+}
+
+TEST_F(Project, ShowsWhatFitsNoListByTheNearest) {
+  project("S", {"S,SEQM,P,,Double,x,short,1,OTHER,2,[abc]x,0",
+                "S,SEQM,Q,5,short.wav,0,NULL,1,WRITE,2,[1:2 m s]y,0",
+                "S,SEQM,R,1,short,0,NULL,1,WRITE,none,z,0"});
+  open("S");
+  EXPECT_EQ(engineer.rows().properties, 2) << "no number of devices ends the reading";
+  EXPECT_EQ(shown(form.ArrayTypeCombo, form.Units), "WAV, m s");
+
+  form.PropertyList.select(0);
+  EXPECT_EQ(form.AccessMode.text(), "READ");
+  EXPECT_EQ(shown(form.OutputDataFormat, form.ArrayTypeCombo), "NULL, UNKNOWN");
+  EXPECT_TRUE(form.ArrayTypeCombo.enabled());
+  EXPECT_EQ(shown(form.InputDataFormat, form.InputDataSize), "Integer, x");
+  EXPECT_EQ(shown(form.MinValue, form.MaxValue, form.Units), "1, 2, none");
+  EXPECT_EQ(form.PropertyDescription.text(), "x");
+}
+
+TEST_F(Project, WhoseLastRowNamesAnotherServerLeadsThere) {
+  for (const auto& [from, to] : Cases{{"A", "B"}, {"B", "A"}, {"C", "D"}, {"D", "E"}, {"E", "E"}}) {
+    project(from, {to + "," + to + "EQM,P,1,double,0,NULL,1,READ,1,x,0"});
+  }
+  open("A");
+  EXPECT_EQ(form.ProjectDir.text(), home.path("A"));
+  EXPECT_EQ(engineer.rows(), Rows{}) << "in a circle none is left";
+
+  open("C");
+  EXPECT_EQ(form.ProjectDir.text(), home.path("E"));
+  EXPECT_EQ(lines(), (Lines{"[E] P <x>"}));
+}
+
+TEST_F(Project, IsWrittenCopiedAndHandedToTheGenerators) {
+  std::filesystem::create_directory(home.path("fec"));
+  engineer.environment.values["FECDB"] = home.path("fec");
+  engineer.answers = {Answer::yes};
+  letters(form.ExportName, "MAGNET");
+  form.PropertyList.select(6);
+  form.PropertyList.select(5);
+  toggle(form.cProject);
+
+  done();
+
+  EXPECT_EQ(said(), question(home.path("fec/MAGEQM/")));
+  Files written = example;
+  for (const std::string row : {"6,READ,", "7,READ,"}) {
+    std::string& table = written["exports.csv"];
+    table.insert(table.find(row) + row.size(), " ");  // the number of devices as the form shows it
+  }
+  written["history.csv"] += " 3,MAGNET,MAGEQM,STATE,#0, 4,short, 18000, 2000, 30,0.001, 900, 6\r\n";
+  written["devices.csv"] = written.at("MAGEQM-devices.csv") + " 4,Device 4\r\n";
+  EXPECT_EQ(home.files("MAGNET"), written);
+  written.erase("MAGEQM-devices.csv");
+  EXPECT_EQ(home.files("fec/MAGEQM"), written);
+  EXPECT_EQ(engineer.programs.started,
+            (Lines{"vbskelgen.exe " + magnet, "cskelgen.exe " + magnet + " LINUX"}));
+  EXPECT_TRUE(engineer.ended);
+}
+
+TEST_F(Project, StaysOutOfTheRepositoryUnlessTheEngineerSaysYes) {
+  engineer.environment.values = {{"FECDB", home.path("other")}, {"FEC_HOME", home.path("fec/")}};
+  open("MAGNET");
+  toggle(form.vbProject);
+  type(form.LocalName, "OTHER");
+
+  done();
+
+  EXPECT_EQ(said(), question(home.path("fec/MAGEQM/")));
+  EXPECT_EQ(home.names(), std::set<std::string>{"MAGNET"});
+  EXPECT_EQ(engineer.programs.started, Lines{});
+}
+
+TEST_F(Project, ThatCantBeCopiedCostsAMessageAFile) {
+  engineer.environment.values["FEC_HOME"] = home.path("none");
+  const Cases cases = {{"EEQM", "No such file or directory"},
+                       {"../x", "the local name names no folder of its own"}};
+  for (const auto& [localName, why] : cases) {
+    project("E", {"E," + localName + ",P,1,double,0,NULL, 1,READ,1,x,0"});
+    open("");
+    open("E");
+    engineer.answers = {Answer::yes};
+
+    done();
+
+    const std::string folder = home.path("none/" + localName + "/");
+    EXPECT_EQ(said(), question(folder));
+    EXPECT_EQ(said(), "Couldn't copy " + home.path("E/exports.csv to ") + folder + " : " + why);
+    EXPECT_EQ(home.names(), (std::set<std::string>{"E", "MAGNET"}));
+  }
+}
+
+TEST_F(Project, WithoutPropertiesIsLeftWithoutATrace) {
+  const std::string question =
+      "Server Setup Wizard: You have not added any properties to your project !\r\n"
+      "Do you want to exit the Server Setup Wizard ?";
+  open("NEW");
+  form.srvGuide.click();
+  done();
+  EXPECT_EQ(said(), question);
+  EXPECT_FALSE(engineer.ended) << "the Enter key stays";
+  engineer.answers = {Answer::ok};
+  done();
+  EXPECT_EQ(said(), question);
+  EXPECT_TRUE(engineer.ended);
+  EXPECT_FALSE(engineer.program.helper.window.loaded());
+  EXPECT_EQ(home.names(), std::set<std::string>{"MAGNET"});
+}
+
+TEST_F(Project, MovesToADirectoryThatIsMadeFromTheTopDown) {
+  open("MAGNET");
+  form.ProjectDir.click();
+  open("OTHER");
+  form.EditCmd.click();
+  EXPECT_EQ(engineer.rows().properties, 9);
+
+  type(form.ProjectDir, home.path("a/b/"));
+  commit("LAST");
+  done();
+
+  EXPECT_EQ(tableRows("a/b/exports.csv"),
+            (Lines{"OTHER,MAGEQM,LAST,4,float.CHANNEL,4,float, 1,READ|WRITE, 4,"
+                   "[0:250 A]Current of each supply,0"}));
+  EXPECT_EQ(home.files("a/b").size(), 2) << "the table and the names of the devices";
+  EXPECT_EQ(engineer.programs.started, Lines{"vbskelgen.exe " + home.path("a/b")});
+}
+
+TEST_F(Project, WithoutADirectoryToWriteToStaysAsItIs) {
+  home.write("D/exports.csv/x", "");
+  open("MAGNET");
+  form.PropertyList.select(5);
+  form.ProjectDir.click();
+  const Cases cases = {{"nowhere", "there is no folder nowhere to begin with"},
+                       {"", "no project directory is given"},
+                       {home.path("D"), "Is a directory"}};
+  for (const auto& [folder, why] : cases) {
+    type(form.ProjectDir, folder);
+    form.EditCmd.click();
+    done();
+    EXPECT_EQ(said(), "Could not create exports.csv file : " + why);
+    EXPECT_EQ(engineer.rows(), (Rows{.properties = 1, .alarms = 1})) << folder;
+  }
+}
+
+TEST_F(Project, KeepsWhatAColleagueHasWrittenSinceItWasRead) {
+  open("MAGNET");
+  form.PropertyList.select(5);
+  home.write("MAGNET/almwatch.csv", "by a colleague");
+  engineer.clock.now += 100;
+  type(form.ArchiveRateText, "often");
+
+  done();
+  EXPECT_EQ(said(), "Could not write history.csv : Archive Rate: \"often\" is not a number");
+  EXPECT_EQ(home.read("MAGNET/almwatch.csv"), "by a colleague");
+  EXPECT_EQ(engineer.programs.started, Lines{});
+
+  type(form.ArchiveRateText, "10");
+  done();
+  EXPECT_EQ(home.read("MAGNET/almwatch.csv"), example.at("almwatch.csv"));
+  EXPECT_EQ(home.read("MAGNET/almwatch-1700000100.csv"), "by a colleague");
+  EXPECT_FALSE(home.has("MAGNET/exports-1700000100.csv")) << "its own writing";
+}
+
+struct GuidedDialog : Flow {
+  GuidedDialog() { form.srvGuide.click(); }
+
+  void enter(const std::string& text) {
+    type(box, text);
+    box.keyDown(TextField::enterKey);
+  }
+  std::string server() const { return shown(form.ExportName, form.LocalName, form.NumDevices); }
+
+  ExportHelper& dialog = engineer.program.helper;
+  TextField& box = dialog.ParamText;
+};
+
+TEST_F(GuidedDialog, AsksForTheServerStepByStep) {
+  EXPECT_EQ(dialog.window.title, "Device Server Parameters");
+  EXPECT_EQ(dialog.helperLabel.caption(),
+            "Please Enter the Export Name under which you would like your device server to be "
+            "known: ");
+  EXPECT_FALSE(dialog.lastParam.enabled());
+  enter("MAGNUM");
+  EXPECT_EQ(box.text(), "MAGEQM");
+  EXPECT_EQ(box.caret(), 6);
+  enter("MYEQM");
+  EXPECT_EQ(box.text(), "1");
+  EXPECT_FALSE(dialog.nextParam.enabled());
+
+  dialog.lastParam.click();
+  EXPECT_EQ(box.text(), "MYEQM");
+  dialog.lastParam.click();
+  EXPECT_EQ(box.text(), "MAGNUM");
+  EXPECT_FALSE(dialog.lastParam.enabled());
+  dialog.nextParam.click();
+  EXPECT_EQ(box.text(), "MAGEQM") << "suggested again";
+  dialog.nextParam.click();
+  enter("4");
+  EXPECT_EQ(server(), "MAGNUM, MAGEQM, 4");
+  EXPECT_FALSE(dialog.window.loaded());
+}
+
+TEST_F(GuidedDialog, KeepsItsValuesAndWritesThemAllWhenItIsDone) {
+  type(box, "AB");
+  dialog.nextParam.click();
+  dialog.window.unload();
+  EXPECT_EQ(server(), ", , 1");
+
+  form.srvGuide.click();
+  EXPECT_EQ(box.text(), "");
+  dialog.nextParam.click();
+  EXPECT_EQ(box.text(), "EQM");
+  dialog.DoneParam.click();
+  EXPECT_EQ(server(), ", EQM, ");
 }
 
 }  // namespace

@@ -3,12 +3,8 @@
 #include "core/status.h"
 
 #include <gtest/gtest.h>
-#include <sched.h>
-#include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,19 +17,6 @@ namespace {
 const std::string header =
     "EXPORT_NAME,LOCAL_NAME,PROPERTY,PROPERTY_SIZE,FORMAT,PROPERTY_INSIZE,INFORMAT,PROPERTY_ID,"
     "ACCESS,NUM_MODULES,DESCRIPTION,NUM_STEPS\r\n";
-
-/// Rights stop at other people's files only for an account that is not root's.
-struct AnotherAccount {
-  AnotherAccount() : taken(::geteuid() == 0 && ::seteuid(65534) == 0) {}
-  AnotherAccount(const AnotherAccount&) = delete;
-  AnotherAccount& operator=(const AnotherAccount&) = delete;
-  AnotherAccount(AnotherAccount&&) = delete;
-  AnotherAccount& operator=(AnotherAccount&&) = delete;
-  ~AnotherAccount() {
-    if (taken && ::seteuid(0) != 0) std::abort();
-  }
-  const bool taken;
-};
 
 /// A wizard in whose home lies the project MAGNET: three properties, three devices with names.
 class Status : public testing::Test {
@@ -70,13 +53,6 @@ class Status : public testing::Test {
     form.AlarmWatchCheck.setValue(1);
     form.DeviceListCheck.setValue(1);
     form.EditCmd.click();
-  }
-  std::set<std::string> namesIn(const std::string& folder) const {
-    std::set<std::string> all;
-    for (const auto& entry : std::filesystem::directory_iterator(home.path(folder))) {
-      all.insert(entry.path().filename().native());
-    }
-    return all;
   }
   void select(std::int32_t row) { form.PropertyList.select(row); }
   void remove(std::int32_t row) {
@@ -238,90 +214,6 @@ TEST_F(Status, AnEntryTellsWhatItDroppedAndWhatItCouldNotRead) {
             "rows, 0 alarm watch rows, 3 device names; 3 backups made. history.csv can't be read: "
             "Is a directory. Reading almwatch.csv stopped at line 2: 99999999999 is outside "
             "-2147483648 to 2147483647.");
-}
-
-TEST_F(Status, AnEntryTellsWhatItDeletedAndWhereNoLineEnds) {
-  home.write("MAGNET/exports-1600000000.csv", "old");
-  home.write("MAGNET/MAGEQM-devices-1600000000.csv", "old");
-  home.write("MAGNET/invoice-1600000000.pdf", "no backup");
-  home.write("MAGNET/history.csv", "Index,Export Name\n1,MAGNET\n");
-  type(form.ExportName, "MAGNET");
-  EXPECT_EQ(shown,
-            "Project read: 3 properties, 0 history rows, 0 alarm watch rows, 3 device names; 4 "
-            "backups made, 2 old backups deleted. Nothing to read: no line of history.csv ends in "
-            "CR.");
-  EXPECT_TRUE(wizard.state.historyInUse);
-  EXPECT_TRUE(wizard.state.onDisk.backupsUnflushed);
-}
-
-TEST_F(Status, AFileThatCantBeBackedUpIsNamedAndLeavesNoCopies) {
-  const std::string file(250, 'z');
-  const std::string text = "Project not read: backup of " + file + ": File name too long. Move " +
-                           "the file away, or see that the directory is writable and has room.";
-  home.write("MAGNET/" + file, "whose backup no disk can name");
-  home.write("MAGNET/exports-1600000000.csv", "old");
-  home.write("MAGNET/exports-1700000000.csv", "of the same second");
-  type(form.ExportName, "MAGNET");
-  EXPECT_EQ(shown, text + " 1 old backup deleted.");
-  const std::set<std::string> left{"exports.csv", "MAGEQM-devices.csv", file,
-                                   "exports-1700000000.csv"};
-  EXPECT_EQ(namesIn("MAGNET"), left);
-  EXPECT_EQ(home.read("MAGNET/exports-1700000000.csv"), home.read("MAGNET/exports.csv"));
-  type(form.ExportName, "MAGNE");
-  type(form.ExportName, "MAGNET");
-  EXPECT_EQ(shown, text);
-  EXPECT_EQ(namesIn("MAGNET"), left);
-}
-
-TEST_F(Status, FilesOfOthersAreNamedWithWhatToDo) {
-  home.write("MAGNET/private", "of a colleague");
-  std::filesystem::permissions(home.path("MAGNET/private"), std::filesystem::perms::none);
-  std::filesystem::permissions(home.path("MAGNET"), std::filesystem::perms(01777));
-  std::filesystem::permissions(home.path(), std::filesystem::perms(0755));
-  {
-    const AnotherAccount account;
-    type(form.ExportName, "MAGNET");
-    EXPECT_EQ(shown,
-              "Project not read: backup of private: Permission denied. Move the file away or make "
-              "it readable.");
-    if (!account.taken) return;
-  }
-  home.write("MAGNET/exports-1600000000.csv", "of a colleague");
-  const AnotherAccount account;
-  type(form.ExportName, "MAGNE");
-  type(form.ExportName, "MAGNET");
-  EXPECT_EQ(shown,
-            "Project not read: old backup exports-1600000000.csv: Operation not permitted. Delete "
-            "the file or ask its owner to.");
-}
-
-TEST_F(Status, AChainOfProjectsEndsWithAWord) {
-  for (int link = 0; link < 17; ++link) {
-    const std::string name = "P" + std::to_string(link);
-    std::filesystem::create_directory(home.path(name));
-    home.write(name + "/exports.csv",
-               header + "P" + std::to_string(link + 1) + ",L,P,1,short,0,NULL,1,READ,3,x,0\r\n");
-  }
-  type(form.ExportName, "P0");
-  EXPECT_EQ(wizard.state.projectPath, home.path("P16"));
-  EXPECT_EQ(shown.substr(shown.find(" Project P16")),
-            " Project P16 not read: too many projects lead to one another by the export names of "
-            "their last rows. Click into Project Directory and type the wanted directory.");
-  type(form.ExportName, "MAGNET");
-  EXPECT_EQ(shown.find("not read"), std::string::npos) << shown;
-}
-
-TEST_F(Status, TheRootCanBeAProject) {
-  const auto enterRoot = [&] {
-    // As another account this takes a name space of its own.
-    if (::geteuid() != 0 && ::unshare(CLONE_NEWUSER) != 0) ::_exit(2);
-    if (::chroot(home.path("MAGNET").c_str()) != 0 || ::chdir("/") != 0) ::_exit(3);
-    form.ProjectDir.click();
-    type(form.ProjectDir, "/");
-    ::_exit(wizard.state.exportCount == 3 && wizard.state.alarmCount == 0 ? 0 : 1);
-  };
-  EXPECT_EXIT(enterRoot(), testing::ExitedWithCode(0), "");
-  EXPECT_EQ(namesIn("MAGNET").size(), 4U);
 }
 
 TEST_F(Status, ADirectoryThatIsLeftCountsNoMore) {

@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "support/engineer.h"
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <algorithm>
+#include <array>
 #include <utility>
-
-#include "core/status.h"
 
 namespace kova::test {
 namespace {
@@ -16,32 +13,71 @@ const CodePage& codePage() {
   return page;
 }
 
-struct Shown {
-  std::string operator()(const TextField* c) const { return c->text(); }
-  std::string operator()(const CheckBox* c) const { return c->ticked() ? "ticked" : "clear"; }
-  std::string operator()(const OptionButton* c) const { return c->selected() ? "selected" : ""; }
-  std::string operator()(const CommandButton* c) const { return c->enabled() ? "" : "disabled"; }
-  std::string operator()(const Frame* c) const { return c->enabled() ? "enabled" : "disabled"; }
-  std::string operator()(const Label* c) const { return c->caption(); }
-  std::string operator()(const ListBox* c) const { return std::to_string(c->selectedIndex()); }
-  std::string operator()(const DropDownList* c) const { return c->text(); }
-};
-
 struct Click {
   void operator()(const TextField* c) const { c->click(); }
   void operator()(CheckBox* c) const { c->setValue(c->ticked() ? 0 : 1); }
   void operator()(OptionButton* c) const { c->select(); }
   void operator()(const CommandButton* c) const { c->click(); }
-  void operator()(const Frame* c) const { c->mouseDown(Frame::leftButton); }
   void operator()(const Label* c) const { c->click(); }
   void operator()(const ListBox* c) const { c->doubleClick(); }
-  void operator()(const DropDownList* /*c*/) const {}
+  void operator()(const void* /*c*/) const {}
 };
 
-std::string differs(const std::string& what, const std::string& expected,
-                    const std::string& found) {
-  return expected == found ? ""
-                           : what + "\n  expected: «" + expected + "»\n  found:    «" + found + "»";
+Answer answerOf(const std::string& word) {
+  static const std::map<std::string, Answer> answers = {
+      {"ok", Answer::ok}, {"cancel", Answer::cancel}, {"yes", Answer::yes}, {"no", Answer::no}};
+  return answers.at(word);
+}
+
+/// What stands behind a verb: a word, mostly the name of a control, and a text behind that.
+struct Words {
+  Engineer& engineer;
+  std::string word;
+  std::string text;
+
+  TextField& field() const { return engineer.field(word); }
+  Form1& form() const { return engineer.program.wizard.form; }
+};
+
+struct Verb {
+  std::string_view usage;
+  void (*act)(const Words&);
+};
+
+// The language of the programs that drive the wizard from outside. {home} stands for the home
+// directory, in a text \r, \n, \0 and \xFF for their characters.
+const std::array<Verb, 13> verbs = {{
+    {"answer ok|cancel|yes|no",
+     [](const Words& w) { w.engineer.answers.push_back(answerOf(w.word)); }},
+    {"caret FIELD PLACE", [](const Words& w) { clickAt(w.field(), std::stoul(w.text)); }},
+    {"choose LIST ENTRY",
+     [](const Words& w) { std::get<DropDownList*>(w.engineer.control(w.word))->setText(w.text); }},
+    {"click CONTROL", [](const Words& w) { std::visit(Click{}, w.engineer.control(w.word)); }},
+    {"close", [](const Words& w) { w.engineer.program.helper.window.unload(); }},
+    {"enter FIELD", [](const Words& w) { w.field().keyDown(TextField::enterKey); }},
+    {"focus FIELD", [](const Words& w) { w.field().gotFocus(); }},
+    {"leave FIELD", [](const Words& w) { w.field().lostFocus(); }},
+    {"menu server|property",
+     [](const Words& w) { (w.word == "server" ? w.form().srvGuide : w.form().prpGuide).click(); }},
+    {"select LINE", [](const Words& w) { w.form().PropertyList.select(std::stoi(w.word)); }},
+    {"setenv NAME VALUE", [](const Words& w) { w.engineer.environment.values[w.word] = w.text; }},
+    {"time SECONDS", [](const Words& w) { w.engineer.clock.now = std::stoi(w.word); }},
+    {"type FIELD TEXT", [](const Words& w) { type(w.field(), w.text); }},
+}};
+
+std::string replaced(std::string text, std::string_view what, std::string_view by) {
+  for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size())) {
+    text.replace(at, what.size(), by);
+  }
+  return text;
+}
+
+std::string unescaped(std::string text) {
+  using namespace std::string_view_literals;
+  constexpr std::array escapes{std::pair("\\r"sv, "\r"sv), std::pair("\\n"sv, "\n"sv),
+                               std::pair("\\0"sv, "\0"sv), std::pair("\\xFF"sv, "\xFF"sv)};
+  for (const auto& [escape, byte] : escapes) text = replaced(std::move(text), escape, byte);
+  return text;
 }
 
 std::string nextWord(std::string& line) {
@@ -53,36 +89,11 @@ std::string nextWord(std::string& line) {
 
 }  // namespace
 
-std::string unescaped(const std::string& text) {
-  std::string plain;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '\\' || i + 1 == text.size()) {
-      plain += text[i];
-      continue;
-    }
-    const char code = text[++i];
-    if (code == 'x') {
-      plain += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
-      i += 2;
-    } else {
-      plain += code == 'r' ? '\r' : code == 'n' ? '\n' : code == 't' ? '\t' : '\0';
-    }
-  }
-  return plain;
-}
-
-Engineer::Engineer(std::string homeFolder, FileSystem* files)
-    : realFiles(posixFileSystem(codePage())),
+Engineer::Engineer(std::string homeFolder)
+    : files(posixFileSystem(codePage())),
       home(std::move(homeFolder)),
-      program(Platform{files != nullptr ? *files : *realFiles, environment, clock, programs},
-              [this](const Message& message) {
-                messages.push_back(message.title.empty() ? message.text
-                                                         : message.title + ": " + message.text);
-                if (message.buttons == Buttons::ok || answers.empty()) return message.enter;
-                const Answer answer = answers.front();
-                answers.pop_front();
-                return answer;
-              }) {
+      program(Platform{*files, environment, clock, programs},
+              [this](const Message& message) { return answer(message); }) {
   environment.home = home;
   program.wizard.endProcess = [this] { ended = true; };
   for (const auto& designed : designedControls(program.wizard.form, form1Design())) {
@@ -93,110 +104,30 @@ Engineer::Engineer(std::string homeFolder, FileSystem* files)
   }
 }
 
-const ControlPointer& Engineer::control(const std::string& name) const {
-  return controls_.at(name);
+Answer Engineer::answer(const Message& message) {
+  const std::string title = message.title.empty() ? "" : message.title + ": ";
+  messages.push_back(title + message.text);
+  if (message.buttons == Buttons::ok || answers.empty()) return message.enter;
+  const Answer given = answers.front();
+  answers.pop_front();
+  return given;
 }
 
-std::string Engineer::shown(const std::string& name) const {
-  return std::visit(Shown{}, control(name));
+Rows Engineer::rows() const {
+  const WizardState& state = program.wizard.state;
+  return {state.exportCount, state.historyCount, state.alarmCount};
 }
 
 std::string Engineer::carryOut(const std::string& line) {
-  std::string rest = line;
-  for (auto at = rest.find("{home}"); at != std::string::npos; at = rest.find("{home}")) {
-    rest.replace(at, 6, home);
-  }
+  std::string rest = replaced(line, "{home}", home);
   const std::string verb = nextWord(rest);
-  const std::string whole = unescaped(rest);
-  const std::string name = nextWord(rest);
-  const std::string text = unescaped(rest);
-  Form1& form = program.wizard.form;
-  if (verb == "select") return form.PropertyList.select(std::stoi(whole)), "";
-  if (verb == "answer") {
-    static const std::map<std::string, Answer> words = {
-        {"ok", Answer::ok}, {"cancel", Answer::cancel}, {"yes", Answer::yes}, {"no", Answer::no}};
-    return answers.push_back(words.at(whole)), "";
-  }
-  if (verb == "menu") return (whole == "server" ? form.srvGuide : form.prpGuide).click(), "";
-  if (verb == "rightclick") return form.Frame2.mouseDown(Frame::rightButton), "";
-  if (verb == "folder") return std::filesystem::create_directories(home + "/" + whole), "";
-  if (verb == "setenv") return environment.values[name] = text, "";
-  if (verb == "close") return program.helper.window.unload(), "";
-  if (verb == "time") return clock.now = std::stoi(whole), "";
-  const std::string wrong = act(verb, name, text);
-  const bool looksAtName = verb == "file" || verb == "shows" || verb == "at" || verb == "usable";
-  return wrong == "?" ? look(verb, name, looksAtName ? text : whole) : wrong;
-}
-
-std::string Engineer::act(const std::string& verb, const std::string& name,
-                          const std::string& rest) {
-  const auto field = [&] { return std::get<TextField*>(control(name)); };
-  if (verb == "type") return field()->edit(rest, rest.size()), "";
-  if (verb == "letters") {
-    for (const char letter : rest) {
-      field()->edit(field()->text() + letter, field()->text().size() + 1);
-    }
-    return "";
-  }
-  if (verb == "click") return std::visit(Click{}, control(name)), "";
-  if (verb == "focus") return field()->gotFocus(), "";
-  if (verb == "leave") return field()->lostFocus(), "";
-  if (verb == "caret") return field()->setCaret(std::stoul(rest)), field()->click(), "";
-  if (verb == "enter") return field()->keyDown(13), "";
-  if (verb == "choose") return std::get<DropDownList*>(control(name))->setText(rest), "";
-  if (verb == "put") {
-    std::ofstream(home + "/" + name, std::ios::binary) << rest;
-    return "";
-  }
-  return "?";
-}
-
-std::string Engineer::look(const std::string& verb, const std::string& name,
-                           const std::string& rest) {
-  const WizardState& state = program.wizard.state;
-  if (verb == "shows") return differs(name + " shows", rest, shown(name));
-  if (verb == "at") {
-    return differs(name + " caret", rest,
-                   std::to_string(std::get<TextField*>(control(name))->caret()));
-  }
-  if (verb == "usable") {
-    const auto* list = std::get_if<DropDownList*>(&control(name));
-    const bool usable =
-        list != nullptr ? (*list)->enabled() : std::get<TextField*>(control(name))->enabled();
-    return differs(name + " usable", rest, usable ? "yes" : "no");
-  }
-  if (verb == "said") {
-    if (messages.empty()) return "no message, expected: " + rest;
-    const std::string message = messages.front();
-    messages.pop_front();
-    return differs("message", rest, message);
-  }
-  if (verb == "lines") {
-    std::string lines;
-    for (const std::string& line : program.wizard.form.PropertyList.lines()) lines += line + "|";
-    return differs("lines", rest, lines);
-  }
-  if (verb == "started") {
-    std::string all;
-    for (const std::string& line : programs.started) all += line + "|";
-    return differs("started", rest, all);
-  }
-  if (verb == "status") return differs("status", rest, statusText(program.wizard));
-  if (verb == "counts") {
-    return differs("counts", rest,
-                   std::to_string(state.exportCount) + " " + std::to_string(state.historyCount) +
-                       " " + std::to_string(state.alarmCount));
-  }
-  if (verb == "ended") return ended ? "" : "the program has not ended";
-  if (verb == "file") {
-    std::ifstream file(home + "/" + name, std::ios::binary);
-    if (!file) return "no file " + name;
-    return differs(name, rest, std::string(std::istreambuf_iterator<char>(file), {}));
-  }
-  if (verb == "nofile") {
-    return std::ifstream(home + "/" + name) ? "there is a file " + name : "";
-  }
-  return "no such act: " + verb;
+  const auto* const known = std::find_if(verbs.begin(), verbs.end(), [&](const Verb& row) {
+    return row.usage.substr(0, row.usage.find(' ')) == verb;
+  });
+  if (known == verbs.end()) return "no such act: " + verb;
+  const std::string word = nextWord(rest);
+  known->act({*this, word, unescaped(rest)});
+  return "";
 }
 
 }  // namespace kova::test

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
-// An engineer at the wizard without a toolkit: acts on the controls by their names, reads what
-// shows, answers messages. The files are real, in a temporary directory.
+// An engineer at the wizard without a toolkit: works on the controls, answers messages. The files
+// are real, in a temporary directory.
 #pragma once
 
 #include <cstdint>
 #include <deque>
 #include <map>
 #include <memory>
+#include <ostream>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/posix.h"
@@ -44,17 +46,41 @@ struct RecordingStarter : ProgramStarter {
   }
 };
 
+/// Live rows of the three tables.
+struct Rows {
+  int properties = 0;
+  int history = 0;
+  int alarms = 0;
+  bool operator==(const Rows&) const = default;
+  friend std::ostream& operator<<(std::ostream& out, const Rows& rows) {
+    return out << rows.properties << ' ' << rows.history << ' ' << rows.alarms;
+  }
+};
+
+/// Writes `text` in place of what the field holds.
+inline void type(TextField& field, std::string_view text) {
+  field.edit(text, text.size());
+}
+
+/// Clicks into the field ahead of a character.
+inline void clickAt(TextField& field, std::size_t place) {
+  field.setCaret(place);
+  field.click();
+}
+
 /// One run of the wizard in `home`.
 class Engineer {
  public:
-  explicit Engineer(std::string homeFolder, FileSystem* files = nullptr);
+  explicit Engineer(std::string homeFolder);
 
   /// The program comes up.
   void start() { program.start(); }
-  /// One act or one look, as a line of words. Returns what is wrong with it, empty if nothing is.
+  /// One act as a line of words; engineer.cpp lists the verbs. Returns what is wrong with it, empty
+  /// if nothing is.
   std::string carryOut(const std::string& line);
-  /// A control's text, caption, entry, value or selection, as text.
-  std::string shown(const std::string& control) const;
+  Rows rows() const;
+  /// A control by its name in the design; std::out_of_range if there is none.
+  const ControlPointer& control(const std::string& name) const { return controls_.at(name); }
   TextField& field(const std::string& name) const {
     return *std::get<TextField*>(controls_.at(name));
   }
@@ -62,7 +88,7 @@ class Engineer {
   FakeClock clock;
   FakeEnvironment environment;
   RecordingStarter programs;
-  std::unique_ptr<FileSystem> realFiles;
+  std::unique_ptr<FileSystem> files;
   std::string home;
   std::deque<Answer> answers;        ///< for questions; those of the Enter key once it is empty
   std::deque<std::string> messages;  ///< shown and not looked at yet
@@ -70,14 +96,9 @@ class Engineer {
   SetupWizard program;
 
  private:
-  const ControlPointer& control(const std::string& name) const;
-  std::string act(const std::string& verb, const std::string& name, const std::string& rest);
-  std::string look(const std::string& verb, const std::string& name, const std::string& rest);
+  Answer answer(const Message& message);
 
   std::map<std::string, ControlPointer> controls_;
 };
-
-/// `\r`, `\n`, `\t`, `\0` and `\xHH` in a script's text.
-std::string unescaped(const std::string& text);
 
 }  // namespace kova::test

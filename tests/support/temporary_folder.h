@@ -6,11 +6,15 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <set>
 #include <stdexcept>
 #include <string>
 
 namespace kova::test {
+
+/// Bytes of files by name.
+using Files = std::map<std::string, std::string>;
 
 /// Files are named by their path inside the folder.
 struct TemporaryFolder {
@@ -25,12 +29,25 @@ struct TemporaryFolder {
 
   const std::string& path() const { return path_; }
   std::string path(const std::string& name) const { return path_ + '/' + name; }
+  /// Makes the folders above the file as well.
   void write(const std::string& name, const std::string& bytes) const {
+    std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
     std::ofstream(path(name), std::ios::binary) << bytes;
   }
+  bool has(const std::string& name) const { return std::filesystem::exists(path(name)); }
   std::string read(const std::string& name) const {
     std::ifstream file(path(name), std::ios::binary);
     return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "no file " + name;
+  }
+  /// The files of a folder. Backups of the clock in use are left out.
+  Files files(const std::string& folder) const {
+    Files all;
+    for (const auto& entry : std::filesystem::directory_iterator(path(folder))) {
+      const std::string name = entry.path().filename().native();
+      if (name.find("-17000") == std::string::npos)
+        all[name] = read(entry.path().lexically_relative(path()));
+    }
+    return all;
   }
   /// Names of all entries, hidden ones too.
   std::set<std::string> names() const {

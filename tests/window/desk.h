@@ -1,16 +1,13 @@
 // SPDX-License-Identifier: MIT
-// An engineer at the real window: keys and mouse go through the window system, the rest of a script
-// is that of the engineer without a toolkit.
+// An engineer at the real window: keys and mouse go through the window system.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QComboBox>
-#include <QLabel>
 #include <QListView>
 #include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
@@ -24,21 +21,24 @@ namespace kova::test {
 
 class Desk {
  public:
-  Desk(SetupWizard& program, const CodePage& page, Engineer* engineer = nullptr)
-      : view(program, page), engineer_(engineer) {
+  /// The program comes up.
+  Desk(SetupWizard& program, const CodePage& page) : view(program, page) {
     program.start();
     view.resize(view.sizeHint());
     EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
   }
 
-  /// Acts end at "; " or at the end of a line.
-  void play(const std::string& script) {
-    for (auto lines = QString::fromStdString(script); const QString& line : lines.split(u'\n')) {
-      for (const QString& act : line.trimmed().split(QStringLiteral("; "), Qt::SkipEmptyParts)) {
-        const std::string wrong = carryOut(act);
-        ASSERT_TRUE(wrong.empty()) << act.toStdString() << '\n' << wrong;
-      }
-    }
+  template <class Widget = QWidget>
+  Widget& widget(const std::string& name) const {
+    return *static_cast<Widget*>(view.widget(name));
+  }
+
+  void click(const std::string& name) const { click(widget(name), widget(name).rect().center()); }
+  void click(const QWidget& target, QPoint place, Qt::MouseButton button = Qt::LeftButton) const {
+    QTest::mouseClick(view.windowHandle(), button, {}, target.mapTo(&view, place));
+  }
+  void doubleClick(const QWidget& target, QPoint place) const {
+    QTest::mouseDClick(view.windowHandle(), Qt::LeftButton, {}, target.mapTo(&view, place));
   }
   void type(const QString& text) {
     for (const char32_t letter : text.toUcs4()) {
@@ -46,21 +46,36 @@ class Desk {
                           Qt::NoModifier);
     }
   }
-  /// What an input method shows as not yet written, and what it commits.
-  static void compose(const QString& preedit, const QString& commit) {
-    QInputMethodEvent event(preedit, {});
-    event.setCommitString(commit);
-    QApplication::sendEvent(QApplication::focusWidget(), &event);
-  }
+  /// Presses keys, named as in a menu, with blanks between them.
   void key(const QString& names) {
     for (const QString& name : names.split(u' ')) {
       const QKeyCombination key = QKeySequence(name)[0];
       QTest::keyClick(inFront(), key.key(), key.keyboardModifiers());
     }
   }
+  /// Writes `text` in place of what the field holds.
+  void write(const std::string& name, const QString& text) {
+    click(name);
+    key("Ctrl+A");
+    type(text);
+  }
+  void choose(const std::string& name, const QString& entry) {
+    const int row = widget<QComboBox>(name).findText(entry);
+    ASSERT_GE(row, 0) << entry.toStdString();
+    click(name);
+    key("Home");
+    for (int i = 0; i < row; ++i) key("Down");
+    key("Return");
+  }
+  /// What an input method shows as not yet written, and what it commits.
+  static void compose(const QString& preedit, const QString& commit) {
+    QInputMethodEvent event(preedit, {});
+    event.setCommitString(commit);
+    QApplication::sendEvent(QApplication::focusWidget(), &event);
+  }
   /// The next message box is answered by a key; its title and text then stand in `message`.
   void answer(const QString& pressed) {
-    soon(0, [this, pressed] {
+    soon([this, pressed] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       if (box == nullptr || !box->isActiveWindow()) return answer(pressed);
       message = (box->windowTitle() + QStringLiteral(": ") + box->text()).toStdString();
@@ -68,13 +83,17 @@ class Desk {
     });
   }
   /// Runs `act` from the event loop, also from that of a message box.
-  void soon(int milliseconds, const std::function<void()>& act) {
-    timer_.disconnect();
-    QObject::connect(&timer_, &QTimer::timeout, &view, act);
-    timer_.setSingleShot(true);
-    timer_.start(milliseconds);
+  void soon(const std::function<void()>& act) { QTimer::singleShot(0, &view, act); }
+
+  QWidget& list() const { return *widget<QListView>("PropertyList").viewport(); }
+  QPoint placeOfLine(int row) const {
+    auto& lines = widget<QListView>("PropertyList");
+    const QModelIndex line = lines.model()->index(row, 0);
+    lines.scrollTo(line);
+    return lines.visualRect(line).center();
   }
-  static std::string focused() {
+  std::string focused() {
+    inFront();
     const QWidget* widget = QApplication::focusWidget();
     return widget == nullptr ? "nothing" : widget->objectName().toStdString();
   }
@@ -94,67 +113,6 @@ class Desk {
     }
     return QGuiApplication::focusWindow();
   }
-  void click(const QWidget* widget, QPoint place, Qt::MouseButton button = Qt::LeftButton) const {
-    QTest::mouseClick(view.windowHandle(), button, {}, widget->mapTo(&view, place));
-  }
-
-  QListView& list() const { return *static_cast<QListView*>(view.widget("PropertyList")); }
-  QPoint placeOfLine(int row) const {
-    const QModelIndex line = list().model()->index(row, 0);
-    list().scrollTo(line);
-    return list().visualRect(line).center();
-  }
-
-  std::string carryOut(const QString& act) {
-    const QStringList words = act.split(u' ');
-    const QString& verb = words[0];
-    const QString rest = act.mid(verb.size() + 1);
-    const QString text = act.mid(verb.size() + words.value(1).size() + 2);
-    const auto named = [&] { return view.widget(words[1].toStdString()); };
-    if (verb == "click") return click(named(), named()->rect().center()), "";
-    if (verb == "write") return carryOut("click " + words[1]), key("Ctrl+A"), type(text), "";
-    if (verb == "type") return type(rest), "";
-    if (verb == "key") return key(rest), "";
-    if (verb == "reply") return answer(rest), "";
-    if (verb == "choose") {
-      click(named(), named()->rect().center());
-      key("Home");
-      const int entry = static_cast<QComboBox*>(named())->findText(text);
-      for (int row = 0; row < entry; ++row) key("Down");
-      return key("Return"), entry < 0 ? "no such entry" : "";
-    }
-    if (verb == "line") return click(list().viewport(), placeOfLine(rest.toInt())), "";
-    if (verb == "double") {
-      const QWidget* widget = text.isEmpty() ? named() : list().viewport();
-      const QPoint place = text.isEmpty() ? widget->rect().center() : placeOfLine(text.toInt());
-      QTest::mouseDClick(view.windowHandle(), Qt::LeftButton, {}, widget->mapTo(&view, place));
-      return "";
-    }
-    if (verb == "spot") {
-      auto* box = static_cast<QPlainTextEdit*>(view.widget("deviceNamesInputText"));
-      QTextCursor cursor = box->textCursor();
-      cursor.setPosition(rest.toInt());
-      return click(box->viewport(), box->cursorRect(cursor).center()), "";
-    }
-    if (verb == "right") {
-      click(named(), QPoint(words[2].toInt(), words[3].toInt()), Qt::RightButton);
-      QWidget* popup = QApplication::activePopupWidget();
-      const bool guide = popup != nullptr && popup->objectName() == "guide";
-      if (popup != nullptr) popup->close();
-      return guide == (words.value(4) == "opens") ? "" : "the menu opens, or it doesn't";
-    }
-    if (verb == "away") {
-      QWidget other;
-      other.show();
-      other.activateWindow();
-      return QTest::qWaitForWindowActive(&other) ? "" : "no other window";
-    }
-    if (verb == "focused") return inFront(), focused() == rest.toStdString() ? "" : focused();
-    return engineer_ == nullptr ? "no engineer" : engineer_->carryOut(act.toStdString());
-  }
-
-  Engineer* engineer_;
-  QTimer timer_;
 };
 
 /// Runs `acts` inside the event loop, which the program itself has to leave.
@@ -162,7 +120,7 @@ inline void untilTheEnd(Desk& desk, const std::function<void()>& acts) {
   QTimer late;
   QObject::connect(&late, &QTimer::timeout, [] { QCoreApplication::exit(1); });
   late.start(20000);
-  desk.soon(0, acts);
+  desk.soon(acts);
   ASSERT_EQ(QApplication::exec(), 0) << "the program does not end";
 }
 
