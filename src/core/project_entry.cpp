@@ -68,8 +68,9 @@ std::size_t dropTables(Wizard& wizard) {
 void readProject(Wizard& wizard, const Path& exportsFile, std::size_t dropped) {
   WizardState& state = wizard.state;
   FileSystem& files = wizard.platform.files;
-  BackupResult backups =
-      backupExistingFiles(files, wizard.platform.clock, projectFolder(wizard), wizard.progress);
+  const Path folder = projectFolder(wizard);
+  files.removeLeftovers(folder);
+  BackupResult backups = backupExistingFiles(files, wizard.platform.clock, folder, wizard.progress);
   state.onDisk.stamps = std::move(backups.stamps);
   state.onDisk.backupsUnflushed = backups.copied > 0;
 

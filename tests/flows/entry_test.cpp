@@ -37,6 +37,14 @@ struct Entry : Flow {
   }
 };
 
+TEST_F(Entry, RemovesWhatAKilledWizardHasLeft) {
+  home.write("MAGNET/.exports.csv.kova~1", "half a table");
+  home.write("MAGNET/.exports.csv~1", "somebody's own");
+  entered("MAGNET");
+  EXPECT_FALSE(home.has("MAGNET/.exports.csv.kova~1"));
+  EXPECT_TRUE(home.has("MAGNET/.exports.csv~1"));
+}
+
 TEST_F(Entry, TellsHowManyOldBackupsItDeleted) {
   home.write("MAGNET/exports-1600000000.csv", "old");
   home.write("MAGNET/MAGEQM-devices-1600000000.csv", "old");
