@@ -8,6 +8,7 @@
 #include "completion/generators.h"
 #include "completion/names_files.h"
 #include "completion/table_gate.h"
+#include "core/environment_values.h"
 #include "core/form_texts.h"
 #include "core/program_end.h"
 #include "core/project_entry.h"
@@ -26,15 +27,14 @@ class WritingFailed : public Failure {
 
 /// Folder of this server in the repository, with a trailing separator; empty if there is no
 /// repository or if the server has no local name, without which it has no folder there.
-std::string repositoryPathOf(const Wizard& wizard) {
+std::string repositoryPathOf(Wizard& wizard) {
   const std::string& localName = wizard.state.exportTable.front().localName;
   if (localName.empty()) return {};
-  const Environment& environment = wizard.platform.environment;
-  std::string path = environment.variable("FEC_HOME");
-  if (path.empty()) path = environment.variable("FECDB");
-  if (path.empty()) return {};
-  if (path.back() != pathSeparator) path += pathSeparator;
-  return path + localName + pathSeparator;
+  auto [root, notUsed] = repositoryRoot(wizard.platform.environment);
+  if (!notUsed.empty()) reportRepositoryNotUsed(wizard, notUsed);
+  if (root.empty()) return {};
+  if (root.back() != pathSeparator) root += pathSeparator;
+  return root + localName + pathSeparator;
 }
 
 bool isToBeUpdated(const Wizard& wizard, const std::string& repositoryPath) {
@@ -82,7 +82,7 @@ struct Finishing {
       PropertyRecord& row = exportRow(wizard, i);
       if (!row.hasDeviceList) continue;
       state.onDisk.nameLists[row.propertyName] =
-          writeDevices(namesFile(row), row.devices);
+          writeDevices(namesFile(row.propertyName), row.devices);
     }
     write(state.projectPath, [&] { files().flushFolder(pathOf("")); });
     flushRepository();

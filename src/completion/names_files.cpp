@@ -16,17 +16,13 @@ bool isBareName(std::string_view name) {
 
 }  // namespace
 
-std::string namesFile(const PropertyRecord& property) {
-  return property.propertyName + "-names.csv";
-}
-
 std::optional<UnwritableFile> findUnwritableNamesFile(Wizard& wizard, const Path& folder) {
   const FileSystem& files = wizard.platform.files;
   std::map<std::string, std::string> names;  // by their upper case
   std::optional<bool> ignoresCase;
   for (std::int16_t i = 0; i < wizard.state.exportCount; ++i) {
     const PropertyRecord& row = exportRow(wizard, i);
-    const std::string name = namesFile(row);
+    const std::string name = namesFile(row.propertyName);
     if (!row.hasDeviceList || !isBareName(name)) continue;
     if (!files.nameFits(folder, files.path(name).native)) {
       return UnwritableFile{name, "this disk can't hold a file of that name"};

@@ -9,9 +9,6 @@
 
 namespace kova {
 
-/// Bare name of the property's file.
-std::string namesFile(const PropertyRecord& property);
-
 /// A names file that can't be written, and why.
 struct UnwritableFile {
   std::string name;

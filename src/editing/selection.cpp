@@ -107,7 +107,7 @@ class Filling {
       step([&] {
         PropertyRecord& property = row();
         const ReadResult read = ReadDevicesFile(wizard_.platform.files, wizard_.state.projectPath,
-                                                property.propertyName + "-names.csv",
+                                                namesFile(property.propertyName),
                                                 form_.NumDevices.text(), property.devices);
         if (read.rows < 1) return;
         property.hasDeviceList = true;

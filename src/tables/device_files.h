@@ -15,6 +15,9 @@ namespace kova {
 /// never been sized.
 using DeviceNames = std::vector<std::string>;
 
+/// Bare name of the file with the device names of one property.
+std::string namesFile(std::string_view propertyName);
+
 /// Path of a file that lies directly in `folder`. Throws Failure if `name` holds a separator and so
 /// names a file elsewhere.
 Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name);
