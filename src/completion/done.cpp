@@ -7,6 +7,7 @@
 #include "completion/export_file.h"
 #include "completion/generators.h"
 #include "completion/replace_table.h"
+#include "core/environment_values.h"
 #include "core/form_texts.h"
 #include "core/program_end.h"
 #include "core/project_entry.h"
@@ -25,13 +26,12 @@ class WritingFailed : public Failure {
 
 /// Folder of this server in the repository, with a trailing separator; empty if there is no
 /// repository.
-std::string repositoryPathOf(const Wizard& wizard) {
-  const Environment& environment = wizard.platform.environment;
-  std::string path = environment.variable("FEC_HOME");
-  if (path.empty()) path = environment.variable("FECDB");
-  if (path.empty()) return {};
-  if (path.back() != pathSeparator) path += pathSeparator;
-  return path + wizard.state.exportTable.front().localName + pathSeparator;
+std::string repositoryPathOf(Wizard& wizard) {
+  auto [root, notUsed] = repositoryRoot(wizard.platform.environment);
+  if (!notUsed.empty()) reportRepositoryNotUsed(wizard, notUsed);
+  if (root.empty()) return {};
+  if (root.back() != pathSeparator) root += pathSeparator;
+  return root + wizard.state.exportTable.front().localName + pathSeparator;
 }
 
 bool isToBeUpdated(const Wizard& wizard, const std::string& repositoryPath) {

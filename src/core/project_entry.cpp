@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <new>
 #include <utility>
 
 #include "core/status.h"
@@ -19,10 +20,29 @@ constexpr std::string_view projectMark = "exports.csv";
 constexpr std::size_t deepestEntry = 16;
 
 /// Two servers whose rows name each other would enter one another without end.
-bool wouldNestWithoutEnd(const WizardState& state) {
+bool isBeingEntered(const WizardState& state) {
   const auto& entered = state.directoriesBeingEntered;
-  return entered.size() >= deepestEntry ||
-         std::find(entered.begin(), entered.end(), state.projectPath) != entered.end();
+  return std::find(entered.begin(), entered.end(), state.projectPath) != entered.end();
+}
+
+/// What a row may lead to: a table must not take the wizard to directories of others.
+bool liesDirectlyInHomeDrive(const WizardState& state, std::string_view directory) {
+  const std::string parent = state.homeDrive + pathSeparator;
+  if (!directory.starts_with(parent)) return false;
+  const std::string_view name = directory.substr(parent.size());
+  return !name.empty() && name != "." && name != ".." &&
+         name.find(pathSeparator) == std::string_view::npos;
+}
+
+/// False where a row leads too far; that is noted.
+bool mayBeEntered(Wizard& wizard, std::string_view directory) {
+  WizardState& state = wizard.state;
+  const std::size_t depth = state.directoriesBeingEntered.size();
+  if (depth == 0) return true;
+  const bool tooDeep = depth >= deepestEntry;
+  if (!tooDeep && liesDirectlyInHomeDrive(state, directory)) return true;
+  state.refusedEntry = RefusedEntry{wizard.form.ExportName.text(), tooDeep};
+  return false;
 }
 
 std::string withoutTrailingSeparator(std::string text) {
@@ -48,9 +68,11 @@ std::size_t dropTables(Wizard& wizard) {
 void readProject(Wizard& wizard, const Path& exportsFile, std::size_t dropped) {
   WizardState& state = wizard.state;
   FileSystem& files = wizard.platform.files;
-  BackupResult backups = backupExistingFiles(files, wizard.platform.clock,
-                                             files.path(state.projectPath), wizard.progress);
+  const Path folder = projectFolder(wizard);
+  files.removeLeftovers(folder);
+  BackupResult backups = backupExistingFiles(files, wizard.platform.clock, folder, wizard.progress);
   state.onDisk.stamps = std::move(backups.stamps);
+  state.onDisk.backupsUnflushed = backups.copied > 0;
 
   const std::string directory = state.projectPath;
   const ReadResult exports = getExistingProject(wizard, exportsFile);
@@ -77,6 +99,7 @@ void readProject(Wizard& wizard, const Path& exportsFile, std::size_t dropped) {
   reportProjectRead(wizard, {.dropped = dropped,
                              .droppedAgain = gone ? static_cast<std::size_t>(exports.rows) : 0,
                              .backups = backups.copied,
+                             .backupsDeleted = backups.deleted,
                              .exports = {projectMark, exports, exportsFile},
                              .history = {historyFileName, history, historyFile},
                              .alarms = {alarmFileName, alarms, alarmFile},
@@ -89,7 +112,7 @@ void enterProject(Wizard& wizard) {
   state.projectPath = withoutTrailingSeparator(directory);
   const std::size_t dropped = dropTables(wizard);
   reportDropped(wizard, dropped);
-  if (directory.empty() || wouldNestWithoutEnd(state)) return;
+  if (directory.empty() || isBeingEntered(state) || !mayBeEntered(wizard, directory)) return;
   state.directoriesBeingEntered.push_back(state.projectPath);
   const Path exportsFile = wizard.platform.files.path(projectFile(wizard, projectMark));
   if (wizard.platform.files.fileExists(exportsFile)) readProject(wizard, exportsFile, dropped);
@@ -101,12 +124,23 @@ std::string projectFile(const Wizard& wizard, std::string_view name) {
   return wizard.state.projectPath + pathSeparator + std::string(name);
 }
 
+Path projectFolder(const Wizard& wizard) {
+  const std::string& path = wizard.state.projectPath;
+  // The root is all trailing separator: nothing is left of it.
+  return wizard.platform.files.path(path.empty() ? wizard.form.ProjectDir.text() : path);
+}
+
 void ProjectDir_Change(Wizard& wizard) {
   const std::size_t depth = wizard.state.directoriesBeingEntered.size();
+  if (depth == 0) wizard.state.refusedEntry.reset();
   try {
     enterProject(wizard);
+  } catch (const BackupFailure& failure) {
+    reportNotBackedUp(wizard, failure);
   } catch (const Failure& failure) {
     reportProjectNotRead(wizard, failure.what());
+  } catch (const std::bad_alloc&) {
+    reportProjectNotRead(wizard, "not enough memory");
   }
   wizard.state.directoriesBeingEntered.resize(depth);
 }

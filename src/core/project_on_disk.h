@@ -55,7 +55,8 @@ struct ProjectOnDisk {
   PackedTexts deviceNames;  ///< of the server
   /// Of properties with names of their own, by property name.
   std::map<std::string, PackedTexts, std::less<>> nameLists;
-  FolderStamps stamps;                        ///< by which a foreign change shows
+  FolderStamps stamps;            ///< by which a foreign change shows
+  bool backupsUnflushed = false;  ///< the entry has made backups that a power cut may still empty
   std::vector<ForeignChange> foreignChanges;  ///< that the last Done has found
 };
 

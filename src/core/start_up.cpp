@@ -2,6 +2,7 @@
 #include "core/start_up.h"
 
 #include "core/data_formats.h"
+#include "core/environment_values.h"
 #include "core/status.h"
 
 namespace kova {
@@ -22,11 +23,6 @@ std::array<std::string, 3> guidePromptTexts() {
       "Please Enter the number of device modules your device server will serve : "};
 }
 
-std::string homeDrive(const Environment& environment) {
-  const std::string drive = environment.variable("HOMEDRIVE");
-  return drive.empty() ? environment.homeFolder() : drive;
-}
-
 void setDefaultTexts(Form1& form) {
   form.NumDevices.setText("1");
   form.MaxValue.setText("100");
@@ -42,16 +38,17 @@ void setDefaultTexts(Form1& form) {
 void Form_Load(Wizard& wizard) {
   WizardState& state = wizard.state;
   Form1& form = wizard.form;
+  const Environment& environment = wizard.platform.environment;
   fillCombos(wizard);
-  state.homeDrive = homeDrive(wizard.platform.environment);
-  form.ProjectDir.setText(state.homeDrive + pathSeparator);
+  state.homeDrive = homeDrive(environment).text;
+  if (!state.homeDrive.empty()) form.ProjectDir.setText(state.homeDrive + pathSeparator);
   state.processTemplates = processTemplateRows();
   state.exportsFileName = "exports.csv";
   setDefaultTexts(form);
   state.deviceNames.assign(1, std::string());
   state.guideControls = {&form.ExportName, &form.LocalName, &form.NumDevices};
   state.guidePrompts = guidePromptTexts();
-  if (wizard.statusLine.sentence.empty()) reportStart(wizard);
+  reportStart(wizard, homeDrive(environment).notUsed + repositoryRoot(environment).notUsed);
 }
 
 }  // namespace kova

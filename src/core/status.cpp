@@ -33,20 +33,51 @@ std::string droppedSentence(std::size_t rows) {
   return counted(rows, "row", "rows") + " dropped by the change of directory. ";
 }
 
+std::string deletedPart(std::size_t backups) {
+  return counted(backups, "old backup", "old backups") + " deleted";
+}
+
 std::string readSentence(const WizardState& state, const ProjectRead& project) {
   const auto rows = [](std::int16_t count) { return static_cast<std::size_t>(count); };
   return "Project read: " + counted(rows(state.exportCount), "property", "properties") + ", " +
          counted(rows(state.historyCount), "history row", "history rows") + ", " +
          counted(rows(state.alarmCount), "alarm watch row", "alarm watch rows") + ", " +
          counted(rows(project.devices.result.rows), "device name", "device names") + "; " +
-         counted(project.backups, "backup", "backups") + " made.";
+         counted(project.backups, "backup", "backups") + " made" +
+         (project.backupsDeleted > 0 ? ", " + deletedPart(project.backupsDeleted) : "") + ".";
+}
+
+/// Where the rows have led, if that was too far.
+std::string refusedSentence(const WizardState& state) {
+  if (!state.refusedEntry) return {};
+  const auto& [exportName, tooDeep] = *state.refusedEntry;
+  return " Project " + exportName + " not read: " +
+         (tooDeep ? "too many projects lead to one another by the export names of their last rows"
+                  : "this export name of the last row is no plain name of a directory in " +
+                        state.homeDrive) +
+         ". Click into Project Directory and type the wanted directory.";
+}
+
+std::string backupTroubleSentence(const BackupFailure& failure) {
+  const std::string why = failure.file() + ": " + failure.what() + ". ";
+  switch (failure.trouble()) {
+    case BackupTrouble::notDeleted:
+      return "old backup " + why + "Delete the file or ask its owner to.";
+    case BackupTrouble::notReadable:
+      return "backup of " + why + "Move the file away or make it readable.";
+    case BackupTrouble::notCopied:
+      break;
+  }
+  return "backup of " + why +
+         "Move the file away, or see that the directory is writable and has room.";
 }
 
 /// Where and why a reader did not come to the end of a file; empty if it did or found no file.
 std::string stopSentence(const FileSystem& files, const FileRead& file) {
   const auto& stop = file.result.stop;
-  if (!stop) return {};
   const std::string name(file.name);
+  if (file.result.onlyLineFeeds) return " Nothing to read: no line of " + name + " ends in CR.";
+  if (!stop) return {};
   if (stop->line > 0) {
     return " Reading " + name + " stopped at line " + std::to_string(stop->line) + ": " +
            stop->reason + ".";
@@ -70,8 +101,12 @@ std::string statusText(const Wizard& wizard) {
   return wizard.statusLine.sentence + unwrittenSentence(wizard.state);
 }
 
-void reportStart(Wizard& wizard) {
-  report(wizard, "Type an export name to define its server or to open its project.");
+void reportStart(Wizard& wizard, const std::string& notUsed) {
+  std::string now = wizard.statusLine.sentence;
+  if (now.empty() && !wizard.state.homeDrive.empty()) {
+    now = "Type an export name to define its server or to open its project.";
+  }
+  report(wizard, notUsed + now);
 }
 
 void reportDropped(Wizard& wizard, std::size_t rows) {
@@ -85,7 +120,13 @@ void reportProjectRead(Wizard& wizard, const ProjectRead& project) {
        {&project.exports, &project.history, &project.alarms, &project.devices}) {
     text += stopSentence(wizard.platform.files, *file);
   }
-  report(wizard, text);
+  report(wizard, text + refusedSentence(wizard.state));
+}
+
+void reportNotBackedUp(Wizard& wizard, const BackupFailure& failure) {
+  const std::size_t deleted = failure.deleted();
+  report(wizard, "Project not read: " + backupTroubleSentence(failure) +
+                     (deleted > 0 ? " " + deletedPart(deleted) + "." : ""));
 }
 
 void reportProjectNotRead(Wizard& wizard, std::string_view reason) {
@@ -102,6 +143,10 @@ void reportProcessCommit(Wizard& wizard, const std::string& property) {
 
 void reportRemoval(Wizard& wizard, const std::string& property) {
   report(wizard, "Property " + property + " removed.");
+}
+
+void reportRepositoryNotUsed(Wizard& wizard, const std::string& notUsed) {
+  report(wizard, notUsed + "The tables are not copied.");
 }
 
 void reportForeignChanges(Wizard& wizard) {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,12 @@ struct ProcessTemplate {
   std::string access;
 };
 
+/// A directory that a row led to and that was not entered.
+struct RefusedEntry {
+  std::string exportName;  ///< of the row
+  bool tooDeep = false;    ///< too many projects led to it; else it lies outside the home drive
+};
+
 /// Lives as long as the main window. What lasts beyond is in the project's tables.
 struct WizardState {
   /// The properties; rows 0 to `exportCount` - 1 are live. The one at `exportCount` is the stage,
@@ -46,7 +53,7 @@ struct WizardState {
 
   std::string projectPath;  ///< project directory in use, without a trailing separator
   std::string exportsFileName;
-  std::string homeDrive;
+  std::string homeDrive;  ///< empty if the environment tells none that can be used
 
   bool projectDirEdited = false;    ///< the export name no longer drives the directory
   bool localNameEdited = false;     ///< the export name no longer drives the local name
@@ -61,6 +68,7 @@ struct WizardState {
   bool quitInProgress = false;
 
   std::vector<std::string> directoriesBeingEntered;  ///< nested project entries, outermost first
+  std::optional<RefusedEntry> refusedEntry;          ///< within the last of the outermost ones
 
   ProjectOnDisk onDisk;
 };

@@ -53,7 +53,7 @@ std::string_view withoutPrefix(std::string_view exportName) {
 
 void ExportName_Change(Wizard& wizard) {
   if (!wizard.state.localNameEdited) deriveLocalName(wizard);
-  if (!wizard.state.projectDirEdited) {
+  if (!wizard.state.projectDirEdited && !wizard.state.homeDrive.empty()) {
     wizard.form.ProjectDir.setText(wizard.state.homeDrive + pathSeparator +
                                    wizard.form.ExportName.text());
   }

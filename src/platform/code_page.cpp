@@ -3,9 +3,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <clocale>
-#include <cstdlib>
-#include <cwchar>
 
 namespace kova {
 
@@ -21,17 +18,9 @@ constexpr std::array<char32_t, 32> windowsCharacters{
     0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 constexpr char32_t noCharacter = 0xFFFFFFFF;
-// Where bytes go whose own number is another byte's character; nobody types these.
-constexpr char32_t privateUse = 0xF700;
 
 bool isSurrogate(char32_t character) {
   return character >= 0xD800 && character <= 0xDFFF;
-}
-
-char32_t localeCharacter(unsigned byte) {
-  const std::wint_t character = std::btowc(static_cast<int>(byte));
-  if (character == WEOF || isSurrogate(character)) return noCharacter;
-  return character;
 }
 
 void appendUtf8(std::string& utf8, char32_t character) {
@@ -80,24 +69,6 @@ CodePage CodePage::windows1252() {
   for (unsigned byte = 0; byte < page.characters_.size(); ++byte) page.characters_.at(byte) = byte;
   std::copy(windowsCharacters.begin(), windowsCharacters.end(),
             page.characters_.begin() + upperHalf);
-  return page;
-}
-
-CodePage CodePage::ofLocale() {
-  if (std::setlocale(LC_ALL, "") == nullptr || MB_CUR_MAX != 1) return windows1252();
-  CodePage page;
-  auto& characters = page.characters_;
-  for (unsigned byte = 0; byte < characters.size(); ++byte) {
-    characters.at(byte) = byte < upperHalf ? byte : localeCharacter(byte);
-  }
-  const auto lacking = std::count(characters.begin() + upperHalf, characters.end(), noCharacter);
-  if (lacking > static_cast<std::ptrdiff_t>(upperHalf) / 2) return windows1252();
-  for (unsigned byte = upperHalf; byte < characters.size(); ++byte) {
-    if (characters.at(byte) != noCharacter) continue;
-    const bool free = std::find(characters.begin(), characters.end(), byte) == characters.end();
-    characters.at(byte) = free ? byte : privateUse + byte;
-  }
-  page.ownFileNames_ = true;
   return page;
 }
 

@@ -14,10 +14,15 @@ class CodePage {
  public:
   /// Windows-1252; its five unassigned bytes stand for the control characters of the same number.
   static CodePage windows1252();
-  /// Code page of the process's locale if that is single-byte with more than ASCII, else
-  /// Windows-1252. Sets the locale of the process from its environment.
+  /// The Windows code page of this number by the C library's table, Windows-1252 if the library has
+  /// none. A byte that is no character there stands for one that no other byte has.
+  static CodePage windows(int number);
+  /// Code page of the process's locale if that is single-byte with more than ASCII, else the
+  /// Windows code page of its language. Sets the locale of the process from its environment.
   static CodePage ofLocale();
 
+  /// What people call it: "Windows-1252".
+  const std::string& name() const { return name_; }
   /// Unicode value of a byte.
   char32_t character(char byte) const { return characters_[static_cast<unsigned char>(byte)]; }
   /// Byte of a Unicode character, "?" if the code page has none.
@@ -28,10 +33,17 @@ class CodePage {
   /// A text as the machine spells file names and environment values, and back.
   std::string toNative(std::string_view text) const;
   std::string fromNative(std::string_view native) const;
+  /// `native` comes back unchanged from the way to a text.
+  bool survives(std::string_view native) const { return toNative(fromNative(native)) == native; }
 
  private:
+  std::string name_ = "Windows-1252";
   std::array<char32_t, 256> characters_{};
   bool ownFileNames_ = false;  ///< those of the locale are the text's own bytes, not UTF-8
 };
+
+/// Number of the Windows code page that desktop systems in the language of `locale` use: 1250 for
+/// "pl_PL.UTF-8". 1252 for a name that tells no language, such as "C".
+int windowsPageOf(std::string_view locale);
 
 }  // namespace kova

@@ -55,12 +55,16 @@ struct OutputFile {
   virtual ~OutputFile() = default;
   /// Appends all of `content`. Throws Failure, also for a short write.
   virtual void write(std::string_view content) = 0;
-  /// Flushes to the disk and takes the target's place. Throws Failure; the target is then as
-  /// before.
+  /// Brings what was written so far to the disk, with the rights of the file whose place it will
+  /// take. May take seconds: a lock is had behind it, not ahead of it. Throws Failure.
+  virtual void flush() = 0;
+  /// Takes the target's place, after a flush of what is not flushed yet. The new name outlasts a
+  /// loss of power once its folder is flushed. Throws Failure; the target is then as before.
   virtual void close() = 0;
 };
 
-/// Keeps other wizards from replacing files of a folder for as long as it lives.
+/// Keeps other wizards from replacing files of a folder for as long as it lives. Holds nothing
+/// where folders can't be locked.
 struct FolderLock {
   virtual ~FolderLock() = default;
 };
@@ -77,15 +81,20 @@ struct FileSystem {
   /// A folder, links followed; false for anything else and for what can't be looked at.
   virtual bool folderExists(const Path& folder) const = 0;
   /// Whole content of a plain file. Throws Failure if there is none to read, if it is no plain file
-  /// (a pipe never makes the wizard wait) or if it is larger than 256 MiB.
+  /// (a pipe never makes the wizard wait), if it is larger than 64 MiB or if memory runs out.
   virtual std::string read(const Path& file) const = 0;
   /// Starts a new content for `file`, which need not exist; its folder must. The permissions of an
   /// existing file stay, and a link keeps pointing to its file, which is what gets the content.
   virtual std::unique_ptr<OutputFile> create(const Path& file) = 0;
-  /// Makes one folder; its parent must exist.
+  /// Makes one folder, whose name outlasts a loss of power; its parent must exist.
   virtual void createFolder(const Path& folder) = 0;
-  /// Plain copy with bytes, permissions and modification time, whole or not there; replaces `to`.
+  /// Plain copy with bytes, rights and modification time, whole or not there; replaces `to`. Nobody
+  /// may read the copy who may not read `from`: rights that can't be kept are lost. It outlasts a
+  /// loss of power once `flushAll` has been called; a `to` that it replaces is not lost before.
   virtual void copy(const Path& from, const Path& to) = 0;
+  /// As `copy`, but it replaces nothing and outlasts a loss of power at once. False if there is an
+  /// entry `to` already.
+  virtual bool copyAside(const Path& from, const Path& to) = 0;
   /// Removes the entry itself: of a link the link, not what it points to.
   virtual void remove(const Path& file) = 0;
   /// Names of the folder's plain files in the machine's own form, sorted by their bytes. Hidden
@@ -93,11 +102,22 @@ struct FileSystem {
   virtual std::vector<std::string> plainFiles(const Path& folder) const = 0;
   /// State of a file, links followed; nothing if there is no such file.
   virtual std::optional<FileStamp> stamp(const Path& file) const = 0;
-  /// Waits a few seconds at most for another wizard that holds `folder`. Leaves no trace on disk.
-  /// Null where the lock can't be had: then it is as if the other wizard were not there.
+  /// True if the folder's file system can hold a file of this name, in the machine's own form.
+  virtual bool nameFits(const Path& folder, std::string_view name) const = 0;
+  /// True if two names that differ only in case are one in `folder`, as a short-lived hidden file
+  /// shows. Throws Failure if none can be made.
+  virtual bool ignoresCase(const Path& folder) const = 0;
+  /// Waits for another wizard that holds `folder`. Leaves no trace on disk. Null if the other one
+  /// has held it for 3 seconds: then it is as if it were not there.
   virtual std::unique_ptr<FolderLock> lock(const Path& folder) = 0;
   /// Makes the names in `folder` outlast a loss of power.
   virtual void flushFolder(const Path& folder) = 0;
+  /// Makes all that has been written to the file system of `folder` so far outlast a loss of power,
+  /// names included; where that can't be had, the plain files of `folder` and its names.
+  virtual void flushAll(const Path& folder) = 0;
+  /// Removes the hidden files that killed wizards have left in `folder`. What somebody holds, what
+  /// is not certainly a wizard's and what can't be removed stays.
+  virtual void removeLeftovers(const Path& folder) = 0;
 };
 
 /// `file` holds `content` afterwards, or, if this throws, what it held before.

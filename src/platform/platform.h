@@ -13,11 +13,16 @@ namespace kova {
 /// Names and values around the process.
 struct Environment {
   virtual ~Environment() = default;
-  /// Value of a variable as wizard text; empty if it is not set.
+  /// Value of a variable as wizard text; empty if it is not set or unusable.
   virtual std::string variable(const std::string& name) const = 0;
+  /// A variable is set to a value that wizard text can't tell without altering it.
+  virtual bool isUnusable(const std::string& name) const = 0;
   /// Where projects lie unless the environment names a drive: the engineer's home directory (the
-  /// environment's, else the account's), or "C:" on a system with drives.
+  /// environment's, else the account's), or "C:" on a system with drives. Empty if wizard text can
+  /// tell none of them.
   virtual std::string homeFolder() const = 0;
+  /// Name of the code page that wizard text is in, for messages.
+  virtual std::string codePageName() const = 0;
 };
 
 /// Time of day.

@@ -3,13 +3,15 @@
 #include <sys/file.h>
 
 #include <algorithm>
-#include <array>
+#include <cctype>
 #include <chrono>
 #include <csignal>
+#include <new>
 #include <thread>
 
 #include "platform/posix.h"
 #include "platform/posix_output_file.h"
+#include "platform/posix_rights.h"
 
 namespace kova {
 
@@ -19,7 +21,7 @@ using posix::checked;
 using posix::Descriptor;
 using posix::fail;
 
-constexpr std::size_t largestFile = std::size_t{256} << 20U;
+constexpr std::size_t largestFile = std::size_t{64} << 20U;
 constexpr std::size_t readAhead = std::size_t{64} << 10U;
 constexpr int lockAttempts = 300;
 
@@ -67,15 +69,79 @@ bool isPlainFile(int folder, const dirent& entry) {
   return ::fstatat(folder, entry.d_name, &state, 0) == 0 && S_ISREG(state.st_mode);
 }
 
+std::string readWhole(const Path& file) {
+  struct stat state {};
+  const Descriptor source = openPlainFile(file.native, state);
+  std::string content;
+  std::size_t filled = 0;
+  // One byte more than expected tells a file that has grown.
+  std::size_t room = std::min(static_cast<std::size_t>(state.st_size), largestFile) + 1;
+  for (;;) {
+    if (filled == content.size()) {
+      if (filled > largestFile) throw Failure("The file is larger than 64 MiB");
+      content.resize(filled + std::exchange(room, readAhead));
+    }
+    const std::size_t count = readSome(source, content.data() + filled, content.size() - filled);
+    if (count == 0) break;
+    filled += count;
+  }
+  content.resize(filled);
+  return content;
+}
+
+// A copy that stands under a hidden name still, which follows the source, so that what a killed run
+// has left is used by the next copy of the same file, whatever name that copy takes.
+std::unique_ptr<posix::HiddenFile> hiddenCopy(const Path& from, const Path& to) {
+  struct stat state {};
+  const Descriptor source = openPlainFile(from.native, state);
+  auto hidden = std::make_unique<posix::HiddenFile>(to.parent(), from.leaf());
+  copyBytes(source, hidden->descriptor(), state.st_size);
+  posix::keepRightsOrFewer(posix::rightsOf(state, source), hidden->descriptor());
+  posix::keepTimes(state, hidden->descriptor());
+  return hidden;
+}
+
+Descriptor openFolder(const Path& folder) {
+  constexpr int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+  return Descriptor(posix::uninterrupted(::open, folder.native.c_str(), flags));
+}
+
+Path parentOf(const Path& folder) {
+  const auto end = folder.native.find_last_not_of(pathSeparator) + 1;
+  const Path parent = Path{folder.native.substr(0, end)}.parent();
+  return parent.native.empty() ? Path{"."} : parent;
+}
+
+// What this account can't read it has not written either.
+void flushIfReadable(const Path& file) {
+  constexpr int flags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
+  const Descriptor open(posix::uninterrupted(::open, file.native.c_str(), flags));
+  if (open.open()) checked(::fsync, open.number());
+  if (!open.open() && errno != EACCES && errno != ENOENT) fail(errno);
+}
+
+bool isNotPossibleHere(int error) {
+  return error == EINVAL || error == ENOSYS || error == ENOTSUP || error == EOPNOTSUPP;
+}
+
+std::string inOtherCase(std::string name) {
+  const auto other = [](unsigned char c) {
+    return std::islower(c) ? std::toupper(c) : std::tolower(c);
+  };
+  std::transform(name.begin(), name.end(), name.begin(), other);
+  return name;
+}
+
 // The folder itself is what is locked, so that nothing is left behind however the program ends.
 class PosixFolderLock final : public FolderLock {
  public:
   explicit PosixFolderLock(Descriptor folder) : folder_(std::move(folder)) {}
+  // False if somebody else holds it all the while.
   bool hold() const {
     constexpr std::chrono::milliseconds pause(10);
     for (int attempt = 0; attempt < lockAttempts; ++attempt) {
       if (::flock(folder_.number(), LOCK_EX | LOCK_NB) == 0) return true;
-      if (errno != EWOULDBLOCK && errno != EINTR) return false;
+      if (errno != EWOULDBLOCK && errno != EINTR) return true;
       std::this_thread::sleep_for(pause);
     }
     return false;
@@ -106,43 +172,39 @@ class PosixFileSystem final : public FileSystem {
   bool folderExists(const Path& folder) const override { return hasType(folder, S_IFDIR); }
 
   std::string read(const Path& file) const override {
-    struct stat state {};
-    const Descriptor source = openPlainFile(file.native, state);
-    std::string content;
-    std::size_t filled = 0;
-    // One byte more than expected tells a file that has grown.
-    std::size_t room = std::min(static_cast<std::size_t>(state.st_size), largestFile) + 1;
-    for (;;) {
-      if (filled == content.size()) {
-        if (filled > largestFile) throw Failure("The file is larger than 256 MiB");
-        content.resize(filled + std::exchange(room, readAhead));
-      }
-      const std::size_t count = readSome(source, content.data() + filled, content.size() - filled);
-      if (count == 0) break;
-      filled += count;
+    try {
+      return readWhole(file);
+    } catch (const std::bad_alloc&) {
+      throw Failure("not enough memory");
     }
-    content.resize(filled);
-    return content;
   }
 
   std::unique_ptr<OutputFile> create(const Path& file) override {
     return posix::openOutputFile(file, newFileMode_);
   }
 
-  void createFolder(const Path& folder) override { checked(::mkdir, folder.native.c_str(), 0777U); }
+  void createFolder(const Path& folder) override {
+    checked(::mkdir, folder.native.c_str(), 0777U);
+    if (const Descriptor names = openFolder(parentOf(folder)); names.open()) return flush(names);
+    // Whoever may add to a folder may not always read it.
+    if (errno != EACCES) fail(errno);
+    flushAll(folder);
+  }
 
-  // The hidden name follows the source, so that what a killed run has left is used by the next copy
-  // of the same file, whatever name that copy takes.
   void copy(const Path& from, const Path& to) override {
+    const auto hidden = hiddenCopy(from, to);
     struct stat state {};
-    const Descriptor source = openPlainFile(from.native, state);
-    posix::HiddenFile hidden(to.parent(), from.leaf());
-    const Descriptor& target = hidden.descriptor();
-    copyBytes(source, target, state.st_size);
-    checked(::fchmod, target.number(), state.st_mode & 0777U);
-    const std::array times{state.st_atim, state.st_mtim};
-    checked(::futimens, target.number(), times.data());
-    hidden.takePlaceOf(to.native);
+    const bool replaces = ::lstat(to.native.c_str(), &state) == 0;
+    if (replaces) checked(::fsync, hidden->descriptor().number());
+    hidden->takePlaceOf(to.native);
+  }
+
+  bool copyAside(const Path& from, const Path& to) override {
+    const auto hidden = hiddenCopy(from, to);
+    checked(::fsync, hidden->descriptor().number());
+    if (!hidden->takeFreePlace(to.native)) return false;
+    flushFolder(to.parent());
+    return true;
   }
 
   void remove(const Path& file) override { checked(::unlink, file.native.c_str()); }
@@ -173,21 +235,53 @@ class PosixFileSystem final : public FileSystem {
   }
 
   std::unique_ptr<FolderLock> lock(const Path& folder) override {
-    auto lock = std::make_unique<PosixFolderLock>(
-        Descriptor(::open(folder.native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
+    auto lock = std::make_unique<PosixFolderLock>(openFolder(folder));
     return lock->hold() ? std::move(lock) : nullptr;
   }
 
-  void flushFolder(const Path& folder) override {
-    const Descriptor names(
-        checked(::open, folder.native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    // EINVAL: a file system on which folders need no flush of their own.
-    if (posix::uninterrupted(::fsync, names.number()) != 0 && errno != EINVAL) {
-      fail(errno);
-    }
+  bool nameFits(const Path& folder, std::string_view name) const override {
+    const auto limit = posix::nameLimit(folder);
+    if (name.empty() || (limit && name.size() > *limit)) return false;
+    struct stat state {};
+    if (::lstat((folder / name).native.c_str(), &state) == 0) return true;
+    // Some file systems count characters of their own and have more that a name must not hold.
+    return errno != ENAMETOOLONG && errno != EINVAL && errno != EILSEQ;
   }
 
+  bool ignoresCase(const Path& folder) const override {
+    const posix::HiddenFile hidden(folder, "case");
+    const Path path{hidden.path()};
+    const Path other = folder / inOtherCase(path.leaf());
+    struct stat made {};
+    struct stat seen {};
+    checked(::lstat, path.native.c_str(), &made);
+    return ::lstat(other.native.c_str(), &seen) == 0 && seen.st_dev == made.st_dev &&
+           seen.st_ino == made.st_ino;
+  }
+
+  void flushFolder(const Path& folder) override {
+    const Descriptor names = openFolder(folder);
+    if (!names.open()) fail(errno);
+    flush(names);
+  }
+
+  void flushAll(const Path& folder) override {
+    const Descriptor names = openFolder(folder);
+    if (!names.open()) fail(errno);
+    if (posix::uninterrupted(::syncfs, names.number()) == 0) return;
+    if (!isNotPossibleHere(errno)) fail(errno);
+    for (const auto& name : plainFiles(folder)) flushIfReadable(folder / name);
+    flush(names);
+  }
+
+  void removeLeftovers(const Path& folder) override { posix::removeLeftovers(folder); }
+
  private:
+  // EINVAL: a file system on which folders need no flush of their own.
+  static void flush(const Descriptor& folder) {
+    if (posix::uninterrupted(::fsync, folder.number()) != 0 && errno != EINVAL) fail(errno);
+  }
+
   const CodePage& codePage_;
   mode_t newFileMode_ = newFileMode();
 };

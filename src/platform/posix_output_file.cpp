@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/posix_output_file.h"
 
+#include <dirent.h>
 #include <sys/file.h>
-#include <sys/xattr.h>
 
 #include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <system_error>
-#include <vector>
+
+#include "platform/posix_rights.h"
 
 namespace kova::posix {
 
@@ -16,8 +17,30 @@ namespace {
 
 constexpr int hiddenNames = 8;
 constexpr int lockAttempts = 100;
-// Leaves room for the dot and the number within the 255 bytes of a name.
-constexpr std::size_t longestLeaf = 250;
+// No other program's files are called like this.
+constexpr std::string_view hiddenMark = ".kova~";
+constexpr std::size_t usualNameLimit = 255;  // bytes
+
+// What stands ahead of the number in the hidden names for `leaf`: of a long name only the
+// beginning, without half a character, which some file systems refuse.
+std::string hiddenStem(const Path& folder, std::string_view leaf) {
+  constexpr std::size_t dotAndNumber = 2;
+  const std::size_t longest =
+      nameLimit(folder).value_or(usualNameLimit) - hiddenMark.size() - dotAndNumber;
+  if (leaf.size() > longest) {
+    std::size_t end = longest;
+    while (end > 0 && (static_cast<unsigned char>(leaf[end]) & 0xC0U) == 0x80U) --end;
+    leaf = leaf.substr(0, end);
+  }
+  return ("." + std::string(leaf)).append(hiddenMark);
+}
+
+bool isHiddenName(std::string_view name) {
+  if (name.size() < hiddenMark.size() + 3 || name.front() != '.') return false;
+  const char number = name.back();
+  name.remove_suffix(1);
+  return name.ends_with(hiddenMark) && number >= '1' && number < '1' + hiddenNames;
+}
 
 // State of an open file, if `name` is still its name.
 std::optional<struct stat> stateIfNamed(const Descriptor& file, const std::string& name) {
@@ -77,24 +100,13 @@ void checkMayBeWritten(const std::string& name) {
   if (::faccessat(AT_FDCWD, name.c_str(), W_OK, AT_EACCESS) != 0) fail(errno);
 }
 
-void keepAccessList(const std::string& from, const Descriptor& to) {
-  constexpr const char* attribute = "system.posix_acl_access";
-  const auto size = ::getxattr(from.c_str(), attribute, nullptr, 0);
-  if (size <= 0) return;
-  std::vector<char> list(static_cast<std::size_t>(size));
-  checked(::getxattr, from.c_str(), attribute, list.data(), list.size());
-  checked(::fsetxattr, to.number(), attribute, list.data(), list.size(), 0);
-}
-
-// The owner stays only where this account may give files away, the group where it belongs to it.
-void keepOwner(const struct stat& former, const Descriptor& file) {
-  struct stat state {};
-  checked(::fstat, file.number(), &state);
-  const auto give = [&](uid_t owner, gid_t group) {
-    if (::fchown(file.number(), owner, group) != 0 && errno != EPERM) fail(errno);
-  };
-  if (state.st_gid != former.st_gid) give(static_cast<uid_t>(-1), former.st_gid);
-  if (state.st_uid != former.st_uid) give(former.st_uid, static_cast<gid_t>(-1));
+// Somebody who has the file open holds it. Where there are no locks nobody can be told from a
+// killed run, and everything stays.
+void removeIfLeft(const std::string& hidden) {
+  const Descriptor file(::open(hidden.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+  if (!file.open() || ::flock(file.number(), LOCK_EX | LOCK_NB) != 0) return;
+  const auto state = stateIfNamed(file, hidden);
+  if (state && S_ISREG(state->st_mode) && state->st_nlink == 1) ::unlink(hidden.c_str());
 }
 
 class PosixOutputFile final : public OutputFile {
@@ -104,18 +116,24 @@ class PosixOutputFile final : public OutputFile {
         newFileMode_(newFileMode),
         hidden_(target.parent(), target.leaf()) {}
 
-  void write(std::string_view content) override { writeAll(hidden_.descriptor(), content); }
+  void write(std::string_view content) override {
+    flushed_ = false;
+    writeAll(hidden_.descriptor(), content);
+  }
+
+  void flush() override {
+    const Descriptor& file = hidden_.descriptor();
+    if (const auto former = plainFileState(target_)) {
+      keepRights(rightsOf(*former, target_), file);
+    } else {
+      setNewMode(file, newFileMode_);
+    }
+    checked(::fsync, file.number());
+    flushed_ = true;
+  }
 
   void close() override {
-    const Descriptor& file = hidden_.descriptor();
-    const auto former = plainFileState(target_);
-    if (former) {
-      keepOwner(*former, file);
-      keepAccessList(target_, file);
-    }
-    const mode_t mode = former ? former->st_mode & 07777U : newFileMode_;
-    checked(::fchmod, file.number(), mode);
-    checked(::fsync, file.number());
+    if (!flushed_) flush();
     hidden_.takePlaceOf(target_);
     hidden_.removeLeftovers();
   }
@@ -124,12 +142,19 @@ class PosixOutputFile final : public OutputFile {
   std::string target_;
   mode_t newFileMode_;
   HiddenFile hidden_;
+  bool flushed_ = false;
 };
 
 }  // namespace
 
+std::optional<std::size_t> nameLimit(const Path& folder) {
+  const std::string name = folder.native.empty() ? "." : folder.native;
+  const auto limit = ::pathconf(name.c_str(), _PC_NAME_MAX);
+  return limit > 0 ? std::optional(static_cast<std::size_t>(limit)) : std::nullopt;
+}
+
 HiddenFile::HiddenFile(const Path& folder, std::string_view leaf)
-    : stem_((folder / ".").native.append(leaf.substr(0, longestLeaf)) + '~') {
+    : stem_((folder / hiddenStem(folder, leaf)).native) {
   int firstError = 0;
   for (int number = 1; number <= hiddenNames; ++number) {
     const int error = take(number);
@@ -178,23 +203,53 @@ std::string HiddenFile::name(int number) const {
   return stem_ + std::to_string(number);
 }
 
-void HiddenFile::takePlaceOf(const std::string& target) {
+void HiddenFile::close() const {
   // Closing a second descriptor tells what a close would tell, while the lock stays.
   const int second = checked(::fcntl, descriptor_.number(), F_DUPFD_CLOEXEC, 0);
   if (::close(second) != 0 && errno != EINTR) fail(errno);
-  checked(::rename, name(number_).c_str(), target.c_str());
+}
+
+void HiddenFile::takePlaceOf(const std::string& target) {
+  close();
+  checked(::rename, path().c_str(), target.c_str());
   placed_ = true;
+}
+
+bool HiddenFile::takeFreePlace(const std::string& target) {
+  close();
+  constexpr unsigned replaceNothing = RENAME_NOREPLACE;
+  if (::renameat2(AT_FDCWD, path().c_str(), AT_FDCWD, target.c_str(), replaceNothing) == 0) {
+    return placed_ = true;
+  }
+  if (errno == EEXIST) return false;
+  // Some file systems can't do both at once.
+  if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP) fail(errno);
+  struct stat state {};
+  if (::lstat(target.c_str(), &state) == 0) return false;
+  if (errno != ENOENT) fail(errno);
+  takePlaceOf(target);
+  return true;
 }
 
 void HiddenFile::removeLeftovers() const {
   for (int number = 1; number <= hiddenNames; ++number) {
     if (number == number_) continue;
     const std::string hidden = name(number);
-    const Descriptor file(::open(hidden.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-    if (!file.open() && errno == ENOENT && number > number_) return;
-    if (!file.open() || ::flock(file.number(), LOCK_EX | LOCK_NB) != 0) continue;
-    const auto state = stateIfNamed(file, hidden);
-    if (state && S_ISREG(state->st_mode)) ::unlink(hidden.c_str());
+    struct stat state {};
+    if (::lstat(hidden.c_str(), &state) == 0) {
+      removeIfLeft(hidden);
+    } else if (number > number_) {
+      return;
+    }
+  }
+}
+
+void removeLeftovers(const Path& folder) {
+  const auto close = [](DIR* open) { ::closedir(open); };
+  const std::unique_ptr<DIR, decltype(close)> entries(::opendir(folder.native.c_str()), close);
+  if (!entries) return;
+  while (const dirent* entry = ::readdir(entries.get())) {
+    if (isHiddenName(entry->d_name)) removeIfLeft((folder / entry->d_name).native);
   }
 }
 

@@ -5,7 +5,9 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,14 +27,19 @@ class HiddenFile {
   ~HiddenFile();
 
   const Descriptor& descriptor() const { return descriptor_; }
+  /// Where it stands.
+  std::string path() const { return name(number_); }
   /// Renames the file to `target`, which it replaces.
   void takePlaceOf(const std::string& target);
+  /// Renames the file to `target`; false if there is an entry of that name.
+  bool takeFreePlace(const std::string& target);
   /// Removes what killed runs have left under the other names, unless another wizard uses it.
   void removeLeftovers() const;
 
  private:
   // 0, or the error for which the name can't be had.
   int take(int number);
+  void close() const;
   std::string name(int number) const;
 
   std::string stem_;
@@ -41,6 +48,10 @@ class HiddenFile {
   bool placed_ = false;
 };
 
+/// Length of the longest name in `folder`, in bytes; nothing if there is no limit.
+std::optional<std::size_t> nameLimit(const Path& folder);
+/// Removes hidden files of any name that killed runs have left in `folder`.
+void removeLeftovers(const Path& folder);
 /// New content for `file`; `newFileMode` is for a file that does not exist yet.
 std::unique_ptr<OutputFile> openOutputFile(const Path& file, mode_t newFileMode);
 

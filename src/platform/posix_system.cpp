@@ -23,16 +23,29 @@ class PosixEnvironment final : public Environment {
 
   std::string variable(const std::string& name) const override {
     const char* value = std::getenv(name.c_str());
-    return value == nullptr ? std::string() : codePage_.fromNative(value);
+    return value == nullptr ? std::string() : textOf(value);
+  }
+
+  bool isUnusable(const std::string& name) const override {
+    const char* value = std::getenv(name.c_str());
+    return value != nullptr && !codePage_.survives(value);
   }
 
   std::string homeFolder() const override {
     if (std::string home = variable("HOME"); !home.empty()) return home;
     const passwd* account = ::getpwuid(::getuid());
-    return account == nullptr ? "/" : codePage_.fromNative(account->pw_dir);
+    if (account != nullptr && *account->pw_dir != '\0') return textOf(account->pw_dir);
+    // Projects meant for a home that can't be told are not to end up in the root.
+    return isUnusable("HOME") ? "" : "/";
   }
 
+  std::string codePageName() const override { return codePage_.name(); }
+
  private:
+  std::string textOf(const char* native) const {
+    return codePage_.survives(native) ? codePage_.fromNative(native) : std::string();
+  }
+
   const CodePage& codePage_;
 };
 

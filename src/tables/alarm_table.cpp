@@ -36,18 +36,17 @@ bool hasNames(const AlarmWatchRecord& row) {
 
 ReadResult ReadAlarmWatchFile(const FileSystem& files, const Path& file, AlarmTable& alarmTable,
                               std::int16_t& alarmCount) {
-  ReadResult result;
   RowReader reader(columns);
-  result.stop = readTable(
+  ReadResult result = readTable(
       files, file, [&](std::string_view header) { reader.findColumns(header); },
-      [&](const CsvFields& fields) {
+      [&](const CsvFields& fields, std::int16_t rows) {
         // A line without names takes no row, also where there is none left.
         const bool named = !reader.field(fields, &AlarmWatchRecord::propertyName).empty() &&
                            !reader.field(fields, &AlarmWatchRecord::localName).empty();
-        if (!named && result.rows >= tableRows) return;
-        checkRoom(result.rows);
-        reader.fill(alarmTable[static_cast<std::size_t>(result.rows)], fields);
-        if (named) ++result.rows;
+        if (!named && rows >= tableRows) return false;
+        checkRoom(rows);
+        reader.fill(alarmTable[static_cast<std::size_t>(rows)], fields);
+        return named;
       });
   alarmCount = result.rows;
   return result;

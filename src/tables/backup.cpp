@@ -1,40 +1,145 @@
 // SPDX-License-Identifier: MIT
 #include "tables/backup.h"
 
+#include <algorithm>
 #include <charconv>
+#include <optional>
 #include <system_error>
+#include <utility>
 
 namespace kova {
 
 namespace {
 
-// Of the year 1973; smaller numbers are numbers of channels, days, versions.
-constexpr std::int32_t smallestStamp = 100'000'000;
-constexpr std::size_t stampDigits = 10;
+// Ten digits, from the year 2001 on. Smaller numbers are numbers of channels, days, versions.
+constexpr std::int32_t smallestOldStamp = 1'000'000'000;
 
 std::string_view baseOf(std::string_view name) {
   return name.substr(0, name.find('.'));
 }
 
-// The number behind the last dash, if it is one of the size of a stamp.
-std::optional<std::int32_t> stampOf(std::string_view base) {
+// The name of a backup, taken apart.
+struct StampedName {
+  std::string original;
+  std::int32_t stamp = 0;
+};
+
+std::optional<StampedName> takeApart(std::string_view name) {
+  const auto base = baseOf(name);
   const auto dash = base.rfind('-');
   if (dash == std::string_view::npos) return std::nullopt;
   const auto digits = base.substr(dash + 1);
   const auto* const end = digits.data() + digits.size();
   std::int32_t stamp = 0;
   const auto read = std::from_chars(digits.data(), end, stamp);
-  const bool whole = read.ec == std::errc() && read.ptr == end && digits.size() <= stampDigits;
-  return whole && stamp >= smallestStamp ? std::optional(stamp) : std::nullopt;
+  const bool whole = read.ec == std::errc() && read.ptr == end;
+  if (!whole || (digits.size() > 1 && digits.front() == '0')) return std::nullopt;
+  return StampedName{std::string(base.substr(0, dash)).append(name.substr(base.size())), stamp};
 }
+
+// One walk through a folder.
+class Walk {
+ public:
+  Walk(FileSystem& files, const Clock& clock, const Path& directory,
+       const std::function<void(std::size_t)>& progress)
+      : files_(files), clock_(clock), directory_(directory), progress_(progress) {}
+
+  BackupResult run() {
+    const std::int32_t now = clock_.unixTime();
+    const auto names = files_.plainFiles(directory_);
+    std::vector<const std::string*> inUse;
+    // Old backups go first, so that a full disk has room for the new ones.
+    for (const auto& name : names) {
+      const auto verdict = classify(name, names, now);
+      if (verdict == FileVerdict::inUse) {
+        inUse.push_back(&name);
+        continue;
+      }
+      if (verdict == FileVerdict::backupDeleted) remove(name);
+      countFile();
+    }
+    for (const auto* name : inUse) {
+      copy(*name);
+      countFile();
+    }
+    return std::move(result_);
+  }
+
+ private:
+  void remove(const std::string& name) {
+    try {
+      files_.remove(directory_ / name);
+    } catch (const Failure& failure) {
+      throw BackupFailure(failure, BackupTrouble::notDeleted, name, result_.deleted);
+    }
+    ++result_.deleted;
+  }
+
+  void copy(const std::string& name) {
+    const Path file = directory_ / name;
+    const Path backup = directory_ / backupName(name, clock_.unixTime());
+    try {
+      // Looked at ahead of the copy, so that a change in between shows as one.
+      if (const auto stamp = files_.stamp(file)) {
+        result_.stamps.emplace_hint(result_.stamps.end(), name, *stamp);
+      }
+      const bool isNew = !files_.fileExists(backup);
+      files_.copy(file, backup);
+      if (isNew) added_.emplace_back(backup, files_.stamp(backup));
+    } catch (const Failure& failure) {
+      takeBack();
+      const auto trouble = canBeRead(file) ? BackupTrouble::notCopied : BackupTrouble::notReadable;
+      throw BackupFailure(failure, trouble, name, result_.deleted);
+    }
+    ++result_.copied;
+  }
+
+  // Else every try to read a project that can't be read would leave a set of copies behind.
+  void takeBack() {
+    for (const auto& [backup, made] : added_) {
+      try {
+        // Another wizard may have put its own copy there within the same second.
+        if (files_.stamp(backup) == made) files_.remove(backup);
+      } catch (const Failure&) {
+        continue;  // the others can go all the same
+      }
+    }
+  }
+
+  bool canBeRead(const Path& file) const {
+    try {
+      files_.read(file);
+    } catch (const Failure&) {
+      return false;
+    }
+    return true;
+  }
+
+  void countFile() {
+    ++done_;
+    if (progress_) progress_(done_);
+  }
+
+  FileSystem& files_;
+  const Clock& clock_;
+  const Path& directory_;
+  const std::function<void(std::size_t)>& progress_;
+  BackupResult result_;
+  std::vector<std::pair<Path, std::optional<FileStamp>>> added_;
+  std::size_t done_ = 0;
+};
 
 }  // namespace
 
-FileVerdict classify(std::string_view name, std::int32_t now) {
-  const auto stamp = stampOf(baseOf(name));
-  if (!stamp) return FileVerdict::inUse;
-  return *stamp < std::int64_t{now} - backupAge ? FileVerdict::backupDeleted
-                                                : FileVerdict::backupKept;
+FileVerdict classify(std::string_view name, const std::vector<std::string>& names,
+                     std::int32_t now) {
+  const auto parts = takeApart(name);
+  if (!parts || !std::binary_search(names.begin(), names.end(), parts->original)) {
+    return FileVerdict::inUse;
+  }
+  // Of any length, or a clock that stands in the seventies would take each backup for a new file.
+  if (parts->stamp >= std::int64_t{now} - backupAge) return FileVerdict::backupKept;
+  return parts->stamp >= smallestOldStamp ? FileVerdict::backupDeleted : FileVerdict::inUse;
 }
 
 std::string backupName(std::string_view name, std::int32_t stamp) {
@@ -45,30 +150,7 @@ std::string backupName(std::string_view name, std::int32_t stamp) {
 
 BackupResult backupExistingFiles(FileSystem& files, const Clock& clock, const Path& directory,
                                  const std::function<void(std::size_t)>& progress) {
-  BackupResult result;
-  const std::int32_t now = clock.unixTime();
-  std::size_t done = 0;
-  for (const auto& name : files.plainFiles(directory)) {
-    const Path file = directory / name;
-    switch (classify(name, now)) {
-      case FileVerdict::backupKept:
-        break;
-      case FileVerdict::backupDeleted:
-        files.remove(file);
-        ++result.deleted;
-        break;
-      case FileVerdict::inUse:
-        // Looked at ahead of the copy, so that a change in between shows as one.
-        if (const auto stamp = files.stamp(file))
-          result.stamps.emplace_hint(result.stamps.end(), name, *stamp);
-        files.copy(file, directory / backupName(name, clock.unixTime()));
-        ++result.copied;
-        break;
-    }
-    ++done;
-    if (progress) progress(done);
-  }
-  return result;
+  return Walk(files, clock, directory, progress).run();
 }
 
 }  // namespace kova

@@ -8,6 +8,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/platform.h"
 
@@ -18,9 +19,11 @@ inline constexpr std::int32_t backupAge = 144000;
 
 enum class FileVerdict { inUse, backupKept, backupDeleted };
 
-/// What the name of a plain file tells at the time `now`. A backup has a time stamp, a number of
-/// nine or ten digits that stands alone behind the last dash of its base.
-FileVerdict classify(std::string_view name, std::int32_t now);
+/// What the name of a plain file tells at the time `now`, among the sorted `names` of its folder. A
+/// backup has a time stamp, a number that stands alone behind the last dash of its base, and lies
+/// beside the file that it is a backup of. One that is to be deleted has ten digits.
+FileVerdict classify(std::string_view name, const std::vector<std::string>& names,
+                     std::int32_t now);
 
 /// Name of the backup of file `name` with this time stamp.
 std::string backupName(std::string_view name, std::int32_t stamp);
@@ -35,9 +38,30 @@ struct BackupResult {
   FolderStamps stamps;  ///< files in use as they were when they were copied
 };
 
-/// Copies each file in use of the folder beside itself and deletes backups that are too old, on a
+/// Why a walk has ended ahead of its time.
+enum class BackupTrouble { notDeleted, notReadable, notCopied };
+
+/// A file that a walk could not deal with.
+class BackupFailure : public Failure {
+ public:
+  BackupFailure(const Failure& cause, BackupTrouble trouble, std::string_view file,
+                std::size_t deleted)
+      : Failure(cause), trouble_(trouble), file_(file), deleted_(deleted) {}
+  BackupTrouble trouble() const { return trouble_; }
+  const std::string& file() const { return file_; }
+  /// Backups that were deleted ahead of it.
+  std::size_t deleted() const { return deleted_; }
+
+ private:
+  BackupTrouble trouble_;
+  std::string file_;
+  std::size_t deleted_;
+};
+
+/// Deletes the folder's backups that are too old, then copies each file in use beside itself, on a
 /// list taken beforehand, in the order of the names. `progress` is told the number of files done.
-/// Throws Failure at the first call that fails; what is done stands.
+/// Throws BackupFailure at the first file that makes trouble: the copies that this walk has added
+/// are removed again. Throws Failure if the folder can't be listed.
 BackupResult backupExistingFiles(FileSystem& files, const Clock& clock, const Path& directory,
                                  const std::function<void(std::size_t)>& progress = {});
 

@@ -37,11 +37,12 @@ std::vector<std::string_view> panelLines(std::string_view text) {
   return lines;
 }
 
-void store(DeviceNames& devNames, std::int16_t number, std::string_view name, std::int16_t& rows) {
-  if (number < 0 || static_cast<std::size_t>(number) >= devNames.size()) return;
+// False for a number beyond the bounds.
+bool store(DeviceNames& devNames, std::int16_t number, std::string_view name, std::int16_t rows) {
+  if (number < 0 || static_cast<std::size_t>(number) >= devNames.size()) return false;
   if (rows == largestCount) throw Failure("the file has too many rows");
   devNames[static_cast<std::size_t>(number)] = name;
-  ++rows;
+  return true;
 }
 
 }  // namespace
@@ -67,13 +68,13 @@ ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
     numberColumn = getCsvColumn(line, numberTag);
     nameColumn = getCsvColumn(line, nameTag);
   };
-  const auto row = [&](const CsvFields& fields) {
+  const auto row = [&](const CsvFields& fields, std::int16_t rows) {
     const std::int16_t number = toInt16(textValue(getCsvField(fields, numberColumn)));
-    store(devNames, number, getCsvField(fields, nameColumn), result.rows);
+    return store(devNames, number, getCsvField(fields, nameColumn), rows);
   };
   std::size_t line = 0;
   try {
-    result.stop = readTable(files, fileInFolder(files, folder, devFileName), header, row);
+    result = readTable(files, fileInFolder(files, folder, devFileName), header, row);
     const bool opened = !result.stop || result.stop->line > 0;
     line = 1;
     if (opened && !headerSeen) sizeNames();

@@ -40,18 +40,16 @@ std::int16_t findPropertyIndex(const ExportTable& exportTable, std::int16_t expo
 
 ReadResult readExportTable(const FileSystem& files, const Path& file,
                            const std::function<void(PropertyRecord&&)>& take) {
-  ReadResult result;
   RowReader reader(columns);
   PropertyRecord record;
-  result.stop = readTable(
+  return readTable(
       files, file, [&](std::string_view header) { reader.findColumns(header); },
-      [&](const CsvFields& fields) {
-        checkRoom(result.rows);
+      [&](const CsvFields& fields, std::int16_t rows) {
+        checkRoom(rows);
         reader.fill(record, fields);
         take(std::move(record));
-        ++result.rows;
+        return true;
       });
-  return result;
 }
 
 ExportTexts exportTexts(const PropertyRecord& row) {

@@ -86,14 +86,13 @@ HistorySlot findHistorySlot(const HistoryTable& historyTable, std::int16_t histo
 
 ReadResult ReadHistoryFile(const FileSystem& files, const Path& file, HistoryTable& historyTable,
                            std::int16_t& historyCount) {
-  ReadResult result;
   RowReader reader(columns);
-  result.stop = readTable(
+  ReadResult result = readTable(
       files, file, [&](std::string_view header) { reader.findColumns(header); },
-      [&](const CsvFields& fields) {
-        checkRoom(result.rows);
-        reader.fill(historyTable[static_cast<std::size_t>(result.rows)], fields);
-        ++result.rows;
+      [&](const CsvFields& fields, std::int16_t rows) {
+        checkRoom(rows);
+        reader.fill(historyTable[static_cast<std::size_t>(rows)], fields);
+        return true;
       });
   historyCount = result.rows;
   return result;

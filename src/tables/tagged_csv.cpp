@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 #include <utility>
 
 namespace kova {
@@ -71,9 +72,17 @@ std::string_view strippedBothEnds(std::string_view text) {
   return text;
 }
 
-// Takes the first line off `content`.
+bool hasOnlyLineFeeds(std::string_view content) {
+  return content.find('\r') == std::string_view::npos &&
+         content.find('\n') != std::string_view::npos;
+}
+
+// Takes the first line off `content`. Throws Failure for one that is too long.
 std::string_view takeLine(std::string_view& content) {
   const auto end = content.find('\r');
+  if (std::min(end, content.size()) > longestLine) {
+    throw Failure("the line is longer than " + std::to_string(longestLine) + " characters");
+  }
   if (end == std::string_view::npos) return std::exchange(content, {});
   const auto line = content.substr(0, end);
   content.remove_prefix(end + 1);
@@ -109,14 +118,15 @@ void splitCsvLine(std::string_view line, CsvFields& fields) {
   });
 }
 
-std::optional<ReadStop> readTable(const FileSystem& files, const Path& file,
-                                  const std::function<void(std::string_view)>& header,
-                                  const std::function<void(const CsvFields&)>& row) {
+ReadResult readTable(const FileSystem& files, const Path& file,
+                     const std::function<void(std::string_view)>& header, const TakeRow& row) {
+  ReadResult result;
   std::size_t line = 0;
   try {
     const std::string content = files.read(file);
     line = 1;
     if (content.empty()) throw Failure("the file is empty");
+    result.onlyLineFeeds = hasOnlyLineFeeds(content);
     CsvFields fields;
     bool headerSeen = false;
     for (std::string_view rest = content; !rest.empty(); ++line) {
@@ -124,16 +134,18 @@ std::optional<ReadStop> readTable(const FileSystem& files, const Path& file,
       if (!text.empty() && commentSigns.find(text.front()) != std::string_view::npos) continue;
       if (headerSeen) {
         splitCsvLine(text, fields);
-        row(fields);
+        if (row(fields, result.rows)) ++result.rows;
       } else {
         header(text);
         headerSeen = true;
       }
     }
   } catch (const Failure& failure) {
-    return ReadStop{line, failure.what()};
+    result.stop = ReadStop{line, failure.what()};
+  } catch (const std::bad_alloc&) {
+    result.stop = ReadStop{line, "not enough memory"};
   }
-  return std::nullopt;
+  return result;
 }
 
 std::string csvLine(std::span<const std::string> fields) {

@@ -2,6 +2,7 @@
 // Access to tagged CSV tables: comment lines, a header line that names the columns, data lines.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -16,6 +17,10 @@ namespace kova {
 
 /// Rows of each table in memory.
 inline constexpr std::int16_t tableRows = 1001;
+
+/// Characters of the longest line that a reader takes. A longer one is no line of a table, and what
+/// shows its fields would not cope with it.
+inline constexpr std::size_t longestLine = 32767;
 
 /// Position of the column that the header line names `tag`, case and blanks around it ignored. The
 /// first empty column answers to every tag. -1 if there is none.
@@ -47,13 +52,18 @@ struct ReadStop {
 struct ReadResult {
   std::int16_t rows = 0;  ///< rows accepted
   std::optional<ReadStop> stop;
+  /// Only line feeds separate its lines, so that all of it was one line.
+  bool onlyLineFeeds = false;
 };
 
+/// Takes a data line behind `rows` accepted ones. True if it becomes a row.
+using TakeRow = std::function<bool(const CsvFields&, std::int16_t rows)>;
+
 /// The reading loop that all tables share. `header` gets the header line once, `row` each data line
-/// behind it; whatever fails in between ends the reading and is told in the result, not thrown.
-std::optional<ReadStop> readTable(const FileSystem& files, const Path& file,
-                                  const std::function<void(std::string_view)>& header,
-                                  const std::function<void(const CsvFields&)>& row);
+/// behind it; whatever fails in between, for lack of memory too, ends the reading and is told in
+/// the result, not thrown.
+ReadResult readTable(const FileSystem& files, const Path& file,
+                     const std::function<void(std::string_view)>& header, const TakeRow& row);
 
 /// One line of a table with its line end, the fields joined by commas as they are.
 std::string csvLine(std::span<const std::string> fields);

@@ -3,20 +3,60 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <vector>
+
 namespace kova::test {
+namespace {
+
+std::string everyByte() {
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
+  return all;
+}
+
+}  // namespace
 
 TEST(CodePage, EveryByteSurvivesTheWayToUnicodeAndNothingElseDoes) {
   ::setenv("LC_ALL", "C.UTF-8", 1);
   const CodePage page = CodePage::ofLocale();
-  std::string all;
-  for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
-  EXPECT_EQ(page.fromNative(page.toNative(all)), all);
+  EXPECT_EQ(page.name(), "Windows-1252");
+  EXPECT_EQ(page.fromNative(page.toNative(everyByte())), everyByte());
   EXPECT_EQ(page.toUtf8("\x80 \xB0\x81"), "\u20AC \u00B0\u0081");
   // Foreign characters; a lone lead, an overlong form, a surrogate, a cut end: one mark a byte.
   EXPECT_EQ(page.fromUtf8("a\u03A9b\U0001F600c"), "a?b?c");
   EXPECT_EQ(page.fromUtf8("\xC3(\xC0\xAF\xED\xA0\x80x\xE2\x82"), "?(?????x??");
   ::setenv("LC_ALL", "C", 1);
   EXPECT_EQ(CodePage::ofLocale().character('\x80'), 0x20AC) << "an ASCII locale is too small";
+}
+
+TEST(CodePage, ALanguageHasThePageOfItsDesktopSystems) {
+  const std::map<int, std::vector<const char*>> locales = {
+      {1250, {"pl_PL.UTF-8", "ro", "sr_RS@latin", "sr_RS.UTF-8@latin"}},
+      {1251, {"sr_RS.UTF-8", "uk_UA.utf8"}},
+      {1252, {"de_DE@euro", "csb_PL", "C.UTF-8", "POSIX", ""}},
+      {1253, {"el_GR"}},
+      {1254, {"az_AZ"}},
+      {1255, {"he_IL.UTF-8"}},
+      {1256, {"ur_PK"}},
+      {1257, {"lv_LV"}},
+      {1258, {"vi_VN"}}};
+  for (const auto& [page, names] : locales) {
+    for (const auto* name : names) EXPECT_EQ(windowsPageOf(name), page) << name;
+  }
+}
+
+TEST(CodePage, TheTablesOfTheCLibraryKeepEveryByteApart) {
+  for (const int number : {1250, 1251, 1253, 1254, 1255, 1256, 1257, 1258}) {
+    const CodePage page = CodePage::windows(number);
+    EXPECT_EQ(page.name(), "Windows-" + std::to_string(number));
+    EXPECT_EQ(page.fromNative(page.toNative(everyByte())), everyByte()) << number;
+  }
+  EXPECT_EQ(CodePage::windows(1250).fromNative("/home/\u0142ukasz"), "/home/\xB3ukasz");
+  // An accent that combines; bytes without a character.
+  EXPECT_EQ(CodePage::windows(1258).toUtf8("e\xEC"), "e\u0301");
+  EXPECT_EQ(CodePage::windows(1253).toUtf8("\x81\xAA"), "\u0081\u00AA");
+  EXPECT_EQ(CodePage::windows(9999).name(), "Windows-1252") << "no such table";
 }
 
 }  // namespace kova::test

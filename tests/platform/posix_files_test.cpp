@@ -159,7 +159,7 @@ TEST_F(PosixFiles, AFailureLeavesTheFormerContent) {
 }
 
 TEST_F(PosixFiles, LeftoversAreUsedAgainAndLocksRespected) {
-  for (const char* name : {".t.csv~1", ".t.csv~2"}) folder.write(name, "left by a killed run");
+  for (const char* name : {".t.csv.kova~1", ".t.csv.kova~2"}) folder.write(name, "left by a killed run");
   replaceBy("t.csv", "a");
   EXPECT_EQ(folder.read("t.csv"), "a");
   EXPECT_EQ(folder.names(), Names{"t.csv"});
@@ -171,8 +171,8 @@ TEST_F(PosixFiles, LeftoversAreUsedAgainAndLocksRespected) {
   EXPECT_EQ(folder.read("t.csv"), "of the other wizard");
   // A hidden name that leads to another file is not written through.
   folder.write("precious", "kept");
-  std::filesystem::create_hard_link(folder.path("precious"), folder.path(".t.csv~1"));
-  link("precious", ".t.csv~2");
+  std::filesystem::create_hard_link(folder.path("precious"), folder.path(".t.csv.kova~1"));
+  link("precious", ".t.csv.kova~2");
   replaceBy("t.csv", "c");
   EXPECT_EQ(folder.read("precious"), "kept");
   EXPECT_EQ(folder.read("t.csv"), "c");

@@ -230,7 +230,7 @@ TEST_F(Faults, WhatDoneRenamesHasBeenFlushed) {
     if (name == "fsync") flushed.insert(path);
     EXPECT_TRUE(name != "rename" || flushed.erase(path) == 1) << path;
   }
-  EXPECT_EQ(flushed, std::set<std::string>{calls[entered].path}) << "the folder, in the end";
+  EXPECT_TRUE(flushed.contains(calls[entered].path)) << "the folder, in the end";
 }
 
 TEST(Generators, ThatCannotBeStartedCostAMessageEach) {

@@ -163,6 +163,10 @@ int fsync(int file) {
   return recorded(call("fsync", watched(file), file), watched(file),
                   {"fsync", std::to_string(file)});
 }
+int syncfs(int file) noexcept {
+  return recorded(call("syncfs", watched(file), file), watched(file),
+                  {"syncfs", std::to_string(file)});
+}
 int fchmod(int file, mode_t mode) noexcept {
   return call("fchmod", watched(file), file, mode);
 }
@@ -181,6 +185,10 @@ int flock(int file, int operation) noexcept {
 }
 int rename(const char* from, const char* to) noexcept {
   return recorded(call("rename", watches(from), from, to), watches(from), {"rename", from, to});
+}
+int renameat2(int a, const char* from, int b, const char* to, unsigned flags) noexcept {
+  return recorded(call("renameat2", watches(from), a, from, b, to, flags), watches(from),
+                  {"rename", from, to});
 }
 int unlink(const char* path) noexcept {
   return recorded(call("unlink", watches(path), path), watches(path), {"unlink", path});

@@ -90,6 +90,9 @@ int close(int file) {
 int fsync(int file) {
   return strikes("fsync", file) ? fail() : 0;
 }
+int syncfs(int file) noexcept {
+  return strikes("syncfs", file) ? fail() : 0;
+}
 int fchmod(int file, mode_t mode) noexcept {
   return call("fchmod", file, mode);
 }
@@ -98,6 +101,9 @@ int futimens(int file, const timespec* times) noexcept {
 }
 int rename(const char* from, const char* to) noexcept {
   return call("rename", from, to);
+}
+int renameat2(int a, const char* from, int b, const char* to, unsigned flags) noexcept {
+  return strikes("rename", from) ? fail() : pass("renameat2", a, from, b, to, flags);
 }
 int unlink(const char* path) noexcept {
   return call("unlink", path);

@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <ostream>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,12 +26,15 @@ struct FakeClock : Clock {
 
 struct FakeEnvironment : Environment {
   std::map<std::string, std::string> values;
+  std::set<std::string> unusable;
   std::string home;
   std::string variable(const std::string& name) const override {
     const auto value = values.find(name);
     return value == values.end() ? "" : value->second;
   }
+  bool isUnusable(const std::string& name) const override { return unusable.contains(name); }
   std::string homeFolder() const override { return home; }
+  std::string codePageName() const override { return "Windows-1252"; }
 };
 
 struct RecordingStarter : ProgramStarter {

@@ -71,23 +71,31 @@ TEST(TaggedCsv, LinesAndStops) {
                                std::size_t stopLine) {
     folder.write("t.csv", content);
     std::string seen;
-    const auto row = [&](const CsvFields& fields) {
+    const auto row = [&](const CsvFields& fields, std::int16_t rows) {
       const std::string_view first = getCsvField(fields, 0);
       if (first == "bad") throw Failure("bad");
-      seen.append("[").append(first).append("]");
+      if (first == "huge") throw std::bad_alloc();
+      seen.append(std::to_string(rows)).append("[").append(first).append("]");
+      return first != "skipped";
     };
     const auto header = [&](std::string_view line) { seen.append(line).append(":"); };
-    const auto stop = readTable(*files, {folder.path("t.csv")}, header, row);
+    const auto [rows, stop, onlyLineFeeds] = readTable(*files, {folder.path("t.csv")}, header, row);
     EXPECT_EQ(seen, lines) << content;
     EXPECT_EQ(stop ? stop->line : 0, stopLine) << content;
+    EXPECT_EQ(onlyLineFeeds, content == "h\na\nb") << content;
   };
   expectLines("", "", 1);
   expectLines("\r\n", ":", 0);
-  expectLines("h\r\na\rb\r\n\r\nc", "h:[a][b][][c]", 0);
+  expectLines("h\r\na\rb\r\n\r\nc", "h:0[a]1[b]2[]3[c]", 0);
   expectLines("h\na\nb", "h\na\nb:", 0);
-  expectLines("h\r\r\n", "h:[]", 0);
+  expectLines("h\r\r\n", "h:0[]", 0);
   expectLines(";c\r%c\r#c\r ;h\r#d\r;", " ;h:", 0);
-  expectLines("h\rbad\rx", "h:", 2);
+  expectLines("h\rskipped\ra\rbad\rx", "h:0[skipped]0[a]", 4);
+  expectLines("h\rhuge\rx", "h:", 2);
+  const std::string longest(32767, 'x');
+  expectLines("h\r" + longest + "\ra", "h:0[" + longest + "]1[a]", 0);
+  expectLines("h\ra\r;" + longest + "\ra", "h:0[a]", 3);
+  expectLines("h\r" + longest + "x", "h:", 2);
 }
 
 }  // namespace kova::test

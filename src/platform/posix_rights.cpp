@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+#include "platform/posix_rights.h"
+
+#include <sys/xattr.h>
+
+#include <array>
+
+namespace kova::posix {
+
+namespace {
+
+constexpr const char* accessListName = "system.posix_acl_access";
+constexpr mode_t permissions = 0777;
+constexpr mode_t groupPermissions = 0070;
+constexpr mode_t ownPermissions = 0700;
+
+// Network shares and foreign file systems have owners and modes of their own, which nobody but
+// their mount can choose.
+bool meansNotHere(int error) {
+  return error == EPERM || error == ENOTSUP || error == EOPNOTSUPP || error == ENOSYS;
+}
+
+bool meansNoList(int error) {
+  return error == ENODATA || error == ENOTSUP || error == EOPNOTSUPP || error == ENOSYS;
+}
+
+// `get` is getxattr or fgetxattr on the file.
+template <class Get>
+std::optional<std::vector<char>> accessListFrom(Get get) {
+  const auto size = get(nullptr, 0);
+  if (size < 0 && meansNoList(errno)) return std::vector<char>();
+  if (size < 0) return std::nullopt;
+  std::vector<char> list(static_cast<std::size_t>(size));
+  if (get(list.data(), list.size()) != size) return std::nullopt;
+  return list;
+}
+
+Rights rightsOf(const struct stat& state, std::optional<std::vector<char>> list) {
+  return {state.st_uid, state.st_gid, state.st_mode & 07777U, std::move(list)};
+}
+
+struct stat stateOf(const Descriptor& file) {
+  struct stat state {};
+  checked(::fstat, file.number(), &state);
+  return state;
+}
+
+// False if this account may not.
+bool give(const Descriptor& file, uid_t owner, gid_t group) {
+  if (::fchown(file.number(), owner, group) == 0) return true;
+  if (!meansNotHere(errno)) fail(errno);
+  return false;
+}
+
+// True if the file has the group afterwards.
+bool keepOwner(const Rights& rights, const Descriptor& file) {
+  constexpr auto same = static_cast<uid_t>(-1);
+  const struct stat state = stateOf(file);
+  const bool groupIsKept = state.st_gid == rights.group || give(file, same, rights.group);
+  if (state.st_uid != rights.owner) give(file, rights.owner, same);
+  return groupIsKept;
+}
+
+// 0, or the error for which the file does not have the list. Where there is none to be kept, the
+// file may have got one from its folder, which would let in others.
+int keepAccessList(const Rights& rights, const Descriptor& file) {
+  if (!rights.accessList) return EACCES;
+  const std::vector<char>& list = *rights.accessList;
+  if (!list.empty()) {
+    const int set = ::fsetxattr(file.number(), accessListName, list.data(), list.size(), 0);
+    return set == 0 ? 0 : errno;
+  }
+  if (::fgetxattr(file.number(), accessListName, nullptr, 0) <= 0) return 0;
+  return ::fremovexattr(file.number(), accessListName) == 0 ? 0 : errno;
+}
+
+// The error of the call, 0 if the file has the mode.
+int changeMode(const Descriptor& file, mode_t mode) {
+  if ((stateOf(file).st_mode & 07777U) == mode) return 0;
+  return ::fchmod(file.number(), mode) == 0 ? 0 : errno;
+}
+
+// Who belonged to the former group is one of the others now, and must not gain by that.
+mode_t withoutGroup(mode_t mode) {
+  const mode_t othersOfGroup = (mode & groupPermissions) >> 3U;
+  return mode & (ownPermissions | othersOfGroup);
+}
+
+}  // namespace
+
+Rights rightsOf(const struct stat& state, const std::string& name) {
+  return rightsOf(state, accessListFrom([&](char* list, std::size_t size) {
+                    return ::getxattr(name.c_str(), accessListName, list, size);
+                  }));
+}
+
+Rights rightsOf(const struct stat& state, const Descriptor& file) {
+  return rightsOf(state, accessListFrom([&](char* list, std::size_t size) {
+                    return ::fgetxattr(file.number(), accessListName, list, size);
+                  }));
+}
+
+void keepRights(const Rights& rights, const Descriptor& file) {
+  keepOwner(rights, file);
+  if (const int error = keepAccessList(rights, file)) fail(error);
+  if (const int error = changeMode(file, rights.mode)) fail(error);
+}
+
+void keepRightsOrFewer(const Rights& rights, const Descriptor& copy) {
+  const bool groupIsKept = keepOwner(rights, copy);
+  const bool hasList = !rights.accessList || !rights.accessList->empty();
+  mode_t mode = rights.mode & permissions;
+  if (!groupIsKept) mode = withoutGroup(mode);
+  // A list speaks of the group as well: without the one the other is not kept either.
+  if ((hasList && !groupIsKept) || keepAccessList(rights, copy) != 0) mode &= ownPermissions;
+  setNewMode(copy, mode);
+}
+
+void setNewMode(const Descriptor& file, mode_t mode) {
+  const int error = changeMode(file, mode);
+  if (error != 0 && !meansNotHere(error)) fail(error);
+}
+
+void keepTimes(const struct stat& former, const Descriptor& file) {
+  const std::array times{former.st_atim, former.st_mtim};
+  if (::futimens(file.number(), times.data()) != 0 && !meansNotHere(errno)) fail(errno);
+}
+
+}  // namespace kova::posix
