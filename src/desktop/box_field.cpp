@@ -19,17 +19,14 @@ BoxField::BoxField(TextField& field, const CodePage& codePage, QWidget* parent)
 
 void BoxField::mirror() {
   const auto guard = mirroring();
-  const std::string& text = field().text();
+  const std::string& text = field_.text();
   if (differs_ || text != shown_) {
     shown_ = text;
     differs_ = false;
-    setPlainText(toShownLines(text, codePage()));
+    setPlainText(toShownLines(text, codePage_));
     revision_ = document()->revision();
   }
-  show(shownPosition(text, field().caret()));
-}
-
-void BoxField::show(int position) {
+  const int position = shownPosition(text, field_.caret());
   QTextCursor cursor = textCursor();
   if (position == cursor.position()) return;
   cursor.setPosition(position);
@@ -42,17 +39,17 @@ void BoxField::takeEdit() {
   revision_ = document()->revision();
   const QString raw = document()->toRawText();
   const std::size_t caret = textPosition(raw, textCursor().position());
-  shown_ = toTextLines(raw, codePage());
-  differs_ = toShownLines(shown_, codePage()) != raw;
+  shown_ = toTextLines(raw, codePage_);
+  differs_ = toShownLines(shown_, codePage_) != raw;
   // The model may bring another text into the box while it takes this one.
   const std::string text = shown_;
-  field().edit(text, caret);
+  field_.edit(text, caret);
 }
 
 void BoxField::takeCaret() {
   // The toolkit tells of the caret ahead of the edit that moved it.
   if (isMirroring() || document()->revision() != revision_) return;
-  field().setCaret(textPosition(document()->toRawText(), textCursor().position()));
+  field_.setCaret(textPosition(document()->toRawText(), textCursor().position()));
 }
 
 void BoxField::keyPressEvent(QKeyEvent* event) {

@@ -25,7 +25,6 @@ class BoxField : public FieldWidget<QPlainTextEdit> {
  private:
   void takeEdit();
   void takeCaret();
-  void show(int position);
   QSize sizeOf(int columns, int lines) const;
 
   std::string shown_;     ///< the text of the model that stands in the box

@@ -29,9 +29,6 @@ class FieldWidget : public Edit {
       : Edit(parent), field_(field), codePage_(codePage) {}
 
  protected:
-  TextField& field() const { return field_; }
-  const CodePage& codePage() const { return codePage_; }
-
   /// While it lives, what changes in the widget comes from the model.
   auto mirroring() { return QScopedValueRollback<bool>(mirroring_, true); }
   bool isMirroring() const { return mirroring_; }
@@ -66,9 +63,10 @@ class FieldWidget : public Edit {
     }
   }
 
- private:
   TextField& field_;
   const CodePage& codePage_;
+
+ private:
   bool mirroring_ = false;
   bool endsDoubleClick_ = false;
 };

@@ -122,10 +122,6 @@ void LineList::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton && line.isValid()) list_.select(line.row());
 }
 
-void LineList::mouseMoveEvent(QMouseEvent* /*event*/) {}
-
-void LineList::mouseReleaseEvent(QMouseEvent* /*event*/) {}
-
 void LineList::mouseDoubleClickEvent(QMouseEvent* event) {
   const QModelIndex line = indexAt(event->position().toPoint());
   if (event->button() != Qt::LeftButton || !line.isValid()) return;

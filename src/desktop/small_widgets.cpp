@@ -69,10 +69,6 @@ QSize ActButton::sizeHint() const {
   return size;
 }
 
-QSize ActButton::minimumSizeHint() const {
-  return sizeHint();
-}
-
 void OptionBox::focusInEvent(QFocusEvent* event) {
   QRadioButton::focusInEvent(event);
   // The toolkit has just taken all others of the group out of the Tab order.

@@ -7,7 +7,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
-#include <functional>
 
 #include "controls/controls.h"
 
@@ -51,7 +50,6 @@ class ActButton : public QPushButton {
  public:
   ActButton(bool endsWork, QWidget* parent);
   QSize sizeHint() const override;
-  QSize minimumSizeHint() const override;
 
  private:
   int fewestCharacters_;
