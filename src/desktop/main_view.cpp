@@ -58,8 +58,7 @@ void MainView::buildForm() {
   statusLine_->setTextFormat(Qt::PlainText);
   statusLine_->setWordWrap(true);
   widgets_ = std::make_unique<FormWidgets>(*form_, mainWindowSketches(),
-                                           designedControls(setup_.wizard.form, form1Design()),
-                                           codePage_, [this] {
+                                           designedControls(setup_.wizard.form), codePage_, [this] {
                                              if (marks_) marks_->follow();
                                            });
   marks_ = std::make_unique<FieldMarks>(

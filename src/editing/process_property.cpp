@@ -49,8 +49,8 @@ bool isTaken(const Wizard& wizard, bool isNew) {
   const Form1& form = wizard.form;
   const auto& parts = wizard.state.processTemplates;
   return !isNew || std::any_of(parts.begin(), parts.end(), [&](const ProcessTemplate& part) {
-    return findPropertyIndex(wizard, form.ExportName.text(),
-                             form.PropertyName.text() + part.suffix) < wizard.state.exportCount;
+    return findPropertyIndex(wizard, form.PropertyName.text() + part.suffix) <
+           wizard.state.exportCount;
   });
 }
 

@@ -6,7 +6,7 @@
 namespace kova {
 namespace {
 
-constexpr std::array<DesignRow<ExportHelper>, 5> design{{
+constexpr auto design = std::to_array<DesignRow<ExportHelper>>({
     {&ExportHelper::nextParam,
      {"nextParam", ControlKind::commandButton, "", {"Next >", 'N'}, 0, {2100, 1830, 945, 405}}},
     {&ExportHelper::lastParam,
@@ -17,7 +17,7 @@ constexpr std::array<DesignRow<ExportHelper>, 5> design{{
      {"ParamText", ControlKind::textBox, "", "", 3, {90, 1320, 3915, 405}}},
     {&ExportHelper::helperLabel,
      {"helperLabel", ControlKind::label, "", "", 4, {60, 150, 3945, 1125}}},
-}};
+});
 
 constexpr std::string_view deviceServerTag = "Device Server";
 constexpr std::size_t suggestedCharacters = 3;
@@ -60,11 +60,11 @@ void storeBox(ExportHelper& helper) {
 }  // namespace
 
 ExportHelper::ExportHelper() {
-  applyDesign(*this, exportHelperDesign());
+  applyDesign(designedControls(*this));
 }
 
-const std::array<DesignRow<ExportHelper>, 5>& exportHelperDesign() {
-  return design;
+std::vector<DesignedControl> designedControls(ExportHelper& helper) {
+  return designedControls(helper, design);
 }
 
 void resetInput(ExportHelper& helper) {
@@ -97,6 +97,14 @@ std::string getNextParameterSuggestion(std::string_view tag, std::string_view te
     return std::string(text.substr(0, suggestedCharacters)) + std::string(localNameEnding);
   }
   return step == 2 ? "1" : "";
+}
+
+void Frame2_MouseDown(Wizard& wizard, std::int16_t button) {
+  if (button == Frame::rightButton) wizard.form.guide.popUp();
+}
+
+void prpGuide_Click(Wizard& wizard) {
+  tell(wizard, "Property Information guidance is coming soon to a theater near you!");
 }
 
 void srvGuide_Click(Wizard& wizard, ExportHelper& helper) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The guided dialog: walks a list of (field, prompt) pairs, one at a time, and writes all values
-// into the fields at its end. It knows nothing of what the fields mean.
+// Guidance: the menu that offers it, and the dialog that walks a list of (field, prompt) pairs, one
+// at a time, and writes all values into the fields at its end. It knows nothing of what they mean.
 #pragma once
 
 #include <array>
@@ -35,7 +35,7 @@ struct ExportHelper {
 };
 
 /// The dialog's controls with their design values.
-const std::array<DesignRow<ExportHelper>, 5>& exportHelperDesign();
+std::vector<DesignedControl> designedControls(ExportHelper& helper);
 
 /// Empties the list of steps; the stored values stay.
 void resetInput(ExportHelper& helper);
@@ -48,6 +48,10 @@ void activateInput(ExportHelper& helper);
 /// What the dialog suggests for a step, given the text in its box; empty if it has no suggestion.
 std::string getNextParameterSuggestion(std::string_view tag, std::string_view text,
                                        std::int16_t step);
+
+/// The right button opens the menu over the frame of the server.
+void Frame2_MouseDown(Wizard& wizard, std::int16_t button);
+void prpGuide_Click(Wizard& wizard);
 
 /// Opens the dialog on the three parameters of a device server.
 void srvGuide_Click(Wizard& wizard, ExportHelper& helper);
