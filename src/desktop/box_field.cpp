@@ -2,6 +2,7 @@
 #include "desktop/box_field.h"
 
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QTextBlock>
 
 #include "desktop/text_seam.h"
@@ -18,7 +19,7 @@ BoxField::BoxField(TextField& field, const CodePage& codePage, QWidget* parent)
 }
 
 void BoxField::mirror() {
-  const auto guard = mirroring();
+  const QScopedValueRollback<bool> guard(mirroring_, true);
   const std::string& text = field_.text();
   if (differs_ || text != shown_) {
     shown_ = text;
@@ -35,7 +36,7 @@ void BoxField::mirror() {
 }
 
 void BoxField::takeEdit() {
-  if (isMirroring()) return;
+  if (mirroring_) return;
   revision_ = document()->revision();
   const QString raw = document()->toRawText();
   const std::size_t caret = textPosition(raw, textCursor().position());
@@ -48,7 +49,7 @@ void BoxField::takeEdit() {
 
 void BoxField::takeCaret() {
   // The toolkit tells of the caret ahead of the edit that moved it.
-  if (isMirroring() || document()->revision() != revision_) return;
+  if (mirroring_ || document()->revision() != revision_) return;
   field_.setCaret(textPosition(document()->toRawText(), textCursor().position()));
 }
 

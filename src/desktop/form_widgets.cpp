@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "desktop/box_field.h"
-#include "desktop/layouts.h"
 #include "desktop/line_field.h"
 #include "desktop/line_list.h"
 #include "desktop/small_widgets.h"
@@ -22,14 +21,9 @@ constexpr int lineHeight = 225;  // of a drawn text, in twips
 constexpr int charactersOfAnEntry = 10;
 
 LineField::Characters charactersOf(const ControlDesign& design) {
-  switch (widthOf(design)) {
-    case Width::number:
-      return {.wanted = 8, .least = 6};
-    case Width::name:
-      return {.wanted = 16, .least = 8};
-    case Width::rest:
-      break;
-  }
+  const Width width = widthOf(design);
+  if (width == Width::number) return {.wanted = 8, .least = 6};
+  if (width == Width::name) return {.wanted = 16, .least = 8};
   return {.wanted = 32, .least = 16};
 }
 

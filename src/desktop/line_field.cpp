@@ -2,6 +2,7 @@
 #include "desktop/line_field.h"
 
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <algorithm>
 #include <limits>
 
@@ -24,7 +25,7 @@ LineField::LineField(TextField& field, const CodePage& codePage, Characters char
 }
 
 void LineField::mirror() {
-  const auto guard = mirroring();
+  const QScopedValueRollback<bool> guard(mirroring_, true);
   if (const QString shown = toShown(field_.text(), codePage_); shown != text()) setText(shown);
   before_ = text();
   const int caret = static_cast<int>(field_.caret());
@@ -32,7 +33,7 @@ void LineField::mirror() {
 }
 
 void LineField::takeEdit(const QString& edited) {
-  if (isMirroring()) return;
+  if (mirroring_) return;
   int position = cursorPosition();
   const QString kept = withoutPastedLines(before_, edited, position);
   const std::size_t caret = textPosition(kept, position);
@@ -41,7 +42,7 @@ void LineField::takeEdit(const QString& edited) {
 
 void LineField::takeCaret() {
   // Of what an input method, Undo or Redo does, the toolkit tells the caret ahead of the edit.
-  if (isMirroring() || text() != before_) return;
+  if (mirroring_ || text() != before_) return;
   field_.setCaret(textPosition(text(), cursorPosition()));
 }
 

@@ -15,7 +15,6 @@
 #include "desktop/sketch.h"
 #include "desktop/small_widgets.h"
 #include "desktop/text_seam.h"
-#include "editing/field_warnings.h"
 
 namespace kova {
 namespace {
@@ -61,9 +60,7 @@ void MainView::buildForm() {
                                            designedControls(setup_.wizard.form), codePage_, [this] {
                                              if (marks_) marks_->follow();
                                            });
-  marks_ = std::make_unique<FieldMarks>(
-      widgets_->fields(), codePage_,
-      [this](const TextField& field) { return fieldWarning(setup_.wizard, field); });
+  marks_ = std::make_unique<FieldMarks>(widgets_->fields(), codePage_, setup_.wizard);
   area->setWidget(form_);
 
   auto* layout = new QVBoxLayout(all);

@@ -15,11 +15,6 @@ char byteOf(char32_t character, const CodePage& page) {
   return page.character(same) == character ? same : page.byte(character);
 }
 
-bool isLineEnd(QChar character) {
-  return character == u'\r' || character == u'\n' || character == QChar::LineSeparator ||
-         character == QChar::ParagraphSeparator;
-}
-
 }  // namespace
 
 QString toShown(std::string_view text, const CodePage& page) {
@@ -83,7 +78,9 @@ std::size_t textPosition(QStringView raw, int position) {
 QString withoutPastedLines(const QString& before, const QString& after, int& position) {
   const auto common = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
   const qsizetype start = std::min<qsizetype>(common.second - after.begin(), position);
-  const auto cut = std::find_if(after.begin() + start, after.begin() + position, isLineEnd);
+  constexpr QStringView lineEnds = u"\r\n\u2028\u2029";
+  const auto cut = std::find_first_of(after.begin() + start, after.begin() + position,
+                                      lineEnds.begin(), lineEnds.end());
   const qsizetype kept = cut - after.begin();
   if (kept == position) return after;
   QString result = after.left(kept) + after.mid(position);

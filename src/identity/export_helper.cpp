@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "identity/export_helper.h"
 
+#include <string_view>
+
 #include "identity/server_names.h"
 
 namespace kova {
@@ -25,6 +27,16 @@ constexpr std::size_t behindAnyText = 1024;
 
 std::size_t current(const ExportHelper& helper) {
   return static_cast<std::size_t>(helper.paramIndex);
+}
+
+/// Empty if the dialog has none. It may depend on the text that is in the box.
+std::string getNextParameterSuggestion(std::string_view tag, std::string_view text,
+                                       std::int16_t step) {
+  if (tag != deviceServerTag) return {};
+  if (step == 1) {
+    return std::string(text.substr(0, suggestedCharacters)) + std::string(localNameEnding);
+  }
+  return step == 2 ? "1" : "";
 }
 
 /// Puts `text` into the box, the caret behind it, the focus into it. A window that is not on screen
@@ -57,16 +69,7 @@ void storeBox(ExportHelper& helper) {
   helper.paramValues.at(current(helper)) = helper.ParamText.text();
 }
 
-}  // namespace
-
-ExportHelper::ExportHelper() {
-  applyDesign(designedControls(*this));
-}
-
-std::vector<DesignedControl> designedControls(ExportHelper& helper) {
-  return designedControls(helper, design);
-}
-
+/// The stored values stay.
 void resetInput(ExportHelper& helper) {
   helper.paramCount = 0;
   helper.paramControls.clear();
@@ -90,13 +93,14 @@ void activateInput(ExportHelper& helper) {
   showParam(helper);
 }
 
-std::string getNextParameterSuggestion(std::string_view tag, std::string_view text,
-                                       std::int16_t step) {
-  if (tag != deviceServerTag) return {};
-  if (step == 1) {
-    return std::string(text.substr(0, suggestedCharacters)) + std::string(localNameEnding);
-  }
-  return step == 2 ? "1" : "";
+}  // namespace
+
+ExportHelper::ExportHelper() {
+  applyDesign(designedControls(*this));
+}
+
+std::vector<DesignedControl> designedControls(ExportHelper& helper) {
+  return designedControls(helper, design);
 }
 
 void Frame2_MouseDown(Wizard& wizard, std::int16_t button) {

@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "controls/control_design.h"
@@ -36,18 +35,6 @@ struct ExportHelper {
 
 /// The dialog's controls with their design values.
 std::vector<DesignedControl> designedControls(ExportHelper& helper);
-
-/// Empties the list of steps; the stored values stay.
-void resetInput(ExportHelper& helper);
-/// Appends one step. Throws Failure if the list is full.
-void loadParams(ExportHelper& helper, TextField& l, const std::string& c);
-void setTag(ExportHelper& helper, const std::string& t);
-/// Goes to the first step.
-void activateInput(ExportHelper& helper);
-
-/// What the dialog suggests for a step, given the text in its box; empty if it has no suggestion.
-std::string getNextParameterSuggestion(std::string_view tag, std::string_view text,
-                                       std::int16_t step);
 
 /// The right button opens the menu over the frame of the server.
 void Frame2_MouseDown(Wizard& wizard, std::int16_t button);
