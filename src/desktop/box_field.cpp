@@ -69,12 +69,4 @@ QSize BoxField::sizeOf(int columns, int lines) const {
           lines * fontMetrics().lineSpacing() + frame + margins.top() + margins.bottom()};
 }
 
-QSize BoxField::sizeHint() const {
-  return sizeOf(32, 7);
-}
-
-QSize BoxField::minimumSizeHint() const {
-  return sizeOf(16, 3);
-}
-
 }  // namespace kova

@@ -24,11 +24,6 @@ HelperView::HelperView(ExportHelper& helper, const CodePage& codePage, QWidget& 
   markDefault();
 }
 
-/// The Escape key and the window's own close control.
-void HelperView::reject() {
-  helper_.window.unload();
-}
-
 /// Shows what Enter does in the box.
 void HelperView::markDefault() {
   const char* name = helper_.nextParam.enabled() ? "nextParam" : "DoneParam";

@@ -64,12 +64,4 @@ QSize LineField::sizeFor(int characters) const {
   return size;
 }
 
-QSize LineField::sizeHint() const {
-  return sizeFor(characters_.wanted);
-}
-
-QSize LineField::minimumSizeHint() const {
-  return sizeFor(characters_.least);
-}
-
 }  // namespace kova

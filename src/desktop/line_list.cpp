@@ -32,10 +32,6 @@ bool LineModel::mirror() {
   return true;
 }
 
-int LineModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : rows_;
-}
-
 QVariant LineModel::data(const QModelIndex& index, int role) const {
   const auto row = static_cast<std::size_t>(index.row());
   if (!index.isValid() || row >= list_.lines().size()) return {};
@@ -159,14 +155,6 @@ void LineList::paintEvent(QPaintEvent* event) {
 QSize LineList::sizeOf(int columns, int lines) const {
   return {columns * fontMetrics().averageCharWidth() + 2 * frameWidth(),
           lines * (fontMetrics().height() + 4) + 2 * frameWidth()};
-}
-
-QSize LineList::sizeHint() const {
-  return sizeOf(40, 8);
-}
-
-QSize LineList::minimumSizeHint() const {
-  return sizeOf(16, 4);
 }
 
 }  // namespace kova
