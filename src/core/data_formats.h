@@ -13,10 +13,6 @@ namespace kova {
 /// Fills the four drop-down lists and the table names, and selects the first choices.
 void fillCombos(Wizard& wizard);
 
-/// Code name of a format code in its full form (from 512) or its short form (from 0), "NULL" if
-/// there is none.
-std::string_view formatToString(std::int16_t code);
-
 /// Short form of the code that a name stands for, case ignored, 255 if there is none.
 std::uint8_t formatFromString(std::string_view name);
 

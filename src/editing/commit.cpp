@@ -143,8 +143,7 @@ std::string couldNotAdd(const Wizard& wizard, const ValueFailure& failure) {
 
 void updatePropertyList(Wizard& wizard, bool appendOnly) {
   const Form1& form = wizard.form;
-  const std::int16_t index =
-      findPropertyIndex(wizard, form.ExportName.text(), form.PropertyName.text());
+  const std::int16_t index = findPropertyIndex(wizard, form.PropertyName.text());
   const bool isNew = index >= wizard.state.exportCount;
   const std::string against = refusal(wizard, appendOnly, isNew);
   if (!against.empty()) return tell(wizard, against);

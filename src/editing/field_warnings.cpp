@@ -56,13 +56,9 @@ bool fails(const std::string& text, void (*convert)(const std::string&)) {
   }
 }
 
-bool isNumber(const std::string& text) {
-  return !fails(text, [](const std::string& number) { strictValue(number); });
-}
-
 std::string numberWarning(const std::string& text, void (*convert)(const std::string&)) {
   if (fails(text, convert)) return "This is not a number that the table can hold.";
-  if (!isNumber(text)) {
+  if (fails(text, [](const std::string& number) { strictValue(number); })) {
     return "This is not a number: it counts as " + plainNumberText(textValue(text)) + ".";
   }
   return {};
