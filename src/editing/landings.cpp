@@ -183,7 +183,7 @@ std::string describe(const Wizard& wizard, const TextField& field) {
   const auto part = [&](const TextField& one) {
     return &one == &field ? one.text() : plain(one.text());
   };
-  const std::string text = part(form.PropertyDescription);
+  std::string text = part(form.PropertyDescription);
   if (form.ProcessCheck.ticked()) {
     return rangePrefix("0", part(form.NumStepsText), "") +
            wizard.state.processTemplates.front().descriptionPrefix + text;

@@ -57,12 +57,12 @@ bool landsAtDone(const Wizard& wizard, const Landing& landing);
 /// The text in the form in which the table holds it. Throws Failure if it does not fit.
 std::string stored(Conversion conversion, const std::string& text);
 
-/// The description as it lands, with the range at its head. Of all its fields but `field` the
-/// letters and digits alone count.
+/// The description as it lands, with the range at its head. The text of `field` stands there as
+/// typed, those of the other fields without the signs by which a reader finds its way.
 std::string describe(const Wizard& wizard, const TextField& field);
 
-/// The row as a commit or Done would write it, if no field but that of `landing` held a character
-/// that means something to a table.
+/// The row as a commit or Done would write it: `landed` in the column of `landing`, in the others
+/// what the form holds, again without those signs.
 TrialRow rowWith(const Wizard& wizard, const Landing& landing, const std::string& landed);
 
 }  // namespace kova

@@ -163,7 +163,7 @@ void expectTruth(Sitting& first, const std::string& field) {
 }
 
 TEST(FieldWarnings, ComeTrueAtTheNextReading) {
-  const Lines texts = {"1,2", "1,2,3,4", "\"a", "1]2 0:3", "3x", "9,99999999999"};
+  const Lines texts = {"1,2", "1,2,3,4", "\"a", "1]2 :3", "3x", "9,99999999999"};
   const std::vector<std::pair<std::string, std::string>> fields = {
       {"ExportName", "ha"},   {"LocalName", "ha"},         {"PropertyName", "p"},
       {"OutputDataSize", ""}, {"NumDevices", "ha"},        {"MinValue", ""},
