@@ -30,16 +30,22 @@ class MemoryFile : public FileSystem {
   }
   void createFolder(const Path&) override {}
   void copy(const Path&, const Path&) override {}
+  bool copyAside(const Path&, const Path&) override { return true; }
   void remove(const Path&) override {}
   std::vector<std::string> plainFiles(const Path&) const override { return {}; }
   std::optional<FileStamp> stamp(const Path&) const override { return std::nullopt; }
   std::unique_ptr<FolderLock> lock(const Path&) override { return nullptr; }
+  bool nameFits(const Path&, std::string_view) const override { return true; }
+  bool ignoresCase(const Path&) const override { return false; }
   void flushFolder(const Path&) override {}
+  void flushAll(const Path&) override {}
+  void removeLeftovers(const Path&) override {}
 
  private:
   struct Output : OutputFile {
     explicit Output(std::string& target) : content(target) {}
     void write(std::string_view text) override { content += text; }
+    void flush() override {}
     void close() override {}
     std::string& content;
   };

@@ -15,8 +15,7 @@ const DeviceNames* listInBox(const Wizard& wizard) {
   const Form1& form = wizard.form;
   if (form.ServerOption.selected()) return &wizard.state.deviceNames;
   if (!form.DeviceListCheck.ticked() || form.ProcessCheck.ticked()) return nullptr;
-  const std::int16_t index =
-      findPropertyIndex(wizard, form.ExportName.text(), form.PropertyName.text());
+  const std::int16_t index = findPropertyIndex(wizard, form.PropertyName.text());
   return index < tableRows ? &wizard.state.exportTable[static_cast<std::size_t>(index)].devices
                            : nullptr;
 }
