@@ -146,7 +146,7 @@ class BareForm {
  public:
   BareForm(Desk& desk, const std::array<std::int32_t, 2>& lines) {
     window_.resize(desk.view->size());
-    for (const auto& designed : designedControls(desk.form(), form1Design())) {
+    for (const auto& designed : designedControls(desk.form())) {
       auto* const* field = std::get_if<TextField*>(&designed.control);
       if (field == nullptr) continue;
       std::array<QString, 2> texts;

@@ -15,20 +15,18 @@ struct GiveDesignValues {
   void operator()(OptionButton* button) const {
     if (design.value == 1) button->select();
   }
-  void operator()(CommandButton* button) const { button->setEnabled(design.enabled); }
-  void operator()(Frame* frame) const { frame->setEnabled(design.enabled); }
   void operator()(Label* label) const {
     label->setCaption(design.caption.text);
     label->setEnabled(design.enabled);
   }
   void operator()(ListBox* /*list*/) const {}
-  void operator()(DropDownList* list) const { list->setEnabled(design.enabled); }
+  void operator()(auto* control) const { control->setEnabled(design.enabled); }
 };
 
 }  // namespace
 
-void giveDesignValues(const DesignedControl& designed) {
-  std::visit(GiveDesignValues{*designed.design}, designed.control);
+void applyDesign(const std::vector<DesignedControl>& controls) {
+  for (const auto& [design, control] : controls) std::visit(GiveDesignValues{*design}, control);
 }
 
 Width widthOf(const ControlDesign& design) {

@@ -98,12 +98,7 @@ std::vector<DesignedControl> designedControls(Form& form, const Table& table) {
   return controls;
 }
 
-/// Gives a fresh control its design values. No handler is attached yet, so none runs.
-void giveDesignValues(const DesignedControl& designed);
-
-template <class Form, class Table>
-void applyDesign(Form& form, const Table& table) {
-  for (const DesignedControl& designed : designedControls(form, table)) giveDesignValues(designed);
-}
+/// Gives fresh controls their design values. No handler is attached yet, so none runs.
+void applyDesign(const std::vector<DesignedControl>& controls);
 
 }  // namespace kova

@@ -7,17 +7,10 @@
 namespace kova {
 namespace {
 
-void run(const Handler& handler) {
-  if (handler) handler();
-}
-
-/// Assigns and tells the view if that changed anything.
-template <class Value>
-bool assign(Value& held, const Value& value, const Handler& mirror) {
-  if (held == value) return false;
-  held = value;
-  run(mirror);
-  return true;
+void require(const std::vector<std::string>& lines, std::int32_t index) {
+  if (index < 0 || static_cast<std::size_t>(index) >= lines.size()) {
+    throw Failure("the list has no such line");
+  }
 }
 
 }  // namespace
@@ -39,26 +32,6 @@ void TextField::setCaret(std::size_t position) {
   run(mirror);
 }
 
-void TextField::setEnabled(bool enabled) {
-  assign(enabled_, enabled, mirror);
-}
-
-void TextField::setFocus() const {
-  run(takeFocus);
-}
-void TextField::click() const {
-  run(onClick);
-}
-void TextField::gotFocus() const {
-  run(onGotFocus);
-}
-void TextField::lostFocus() const {
-  run(onLostFocus);
-}
-void TextField::keyDown(std::int16_t code) const {
-  if (onKeyDown) onKeyDown(code);
-}
-
 void CheckBox::setValue(std::int16_t value) {
   if (assign(value_, value, mirror)) run(onClick);
 }
@@ -77,43 +50,19 @@ void OptionButton::group(const std::vector<OptionButton*>& buttons) {
   }
 }
 
-void CommandButton::setEnabled(bool enabled) {
-  assign(enabled_, enabled, mirror);
-}
-void CommandButton::click() const {
-  if (enabled_) run(onClick);
-}
-
-void Frame::setEnabled(bool enabled) {
-  assign(enabled_, enabled, mirror);
-}
-void Frame::mouseDown(std::int16_t button) const {
-  if (onMouseDown) onMouseDown(button);
-}
-
-void Label::setCaption(std::string_view caption) {
-  assign(caption_, std::string(caption), mirror);
-}
-void Label::setEnabled(bool enabled) {
-  assign(enabled_, enabled, mirror);
-}
-void Label::click() const {
-  run(onClick);
-}
-
 void ListBox::add(std::string line) {
   lines_.push_back(std::move(line));
   run(mirror);
 }
 
 void ListBox::replace(std::int32_t index, std::string_view line) {
-  require(index);
+  require(lines_, index);
   lines_[static_cast<std::size_t>(index)] = line;
   run(mirror);
 }
 
 void ListBox::remove(std::int32_t index) {
-  require(index);
+  require(lines_, index);
   lines_.erase(lines_.begin() + index);
   if (selected_ == index) {
     selected_ = none;
@@ -131,20 +80,10 @@ void ListBox::clear() {
 }
 
 void ListBox::select(std::int32_t index) {
-  require(index);
+  require(lines_, index);
   selected_ = index;
   run(mirror);
   run(onClick);
-}
-
-void ListBox::doubleClick() const {
-  run(onDblClick);
-}
-
-void ListBox::require(std::int32_t index) const {
-  if (index < 0 || static_cast<std::size_t>(index) >= lines_.size()) {
-    throw Failure("the list has no such line");
-  }
 }
 
 void DropDownList::add(std::string_view entry) {
@@ -157,9 +96,7 @@ std::string DropDownList::text() const {
 }
 
 void DropDownList::select(std::int32_t index) {
-  if (index < 0 || static_cast<std::size_t>(index) >= entries_.size()) {
-    throw Failure("the list has no such entry");
-  }
+  require(entries_, index);
   selected_ = index;
   run(mirror);
   run(onClick);
@@ -169,17 +106,6 @@ void DropDownList::setText(std::string_view text) {
   const auto entry = std::find(entries_.begin(), entries_.end(), text);
   if (entry == entries_.end()) throw Failure("the list does not hold this text");
   select(static_cast<std::int32_t>(entry - entries_.begin()));
-}
-
-void DropDownList::setEnabled(bool enabled) {
-  assign(enabled_, enabled, mirror);
-}
-
-void MenuEntry::click() const {
-  run(onClick);
-}
-void Menu::popUp() const {
-  run(open);
 }
 
 void Window::load() {

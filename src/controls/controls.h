@@ -17,6 +17,20 @@ namespace kova {
 /// What runs when something happens to a control. An empty one does nothing.
 using Handler = std::function<void()>;
 
+template <class... Values>
+void run(const std::function<void(Values...)>& handler, Values... values) {
+  if (handler) handler(values...);
+}
+
+/// Assigns and tells the view if that changed anything.
+template <class Value>
+bool assign(Value& held, const Value& value, const Handler& mirror) {
+  if (held == value) return false;
+  held = value;
+  run(mirror);
+  return true;
+}
+
 /// One or several lines of text that the engineer can edit.
 class TextField {
  public:
@@ -35,16 +49,16 @@ class TextField {
   void setCaret(std::size_t position);
 
   bool enabled() const { return enabled_; }
-  void setEnabled(bool enabled);
+  void setEnabled(bool enabled) { assign(enabled_, enabled, mirror); }
 
   /// Takes the input focus. Throws Failure where the field is not on screen or takes no focus.
-  void setFocus() const;
+  void setFocus() const { run(takeFocus); }
 
-  void click() const;
-  void gotFocus() const;
-  void lostFocus() const;
+  void click() const { run(onClick); }
+  void gotFocus() const { run(onGotFocus); }
+  void lostFocus() const { run(onLostFocus); }
   /// A key went down, before the field itself has seen it.
-  void keyDown(std::int16_t code) const;
+  void keyDown(std::int16_t code) const { run(onKeyDown, code); }
 
   Handler onChange;
   Handler onClick;
@@ -99,9 +113,11 @@ class OptionButton {
 class CommandButton {
  public:
   bool enabled() const { return enabled_; }
-  void setEnabled(bool enabled);
+  void setEnabled(bool enabled) { assign(enabled_, enabled, mirror); }
   /// Runs `onClick` unless the button is disabled.
-  void click() const;
+  void click() const {
+    if (enabled_) run(onClick);
+  }
 
   Handler onClick;
   Handler mirror;
@@ -117,8 +133,8 @@ class Frame {
   static constexpr std::int16_t rightButton = 2;
 
   bool enabled() const { return enabled_; }
-  void setEnabled(bool enabled);
-  void mouseDown(std::int16_t button) const;
+  void setEnabled(bool enabled) { assign(enabled_, enabled, mirror); }
+  void mouseDown(std::int16_t button) const { run(onMouseDown, button); }
 
   std::function<void(std::int16_t)> onMouseDown;
   Handler mirror;
@@ -131,10 +147,10 @@ class Frame {
 class Label {
  public:
   const std::string& caption() const { return caption_; }
-  void setCaption(std::string_view caption);
+  void setCaption(std::string_view caption) { assign(caption_, std::string(caption), mirror); }
   bool enabled() const { return enabled_; }
-  void setEnabled(bool enabled);
-  void click() const;
+  void setEnabled(bool enabled) { assign(enabled_, enabled, mirror); }
+  void click() const { run(onClick); }
 
   Handler onClick;
   Handler mirror;
@@ -162,15 +178,13 @@ class ListBox {
   /// Selects a line and runs `onClick`, also if it is selected already. Throws Failure if there is
   /// no such line.
   void select(std::int32_t index);
-  void doubleClick() const;
+  void doubleClick() const { run(onDblClick); }
 
   Handler onClick;
   Handler onDblClick;
   Handler mirror;
 
  private:
-  void require(std::int32_t index) const;
-
   std::vector<std::string> lines_;
   std::int32_t selected_ = none;
 };
@@ -192,7 +206,7 @@ class DropDownList {
   void setText(std::string_view text);
 
   bool enabled() const { return enabled_; }
-  void setEnabled(bool enabled);
+  void setEnabled(bool enabled) { assign(enabled_, enabled, mirror); }
 
   Handler onClick;
   Handler mirror;
@@ -206,7 +220,7 @@ class DropDownList {
 /// An entry of a menu.
 class MenuEntry {
  public:
-  void click() const;
+  void click() const { run(onClick); }
   Handler onClick;
 };
 
@@ -214,7 +228,7 @@ class MenuEntry {
 class Menu {
  public:
   /// Opens the menu at the pointer, where a view is there to show it.
-  void popUp() const;
+  void popUp() const { run(open); }
   Handler open;
 };
 
@@ -224,8 +238,6 @@ class Window {
   Window() = default;
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;
-  Window(Window&&) = delete;
-  Window& operator=(Window&&) = delete;
   ~Window() = default;
 
   bool loaded() const { return loaded_; }

@@ -80,6 +80,13 @@ constexpr std::array<ReadName, 11> furtherNames = {{
     {"UNAME", 46},
 }};
 
+/// Code name of a code in its full form (from 512) or its short form (from 0).
+std::string_view formatToString(std::int16_t code) {
+  const int index = code < codeBase ? code : code - codeBase;
+  if (index < 0 || index >= static_cast<int>(codeNames.size())) return nullFormat;
+  return codeNames[static_cast<std::size_t>(index)];
+}
+
 }  // namespace
 
 std::string upperCase(std::string_view text) {
@@ -103,12 +110,6 @@ void fillCombos(Wizard& wizard) {
   form.ArrayTypeCombo.setEnabled(false);
   std::transform(formats.begin(), formats.end(), wizard.state.formatNames.begin(),
                  [](const Format& format) { return std::string(format.tableName); });
-}
-
-std::string_view formatToString(std::int16_t code) {
-  const int index = code < codeBase ? code : code - codeBase;
-  if (index < 0 || index >= static_cast<int>(codeNames.size())) return nullFormat;
-  return codeNames[static_cast<std::size_t>(index)];
 }
 
 std::uint8_t formatFromString(std::string_view name) {

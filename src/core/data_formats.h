@@ -16,10 +16,6 @@ void fillCombos(Wizard& wizard);
 /// The letters a to z in their upper case.
 std::string upperCase(std::string_view text);
 
-/// Code name of a format code in its full form (from 512) or its short form (from 0), "NULL" if
-/// there is none.
-std::string_view formatToString(std::int16_t code);
-
 /// Short form of the code that a name stands for, case ignored, 255 if there is none.
 std::uint8_t formatFromString(std::string_view name);
 

@@ -1,8 +1,36 @@
 // SPDX-License-Identifier: MIT
 #include "core/main_window.h"
 
+#include <array>
+
 namespace kova {
 namespace {
+
+// What the tool tip of a field and that of its label say.
+constexpr std::string_view archiveRateTip =
+    "Data will be committed to disk not more frequently than this interval";
+constexpr std::string_view pollRateTip =
+    "The local history server will poll the given property at this interval";
+constexpr std::string_view heartbeatTip =
+    "Data will be committed to disk no less frequently than this interval";
+constexpr std::string_view shortDepthTip =
+    "Data will be kept in short-term ring buffer with this depth at the polling rate";
+constexpr std::string_view longDepthTip =
+    "Data will be kept on the local disk for at least this period";
+constexpr std::string_view toleranceTip =
+    "Data within tolerance (percent or absolute) will not be committed to disk (except at the "
+    "heartbeat)";
+constexpr std::string_view historyDeviceTip =
+    "The device name to be used by the local history server";
+constexpr std::string_view almwDeviceTip = "The device name to be used by the local alarm server";
+constexpr std::string_view alarmSystemTip = "System-wide Identifier for this category of alarms";
+constexpr std::string_view severityTip = "severity to be used for too high or too low";
+constexpr std::string_view countThreshTip =
+    "Alarm will only be set when it appears this many times consecutively";
+constexpr std::string_view almHiTip = "Threshold for value too high alarm";
+constexpr std::string_view almLoTip = "Threshold for value too Low alarm";
+constexpr std::string_view almHiWarnTip = "Threshold for warn too high alarm";
+constexpr std::string_view almLoWarnTip = "Threshold for warn too Low alarm";
 
 // Pointer, name, kind, container, caption or text with its access key, tab index, {left, top,
 // width, height}, tool tip, enabled at start, ticked or selected at start, spoken name, hint while
@@ -13,7 +41,7 @@ namespace {
 // clang-format off
 using enum ControlKind;
 
-constexpr std::array<DesignRow<Form1>, 87> design{{
+constexpr auto design = std::to_array<DesignRow<Form1>>({
     {&Form1::Frame1, {"Frame1", frame, "", "Property Information", 0, {90, 1050, 7935, 3405}}},
     {&Form1::Frame2, {"Frame2", frame, "", "Device Server Information", 1, {60, 90, 7935, 885}}},
     {&Form1::PropertyList, {"PropertyList", listBox, "", "", 28, {8100, 750, 3885, 2400},
@@ -70,66 +98,36 @@ constexpr std::array<DesignRow<Form1>, 87> design{{
     {&Form1::OutputDataFormat, {"OutputDataFormat", comboBox, "Frame4", "", 22, {120, 270, 1695, 315}}},
     {&Form1::OutputDataSize, {"OutputDataSize", textBox, "Frame4", "", 24, {120, 840, 1695, 375}}},
     {&Form1::ProjectDir, {"ProjectDir", textBox, "Frame5", "", 33, {120, 180, 3675, 375}}},
-    {&Form1::ArchiveRateText, {"ArchiveRateText", textBox, "HistoryPanel", "10", 47, {2130, 630, 585, 315},
-        "Data will be committed to disk not more frequently than this interval"}},
-    {&Form1::Label13, {"Label13", label, "HistoryPanel", "Archive Rate (secs)", 48, {630, 630, 1395, 255},
-        "Data will be committed to disk not more frequently than this interval"}},
-    {&Form1::PollRateText, {"PollRateText", textBox, "HistoryPanel", "1000", 49, {2130, 1020, 585, 285},
-        "The local history server will poll the given property at this interval"}},
-    {&Form1::Label14, {"Label14", label, "HistoryPanel", "Polling Rate (msec)", 50, {660, 1020, 1395, 315},
-        "The local history server will poll the given property at this interval"}},
-    {&Form1::ArchiveHeartbeatText, {"ArchiveHeartbeatText", textBox, "HistoryPanel", "18000", 51, {2130, 1350, 615, 315},
-        "Data will be committed to disk no less frequently than this interval"}},
-    {&Form1::Label15, {"Label15", label, "HistoryPanel", "Archive Heartbeat (secs)", 52, {270, 1380, 1815, 255},
-        "Data will be committed to disk no less frequently than this interval"}},
-    {&Form1::ShortDepthText, {"ShortDepthText", textBox, "HistoryPanel", "600", 53, {2130, 1710, 495, 285},
-        "Data will be kept in short-term ring buffer with this depth at the polling rate"}},
-    {&Form1::Label16, {"Label16", label, "HistoryPanel", "Ringbuffer Depth", 54, {780, 1710, 1305, 285},
-        "Data will be kept in short-term ring buffer with this depth at the polling rate"}},
-    {&Form1::LongDepthText, {"LongDepthText", textBox, "HistoryPanel", "1", 55, {2130, 2040, 495, 285},
-        "Data will be kept on the local disk for at least this period"}},
-    {&Form1::Label17, {"Label17", label, "HistoryPanel", "Long term Depth (months)", 56, {180, 2070, 1905, 285},
-        "Data will be kept on the local disk for at least this period"}},
-    {&Form1::toleranceText, {"toleranceText", textBox, "HistoryPanel", "10%", 57, {2130, 2370, 495, 285},
-        "Data within tolerance (percent or absolute) will not be committed to disk (except at the heartbeat)"}},
-    {&Form1::Label18, {"Label18", label, "HistoryPanel", "Tolerance", 58, {1140, 2400, 885, 255},
-        "Data within tolerance (percent or absolute) will not be committed to disk (except at the heartbeat)"}},
-    {&Form1::historyDeviceText, {"historyDeviceText", textBox, "HistoryPanel", "#0", 59, {2130, 300, 855, 285},
-        "The device name to be used by the local history server"}},
-    {&Form1::Label19, {"Label19", label, "HistoryPanel", "Calling Device Name", 60, {510, 300, 1545, 255},
-        "The device name to be used by the local history server"}},
-    {&Form1::almwDeviceText, {"almwDeviceText", textBox, "AlarmWatchPanel", "#0", 61, {1740, 240, 1005, 285},
-        "The device name to be used by the local alarm server"}},
-    {&Form1::Label20, {"Label20", label, "AlarmWatchPanel", "Calling Device Name", 62, {120, 270, 1575, 285},
-        "The device name to be used by the local alarm server"}},
-    {&Form1::AlmSystemText, {"AlmSystemText", textBox, "AlarmWatchPanel", "0", 63, {1740, 570, 1035, 315},
-        "System-wide Identifier for this category of alarms"}},
-    {&Form1::Label21, {"Label21", label, "AlarmWatchPanel", "Alarm System ID", 64, {390, 600, 1245, 255},
-        "System-wide Identifier for this category of alarms"}},
-    {&Form1::almSeverityText, {"almSeverityText", textBox, "AlarmWatchPanel", "10", 65, {1740, 930, 405, 285},
-        "severity to be used for too high or too low"}},
-    {&Form1::Label22, {"Label22", label, "AlarmWatchPanel", "Severity (high)", 66, {540, 960, 1125, 255},
-        "severity to be used for too high or too low"}},
-    {&Form1::almCountThreshText, {"almCountThreshText", textBox, "AlarmWatchPanel", "3", 67, {1740, 1260, 645, 315},
-        "Alarm will only be set when it appears this many times consecutively"}},
-    {&Form1::Label23, {"Label23", label, "AlarmWatchPanel", "Counts Threshold", 68, {390, 1320, 1275, 255},
-        "Alarm will only be set when it appears this many times consecutively"}},
-    {&Form1::almHiText, {"almHiText", textBox, "AlarmWatchPanel", "0", 69, {1740, 1620, 765, 285},
-        "Threshold for value too high alarm"}},
-    {&Form1::Label24, {"Label24", label, "AlarmWatchPanel", {"Value too high", 'H'}, 70, {570, 1680, 1065, 255},
-        "Threshold for value too high alarm"}},
-    {&Form1::almLoText, {"almLoText", textBox, "AlarmWatchPanel", "0", 71, {1740, 1980, 765, 285},
-        "Threshold for value too Low alarm"}},
-    {&Form1::Label25, {"Label25", label, "AlarmWatchPanel", "Value too low", 72, {630, 2010, 1035, 255},
-        "Threshold for value too Low alarm"}},
-    {&Form1::almHiWarnText, {"almHiWarnText", textBox, "AlarmWatchPanel", "0", 73, {3360, 1650, 645, 285},
-        "Threshold for warn too high alarm"}},
-    {&Form1::Label26, {"Label26", label, "AlarmWatchPanel", "warning", 74, {2700, 1650, 585, 255},
-        "Threshold for warn too high alarm"}},
-    {&Form1::almLoWarnText, {"almLoWarnText", textBox, "AlarmWatchPanel", "0", 75, {3360, 1980, 675, 285},
-        "Threshold for warn too Low alarm"}},
-    {&Form1::Label27, {"Label27", label, "AlarmWatchPanel", "warning", 76, {2700, 1980, 615, 285},
-        "Threshold for warn too Low alarm"}},
+    {&Form1::ArchiveRateText, {"ArchiveRateText", textBox, "HistoryPanel", "10", 47, {2130, 630, 585, 315}, archiveRateTip}},
+    {&Form1::Label13, {"Label13", label, "HistoryPanel", "Archive Rate (secs)", 48, {630, 630, 1395, 255}, archiveRateTip}},
+    {&Form1::PollRateText, {"PollRateText", textBox, "HistoryPanel", "1000", 49, {2130, 1020, 585, 285}, pollRateTip}},
+    {&Form1::Label14, {"Label14", label, "HistoryPanel", "Polling Rate (msec)", 50, {660, 1020, 1395, 315}, pollRateTip}},
+    {&Form1::ArchiveHeartbeatText, {"ArchiveHeartbeatText", textBox, "HistoryPanel", "18000", 51, {2130, 1350, 615, 315}, heartbeatTip}},
+    {&Form1::Label15, {"Label15", label, "HistoryPanel", "Archive Heartbeat (secs)", 52, {270, 1380, 1815, 255}, heartbeatTip}},
+    {&Form1::ShortDepthText, {"ShortDepthText", textBox, "HistoryPanel", "600", 53, {2130, 1710, 495, 285}, shortDepthTip}},
+    {&Form1::Label16, {"Label16", label, "HistoryPanel", "Ringbuffer Depth", 54, {780, 1710, 1305, 285}, shortDepthTip}},
+    {&Form1::LongDepthText, {"LongDepthText", textBox, "HistoryPanel", "1", 55, {2130, 2040, 495, 285}, longDepthTip}},
+    {&Form1::Label17, {"Label17", label, "HistoryPanel", "Long term Depth (months)", 56, {180, 2070, 1905, 285}, longDepthTip}},
+    {&Form1::toleranceText, {"toleranceText", textBox, "HistoryPanel", "10%", 57, {2130, 2370, 495, 285}, toleranceTip}},
+    {&Form1::Label18, {"Label18", label, "HistoryPanel", "Tolerance", 58, {1140, 2400, 885, 255}, toleranceTip}},
+    {&Form1::historyDeviceText, {"historyDeviceText", textBox, "HistoryPanel", "#0", 59, {2130, 300, 855, 285}, historyDeviceTip}},
+    {&Form1::Label19, {"Label19", label, "HistoryPanel", "Calling Device Name", 60, {510, 300, 1545, 255}, historyDeviceTip}},
+    {&Form1::almwDeviceText, {"almwDeviceText", textBox, "AlarmWatchPanel", "#0", 61, {1740, 240, 1005, 285}, almwDeviceTip}},
+    {&Form1::Label20, {"Label20", label, "AlarmWatchPanel", "Calling Device Name", 62, {120, 270, 1575, 285}, almwDeviceTip}},
+    {&Form1::AlmSystemText, {"AlmSystemText", textBox, "AlarmWatchPanel", "0", 63, {1740, 570, 1035, 315}, alarmSystemTip}},
+    {&Form1::Label21, {"Label21", label, "AlarmWatchPanel", "Alarm System ID", 64, {390, 600, 1245, 255}, alarmSystemTip}},
+    {&Form1::almSeverityText, {"almSeverityText", textBox, "AlarmWatchPanel", "10", 65, {1740, 930, 405, 285}, severityTip}},
+    {&Form1::Label22, {"Label22", label, "AlarmWatchPanel", "Severity (high)", 66, {540, 960, 1125, 255}, severityTip}},
+    {&Form1::almCountThreshText, {"almCountThreshText", textBox, "AlarmWatchPanel", "3", 67, {1740, 1260, 645, 315}, countThreshTip}},
+    {&Form1::Label23, {"Label23", label, "AlarmWatchPanel", "Counts Threshold", 68, {390, 1320, 1275, 255}, countThreshTip}},
+    {&Form1::almHiText, {"almHiText", textBox, "AlarmWatchPanel", "0", 69, {1740, 1620, 765, 285}, almHiTip}},
+    {&Form1::Label24, {"Label24", label, "AlarmWatchPanel", {"Value too high", 'H'}, 70, {570, 1680, 1065, 255}, almHiTip}},
+    {&Form1::almLoText, {"almLoText", textBox, "AlarmWatchPanel", "0", 71, {1740, 1980, 765, 285}, almLoTip}},
+    {&Form1::Label25, {"Label25", label, "AlarmWatchPanel", "Value too low", 72, {630, 2010, 1035, 255}, almLoTip}},
+    {&Form1::almHiWarnText, {"almHiWarnText", textBox, "AlarmWatchPanel", "0", 73, {3360, 1650, 645, 285}, almHiWarnTip}},
+    {&Form1::Label26, {"Label26", label, "AlarmWatchPanel", "warning", 74, {2700, 1650, 585, 255}, almHiWarnTip}},
+    {&Form1::almLoWarnText, {"almLoWarnText", textBox, "AlarmWatchPanel", "0", 75, {3360, 1980, 675, 285}, almLoWarnTip}},
+    {&Form1::Label27, {"Label27", label, "AlarmWatchPanel", "warning", 76, {2700, 1980, 615, 285}, almLoWarnTip}},
     {&Form1::almNormalText, {"almNormalText", textBox, "AlarmWatchPanel", "0", 83, {1740, 2340, 765, 285},
         "Required value for no alarm (only active if mask is non-Zero)"}},
     {&Form1::almMaskText, {"almMaskText", textBox, "AlarmWatchPanel", "0", 84, {3360, 2310, 675, 315},
@@ -143,19 +141,19 @@ constexpr std::array<DesignRow<Form1>, 87> design{{
     {&Form1::ServerOption, {"ServerOption", optionButton, "DevicePanel", {"Server", 'V'}, 80, {150, 300, 915, 285},
         "", true, 1}},
     {&Form1::propertyOption, {"propertyOption", optionButton, "DevicePanel", {"Property", 'T'}, 81, {1170, 330, 1155, 255}}},
-}};
+});
 // clang-format on
 
 }  // namespace
 
-const std::array<DesignRow<Form1>, 87>& form1Design() {
-  return design;
+std::vector<DesignedControl> designedControls(Form1& form) {
+  return designedControls(form, design);
 }
 
 Form1::Form1() {
   window.title = "KOVA Device Server Setup Wizard";
   OptionButton::group({&ServerOption, &propertyOption});
-  applyDesign(*this, form1Design());
+  applyDesign(designedControls(*this));
 }
 
 }  // namespace kova

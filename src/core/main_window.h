@@ -2,8 +2,8 @@
 // The main window: every control by its name, and the design table that draws them.
 #pragma once
 
-#include <array>
 #include <string_view>
+#include <vector>
 
 #include "controls/control_design.h"
 
@@ -40,6 +40,6 @@ inline constexpr std::string_view srvGuideCaption = "&Device Server Guidance";
 inline constexpr std::string_view prpGuideCaption = "&Property Guidance";
 
 /// All controls with their design values, by container, each group in the order of the keyboard.
-const std::array<DesignRow<Form1>, 87>& form1Design();
+std::vector<DesignedControl> designedControls(Form1& form);
 
 }  // namespace kova

@@ -16,18 +16,14 @@ std::string significantLocalName(const Wizard& wizard) {
   return storedLocalName(wizard.form.LocalName.text());
 }
 
-PropertyRecord& selectedRow(Wizard& wizard) {
-  return exportRow(wizard, wizard.form.PropertyList.selectedIndex());
-}
-
 PropertyRecord& exportRow(Wizard& wizard, std::int32_t index) {
   if (index < 0 || index >= tableRows) throw Failure("the property table has no such row");
   return wizard.state.exportTable[static_cast<std::size_t>(index)];
 }
 
-std::int16_t findPropertyIndex(const Wizard& wizard, const std::string& expName,
-                               const std::string& prpName) {
-  return findPropertyIndex(wizard.state.exportTable, wizard.state.exportCount, expName, prpName);
+std::int16_t findPropertyIndex(const Wizard& wizard, const std::string& prpName) {
+  return findPropertyIndex(wizard.state.exportTable, wizard.state.exportCount,
+                           wizard.form.ExportName.text(), prpName);
 }
 
 }  // namespace kova

@@ -50,16 +50,11 @@ void tell(const Wizard& wizard, const std::string& text);
 /// The first 6 characters of the text of LocalName: as much of it as counts.
 std::string significantLocalName(const Wizard& wizard);
 
-/// Row of the selected line of the property list. Throws Failure if no line is selected or if the
-/// line has no row. Valid until the next assignment to a control.
-PropertyRecord& selectedRow(Wizard& wizard);
-
 /// A row of the export table. Throws Failure beyond the last index. Valid until the next assignment
 /// to a control.
 PropertyRecord& exportRow(Wizard& wizard, std::int32_t index);
 
-/// findPropertyIndex of the wizard's table.
-std::int16_t findPropertyIndex(const Wizard& wizard, const std::string& expName,
-                               const std::string& prpName);
+/// findPropertyIndex of the wizard's table, under the export name in the form.
+std::int16_t findPropertyIndex(const Wizard& wizard, const std::string& prpName);
 
 }  // namespace kova

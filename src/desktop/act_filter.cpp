@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/act_filter.h"
 
+#include <QAbstractButton>
 #include <QShortcutEvent>
-#include <QWidget>
-#include <utility>
 
 namespace kova {
 
@@ -20,23 +19,6 @@ bool ActFilter::eventFilter(QObject* watched, QEvent* event) {
     return true;
   }
   return QObject::eventFilter(watched, event);
-}
-
-void onPress(QAbstractButton& button, std::function<void()> act) {
-  QObject::connect(&button, &QAbstractButton::clicked, &button, [&button, act = std::move(act)] {
-    if (!button.hasFocus()) button.setFocus(Qt::OtherFocusReason);
-    act();
-  });
-}
-
-void onToggle(QAbstractButton& button, std::function<bool()> model, std::function<void()> act) {
-  QObject::connect(&button, &QAbstractButton::toggled, &button,
-                   [&button, model = std::move(model), act = std::move(act)](bool on) {
-                     // Of two options the one that takes over tells of it.
-                     if (on == model() || (button.autoExclusive() && !on)) return;
-                     if (!button.hasFocus()) button.setFocus(Qt::OtherFocusReason);
-                     act();
-                   });
 }
 
 bool EndOfActs::eventFilter(QObject* watched, QEvent* event) {

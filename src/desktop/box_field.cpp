@@ -2,6 +2,7 @@
 #include "desktop/box_field.h"
 
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QTextBlock>
 
 #include "desktop/text_seam.h"
@@ -18,18 +19,15 @@ BoxField::BoxField(TextField& field, const CodePage& codePage, QWidget* parent)
 }
 
 void BoxField::mirror() {
-  const auto guard = mirroring();
-  const std::string& text = field().text();
+  const QScopedValueRollback<bool> guard(mirroring_, true);
+  const std::string& text = field_.text();
   if (differs_ || text != shown_) {
     shown_ = text;
     differs_ = false;
-    setPlainText(toShownLines(text, codePage()));
+    setPlainText(toShownLines(text, codePage_));
     revision_ = document()->revision();
   }
-  show(shownPosition(text, field().caret()));
-}
-
-void BoxField::show(int position) {
+  const int position = shownPosition(text, field_.caret());
   QTextCursor cursor = textCursor();
   if (position == cursor.position()) return;
   cursor.setPosition(position);
@@ -38,21 +36,21 @@ void BoxField::show(int position) {
 }
 
 void BoxField::takeEdit() {
-  if (isMirroring()) return;
+  if (mirroring_) return;
   revision_ = document()->revision();
   const QString raw = document()->toRawText();
   const std::size_t caret = textPosition(raw, textCursor().position());
-  shown_ = toTextLines(raw, codePage());
-  differs_ = toShownLines(shown_, codePage()) != raw;
+  shown_ = toTextLines(raw, codePage_);
+  differs_ = toShownLines(shown_, codePage_) != raw;
   // The model may bring another text into the box while it takes this one.
   const std::string text = shown_;
-  field().edit(text, caret);
+  field_.edit(text, caret);
 }
 
 void BoxField::takeCaret() {
   // The toolkit tells of the caret ahead of the edit that moved it.
-  if (isMirroring() || document()->revision() != revision_) return;
-  field().setCaret(textPosition(document()->toRawText(), textCursor().position()));
+  if (mirroring_ || document()->revision() != revision_) return;
+  field_.setCaret(textPosition(document()->toRawText(), textCursor().position()));
 }
 
 void BoxField::keyPressEvent(QKeyEvent* event) {
@@ -69,14 +67,6 @@ QSize BoxField::sizeOf(int columns, int lines) const {
   const int frame = 2 * frameWidth() + static_cast<int>(2 * document()->documentMargin());
   return {columns * fontMetrics().averageCharWidth() + frame + margins.left() + margins.right(),
           lines * fontMetrics().lineSpacing() + frame + margins.top() + margins.bottom()};
-}
-
-QSize BoxField::sizeHint() const {
-  return sizeOf(32, 7);
-}
-
-QSize BoxField::minimumSizeHint() const {
-  return sizeOf(16, 3);
 }
 
 }  // namespace kova

@@ -16,8 +16,8 @@ class BoxField : public FieldWidget<QPlainTextEdit> {
   /// Shows the model's text and caret.
   void mirror();
 
-  QSize sizeHint() const override;
-  QSize minimumSizeHint() const override;
+  QSize sizeHint() const override { return sizeOf(32, 7); }
+  QSize minimumSizeHint() const override { return sizeOf(16, 3); }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -25,7 +25,7 @@ class BoxField : public FieldWidget<QPlainTextEdit> {
  private:
   void takeEdit();
   void takeCaret();
-  void show(int position);
+  /// With room for so many characters and lines.
   QSize sizeOf(int columns, int lines) const;
 
   std::string shown_;     ///< the text of the model that stands in the box

@@ -2,17 +2,16 @@
 #include "desktop/field_marks.h"
 
 #include <QApplication>
-#include <QPalette>
-#include <utility>
 
 #include "desktop/colours.h"
 #include "desktop/text_seam.h"
+#include "editing/field_warnings.h"
 
 namespace kova {
 
 FieldMarks::FieldMarks(const std::vector<ShownField>& fields, const CodePage& codePage,
-                       std::function<std::string(const TextField&)> warning)
-    : fields_(fields), codePage_(codePage), warning_(std::move(warning)), marks_(fields.size()) {
+                       const Wizard& wizard)
+    : fields_(fields), codePage_(codePage), wizard_(wizard), marks_(fields.size()) {
   afterAct_.setSingleShot(true);
   connect(&afterAct_, &QTimer::timeout, this, &FieldMarks::markAll);
 }
@@ -27,7 +26,7 @@ void FieldMarks::recolour() {
 
 void FieldMarks::markAll() {
   for (std::size_t i = 0; i < fields_.size(); ++i) {
-    const std::string warning = warning_(*fields_[i].field);
+    const std::string warning = fieldWarning(wizard_, *fields_[i].field);
     if (warning != marks_[i]) mark(i, warning);
   }
 }

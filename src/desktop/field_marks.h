@@ -4,19 +4,18 @@
 
 #include <QObject>
 #include <QTimer>
-#include <functional>
 #include <string>
 #include <vector>
 
+#include "core/wizard.h"
 #include "desktop/form_widgets.h"
 
 namespace kova {
 
 class FieldMarks : public QObject {
  public:
-  /// `warning` says what is wrong with a field, empty if nothing is.
-  FieldMarks(const std::vector<ShownField>& fields, const CodePage& codePage,
-             std::function<std::string(const TextField&)> warning);
+  /// `fields` are those of the main window. They and the wizard outlive the object.
+  FieldMarks(const std::vector<ShownField>& fields, const CodePage& codePage, const Wizard& wizard);
 
   /// Has the marks follow the texts as soon as the running act is through.
   void follow();
@@ -29,7 +28,7 @@ class FieldMarks : public QObject {
 
   const std::vector<ShownField>& fields_;
   const CodePage& codePage_;
-  const std::function<std::string(const TextField&)> warning_;
+  const Wizard& wizard_;
   std::vector<std::string> marks_;  ///< the warning that each field shows
   QTimer afterAct_;
 };

@@ -6,7 +6,6 @@
 #include <QContextMenuEvent>
 #include <QFocusEvent>
 #include <QMouseEvent>
-#include <QScopedValueRollback>
 #include <utility>
 
 #include "controls/controls.h"
@@ -29,13 +28,6 @@ class FieldWidget : public Edit {
       : Edit(parent), field_(field), codePage_(codePage) {}
 
  protected:
-  TextField& field() const { return field_; }
-  const CodePage& codePage() const { return codePage_; }
-
-  /// While it lives, what changes in the widget comes from the model.
-  auto mirroring() { return QScopedValueRollback<bool>(mirroring_, true); }
-  bool isMirroring() const { return mirroring_; }
-
   void focusInEvent(QFocusEvent* event) override {
     Edit::focusInEvent(event);
     if (movesBetweenFields(event->reason())) field_.gotFocus();
@@ -66,10 +58,11 @@ class FieldWidget : public Edit {
     }
   }
 
- private:
   TextField& field_;
   const CodePage& codePage_;
-  bool mirroring_ = false;
+  bool mirroring_ = false;  ///< what changes in the widget comes from the model
+
+ private:
   bool endsDoubleClick_ = false;
 };
 

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "desktop/box_field.h"
-#include "desktop/layouts.h"
 #include "desktop/line_field.h"
 #include "desktop/line_list.h"
 #include "desktop/small_widgets.h"
@@ -22,26 +21,15 @@ constexpr int lineHeight = 225;  // of a drawn text, in twips
 constexpr int charactersOfAnEntry = 10;
 
 LineField::Characters charactersOf(const ControlDesign& design) {
-  switch (widthOf(design)) {
-    case Width::number:
-      return {.wanted = 8, .least = 6};
-    case Width::name:
-      return {.wanted = 16, .least = 8};
-    case Width::rest:
-      break;
-  }
+  const Width width = widthOf(design);
+  if (width == Width::number) return {.wanted = 8, .least = 6};
+  if (width == Width::name) return {.wanted = 16, .least = 8};
   return {.wanted = 32, .least = 16};
 }
 
-void mirrorEnabled(QWidget& widget, bool enabled) {
-  if (widget.isEnabledTo(widget.parentWidget()) != enabled) widget.setEnabled(enabled);
-}
-
-void mirrorEntries(QComboBox& box, const DropDownList& list, const CodePage& codePage) {
-  for (auto shown = static_cast<std::size_t>(box.count()); shown < list.entries().size(); ++shown) {
-    box.addItem(toShown(list.entries()[shown], codePage));
-  }
-  if (box.currentIndex() != list.selectedIndex()) box.setCurrentIndex(list.selectedIndex());
+/// However a button is pressed, the field that had the focus has been left before.
+void takeFocus(QAbstractButton& button) {
+  if (!button.hasFocus()) button.setFocus(Qt::OtherFocusReason);
 }
 
 }  // namespace
@@ -91,7 +79,7 @@ template <class Edit>
 QWidget* FormWidgets::makeField(TextField& field, Edit* edit) {
   mirror(field, [&field, edit] {
     edit->mirror();
-    mirrorEnabled(*edit, field.enabled());
+    edit->setEnabled(field.enabled());
   });
   hang(hooks_, field.takeFocus, [edit] {
     if (!edit->isVisible() || !edit->isEnabled()) throw Failure("the field can't take the focus");
@@ -113,37 +101,44 @@ QWidget* FormWidgets::make(TextField& field, const ControlDesign& design, QWidge
   return made;
 }
 
+/// A screen reader toggles a button without a press.
+template <class Control, class IsOn, class Act>
+QWidget* FormWidgets::makeToggle(Control& control, QAbstractButton* button, IsOn isOn, Act act) {
+  QObject::connect(button, &QAbstractButton::toggled, button, [=, &control](bool on) {
+    // Of two options the one that takes over tells of it.
+    if (on == std::invoke(isOn, control) || (button->autoExclusive() && !on)) return;
+    takeFocus(*button);
+    std::invoke(act, control);
+  });
+  mirror(control, [=, &control] { button->setChecked(std::invoke(isOn, control)); });
+  return button;
+}
+
 QWidget* FormWidgets::make(CheckBox& box, const ControlDesign& design, QWidget& parent) {
-  auto* made = new QCheckBox(&parent);
-  made->setText(caption(design));
-  onToggle(
-      *made, [&box] { return box.ticked(); },
-      [&box, made] { box.setValue(made->isChecked() ? 1 : 0); });
-  mirror(box, [&box, made] { made->setChecked(box.ticked()); });
-  return made;
+  return makeToggle(box, new QCheckBox(caption(design), &parent), &CheckBox::ticked,
+                    [](CheckBox& pressed) { pressed.setValue(pressed.ticked() ? 0 : 1); });
 }
 
 QWidget* FormWidgets::make(OptionButton& option, const ControlDesign& design, QWidget& parent) {
-  auto* made = new OptionBox(&parent);
-  made->setText(caption(design));
-  onToggle(
-      *made, [&option] { return option.selected(); }, [&option] { option.select(); });
-  mirror(option, [&option, made] { made->setChecked(option.selected()); });
-  return made;
+  return makeToggle(option, new OptionBox(caption(design), &parent), &OptionButton::selected,
+                    &OptionButton::select);
 }
 
 QWidget* FormWidgets::make(CommandButton& button, const ControlDesign& design, QWidget& parent) {
   auto* made = new ActButton(design.kind == ControlKind::finishButton, &parent);
   made->setText(caption(design));
-  onPress(*made, [&button] { button.click(); });
-  mirror(button, [&button, made] { mirrorEnabled(*made, button.enabled()); });
+  QObject::connect(made, &QAbstractButton::clicked, made, [&button, made] {
+    takeFocus(*made);
+    button.click();
+  });
+  mirror(button, [&button, made] { made->setEnabled(button.enabled()); });
   return made;
 }
 
 QWidget* FormWidgets::make(Frame& frame, const ControlDesign& design, QWidget& parent) {
   auto* made = new FrameBox(frame, &parent);
   made->setTitle(caption(design));
-  mirror(frame, [&frame, made] { mirrorEnabled(*made, frame.enabled()); });
+  mirror(frame, [&frame, made] { made->setEnabled(frame.enabled()); });
   return made;
 }
 
@@ -158,7 +153,7 @@ QWidget* FormWidgets::make(Label& label, const ControlDesign& design, QWidget& p
     for (const Naming& naming : namings_) {
       if (naming.label == design.name) widget(naming.field)->setAccessibleName(name);
     }
-    mirrorEnabled(*made, label.enabled());
+    made->setEnabled(label.enabled());
   });
   mirror(label, labels_.back());
   return made;
@@ -177,8 +172,12 @@ QWidget* FormWidgets::make(DropDownList& list, const ControlDesign& /*design*/, 
   made->setMinimumContentsLength(charactersOfAnEntry);
   QObject::connect(made, &QComboBox::activated, made, [&list](int index) { list.select(index); });
   mirror(list, [this, &list, made] {
-    mirrorEntries(*made, list, codePage_);
-    mirrorEnabled(*made, list.enabled());
+    const auto& entries = list.entries();
+    for (auto shown = static_cast<std::size_t>(made->count()); shown < entries.size(); ++shown) {
+      made->addItem(toShown(entries[shown], codePage_));
+    }
+    made->setCurrentIndex(list.selectedIndex());
+    made->setEnabled(list.enabled());
   });
   return made;
 }

@@ -3,11 +3,10 @@
 // carries the engineer's acts into it.
 #pragma once
 
-#include <QWidget>
+#include <QAbstractButton>
 #include <functional>
 #include <map>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "controls/control_design.h"
@@ -54,6 +53,8 @@ class FormWidgets {
   void mirror(Control& control, Show show);
   template <class Edit>
   QWidget* makeField(TextField& field, Edit* edit);
+  template <class Control, class IsOn, class Act>
+  QWidget* makeToggle(Control& control, QAbstractButton* button, IsOn isOn, Act act);
   QString caption(const ControlDesign& design) const;
   QString spokenName(const ControlDesign& design) const;
   void join(const Naming& naming);

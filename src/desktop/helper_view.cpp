@@ -13,8 +13,8 @@ HelperView::HelperView(ExportHelper& helper, const CodePage& codePage, QWidget& 
     : helper_(helper),
       codePage_(codePage),
       mainWindow_(mainWindow),
-      widgets_(*this, guidedDialogSketches(), designedControls(helper, exportHelperDesign()),
-               codePage, [this] { markDefault(); }) {
+      widgets_(*this, guidedDialogSketches(), designedControls(helper), codePage,
+               [this] { markDefault(); }) {
   setObjectName(QStringLiteral("ExportHelper"));
   hang(hooks_, helper_.window.mirror, [this] { mirror(); });
   hang(hooks_, helper_.window.raise, [this] {
@@ -22,11 +22,6 @@ HelperView::HelperView(ExportHelper& helper, const CodePage& codePage, QWidget& 
     activateWindow();
   });
   markDefault();
-}
-
-/// The Escape key and the window's own close control.
-void HelperView::reject() {
-  helper_.window.unload();
 }
 
 /// Shows what Enter does in the box.

@@ -15,7 +15,8 @@ class HelperView : public QDialog {
   /// Comes up in the middle of `mainWindow`, and stays when that one is closed.
   HelperView(ExportHelper& helper, const CodePage& codePage, QWidget& mainWindow);
 
-  void reject() override;
+  /// The Escape key and the window's own close control.
+  void reject() override { helper_.window.unload(); }
 
  private:
   void markDefault();

@@ -2,6 +2,7 @@
 #include "desktop/line_field.h"
 
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <algorithm>
 #include <limits>
 
@@ -24,31 +25,31 @@ LineField::LineField(TextField& field, const CodePage& codePage, Characters char
 }
 
 void LineField::mirror() {
-  const auto guard = mirroring();
-  if (const QString shown = toShown(field().text(), codePage()); shown != text()) setText(shown);
+  const QScopedValueRollback<bool> guard(mirroring_, true);
+  if (const QString shown = toShown(field_.text(), codePage_); shown != text()) setText(shown);
   before_ = text();
-  const int caret = static_cast<int>(field().caret());
+  const int caret = static_cast<int>(field_.caret());
   if (caret != cursorPosition()) setCursorPosition(caret);
 }
 
 void LineField::takeEdit(const QString& edited) {
-  if (isMirroring()) return;
+  if (mirroring_) return;
   int position = cursorPosition();
   const QString kept = withoutPastedLines(before_, edited, position);
   const std::size_t caret = textPosition(kept, position);
-  field().edit(toText(kept, codePage()), caret);
+  field_.edit(toText(kept, codePage_), caret);
 }
 
 void LineField::takeCaret() {
   // Of what an input method, Undo or Redo does, the toolkit tells the caret ahead of the edit.
-  if (isMirroring() || text() != before_) return;
-  field().setCaret(textPosition(text(), cursorPosition()));
+  if (mirroring_ || text() != before_) return;
+  field_.setCaret(textPosition(text(), cursorPosition()));
 }
 
 void LineField::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     event->accept();
-    field().keyDown(TextField::enterKey);
+    field_.keyDown(TextField::enterKey);
   } else {
     QLineEdit::keyPressEvent(event);
   }
@@ -61,14 +62,6 @@ QSize LineField::sizeFor(int characters) const {
   size.setWidth(frame +
                 characters * std::max(metrics.horizontalAdvance(u'0'), metrics.averageCharWidth()));
   return size;
-}
-
-QSize LineField::sizeHint() const {
-  return sizeFor(characters_.wanted);
-}
-
-QSize LineField::minimumSizeHint() const {
-  return sizeFor(characters_.least);
 }
 
 }  // namespace kova

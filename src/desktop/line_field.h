@@ -20,8 +20,8 @@ class LineField : public FieldWidget<QLineEdit> {
   /// Shows the model's text and caret.
   void mirror();
 
-  QSize sizeHint() const override;
-  QSize minimumSizeHint() const override;
+  QSize sizeHint() const override { return sizeFor(characters_.wanted); }
+  QSize minimumSizeHint() const override { return sizeFor(characters_.least); }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -32,10 +32,6 @@ bool LineModel::mirror() {
   return true;
 }
 
-int LineModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : rows_;
-}
-
 QVariant LineModel::data(const QModelIndex& index, int role) const {
   const auto row = static_cast<std::size_t>(index.row());
   if (!index.isValid() || row >= list_.lines().size()) return {};
@@ -122,10 +118,6 @@ void LineList::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton && line.isValid()) list_.select(line.row());
 }
 
-void LineList::mouseMoveEvent(QMouseEvent* /*event*/) {}
-
-void LineList::mouseReleaseEvent(QMouseEvent* /*event*/) {}
-
 void LineList::mouseDoubleClickEvent(QMouseEvent* event) {
   const QModelIndex line = indexAt(event->position().toPoint());
   if (event->button() != Qt::LeftButton || !line.isValid()) return;
@@ -163,14 +155,6 @@ void LineList::paintEvent(QPaintEvent* event) {
 QSize LineList::sizeOf(int columns, int lines) const {
   return {columns * fontMetrics().averageCharWidth() + 2 * frameWidth(),
           lines * (fontMetrics().height() + 4) + 2 * frameWidth()};
-}
-
-QSize LineList::sizeHint() const {
-  return sizeOf(40, 8);
-}
-
-QSize LineList::minimumSizeHint() const {
-  return sizeOf(16, 4);
 }
 
 }  // namespace kova

@@ -18,7 +18,7 @@ class LineModel : public QAbstractListModel {
   /// Brings the number of rows up to that of the lines. False if it is the same.
   bool mirror();
 
-  int rowCount(const QModelIndex& parent) const override;
+  int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : rows_; }
   QVariant data(const QModelIndex& index, int role) const override;
 
  private:
@@ -38,13 +38,13 @@ class LineList : public QListView {
 
   void mirror();
 
-  QSize sizeHint() const override;
-  QSize minimumSizeHint() const override;
+  QSize sizeHint() const override { return sizeOf(40, 8); }
+  QSize minimumSizeHint() const override { return sizeOf(16, 4); }
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;
-  void mouseMoveEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* /*event*/) override {}
+  void mouseReleaseEvent(QMouseEvent* /*event*/) override {}
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
@@ -52,6 +52,7 @@ class LineList : public QListView {
  private:
   int shownRow() const;
   void takeSelection();
+  /// With room for so many characters and lines.
   QSize sizeOf(int columns, int lines) const;
 
   ListBox& list_;

@@ -15,7 +15,6 @@
 #include "desktop/sketch.h"
 #include "desktop/small_widgets.h"
 #include "desktop/text_seam.h"
-#include "editing/field_warnings.h"
 
 namespace kova {
 namespace {
@@ -58,13 +57,10 @@ void MainView::buildForm() {
   statusLine_->setTextFormat(Qt::PlainText);
   statusLine_->setWordWrap(true);
   widgets_ = std::make_unique<FormWidgets>(*form_, mainWindowSketches(),
-                                           designedControls(setup_.wizard.form, form1Design()),
-                                           codePage_, [this] {
+                                           designedControls(setup_.wizard.form), codePage_, [this] {
                                              if (marks_) marks_->follow();
                                            });
-  marks_ = std::make_unique<FieldMarks>(
-      widgets_->fields(), codePage_,
-      [this](const TextField& field) { return fieldWarning(setup_.wizard, field); });
+  marks_ = std::make_unique<FieldMarks>(widgets_->fields(), codePage_, setup_.wizard);
   area->setWidget(form_);
 
   auto* layout = new QVBoxLayout(all);

@@ -8,8 +8,7 @@
 #include <QScreen>
 #include <QStyle>
 #include <algorithm>
-#include <array>
-#include <utility>
+#include <vector>
 
 #include "desktop/text_seam.h"
 
@@ -21,37 +20,17 @@ struct AnswerButton {
   QMessageBox::StandardButton button;
 };
 
-constexpr std::array<AnswerButton, 4> answerButtons{{
-    {Answer::ok, QMessageBox::Ok},
-    {Answer::cancel, QMessageBox::Cancel},
-    {Answer::yes, QMessageBox::Yes},
-    {Answer::no, QMessageBox::No},
-}};
-
-QMessageBox::StandardButton buttonOf(Answer answer) {
-  for (const AnswerButton& row : answerButtons) {
-    if (row.answer == answer) return row.button;
+/// The last one is also what the Escape key and the window's close control answer.
+std::vector<AnswerButton> buttonsOf(const Message& message) {
+  switch (message.buttons) {
+    case Buttons::okCancel:
+      return {{Answer::ok, QMessageBox::Ok}, {Answer::cancel, QMessageBox::Cancel}};
+    case Buttons::yesNo:
+      return {{Answer::yes, QMessageBox::Yes}, {Answer::no, QMessageBox::No}};
+    case Buttons::ok:
+      break;
   }
-  return QMessageBox::Ok;
-}
-
-Answer answerOf(int button, Answer otherwise) {
-  for (const AnswerButton& row : answerButtons) {
-    if (row.button == button) return row.answer;
-  }
-  return otherwise;
-}
-
-/// What the Escape key and the window's close control answer.
-Answer escapeAnswer(Buttons buttons) {
-  if (buttons == Buttons::okCancel) return Answer::cancel;
-  return buttons == Buttons::yesNo ? Answer::no : Answer::ok;
-}
-
-QMessageBox::StandardButtons buttonsOf(Buttons buttons) {
-  if (buttons == Buttons::okCancel) return QMessageBox::Ok | QMessageBox::Cancel;
-  return buttons == Buttons::yesNo ? QMessageBox::Yes | QMessageBox::No
-                                   : QMessageBox::StandardButtons(QMessageBox::Ok);
+  return {{Answer::ok, QMessageBox::Ok}};
 }
 
 /// Shows `text` where it wraps at any place and scrolls. Its size fits into `room`.
@@ -89,36 +68,26 @@ void fitToScreen(QMessageBox& box, const QSize& screen) {
   text->hide();
 }
 
-class Boxes {
- public:
-  Boxes(QWidget& window, const CodePage& codePage, std::string programName)
-      : window_(window), codePage_(codePage), programName_(std::move(programName)) {}
-
-  Answer operator()(const Message& message) const {
-    QMessageBox box(&window_);
-    box.setWindowTitle(
-        toShownMessage(message.title.empty() ? programName_ : message.title, codePage_));
-    box.setTextFormat(Qt::PlainText);
-    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    box.setText(toShownMessage(message.text, codePage_));
-    box.setStandardButtons(buttonsOf(message.buttons));
-    const Answer escape = escapeAnswer(message.buttons);
-    box.setDefaultButton(buttonOf(message.enter));
-    box.setEscapeButton(buttonOf(escape));
-    fitToScreen(box, window_.screen()->availableSize());
-    return answerOf(box.exec(), escape);
-  }
-
- private:
-  QWidget& window_;
-  const CodePage& codePage_;
-  std::string programName_;
-};
-
 }  // namespace
 
 MessageBox messageBoxes(QWidget& window, const CodePage& codePage, const std::string& programName) {
-  return Boxes(window, codePage, programName);
+  return [&window, &codePage, programName](const Message& message) {
+    QMessageBox box(&window);
+    box.setWindowTitle(
+        toShownMessage(message.title.empty() ? programName : message.title, codePage));
+    box.setTextFormat(Qt::PlainText);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    box.setText(toShownMessage(message.text, codePage));
+    const auto buttons = buttonsOf(message);
+    for (const AnswerButton& one : buttons) {
+      box.addButton(one.button);
+      if (one.answer == message.enter) box.setDefaultButton(one.button);
+    }
+    box.setEscapeButton(buttons.back().button);
+    fitToScreen(box, window.screen()->availableSize());
+    const AnswerButton& first = buttons.front();
+    return box.exec() == first.button ? first.answer : buttons.back().answer;
+  };
 }
 
 }  // namespace kova

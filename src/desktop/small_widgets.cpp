@@ -8,8 +8,6 @@
 
 namespace kova {
 
-FrameBox::FrameBox(Frame& frame, QWidget* parent) : QGroupBox(parent), frame_(frame) {}
-
 void FrameBox::mousePressEvent(QMouseEvent* event) {
   QGroupBox::mousePressEvent(event);
   if (childAt(event->position().toPoint()) != nullptr) return;
@@ -28,14 +26,6 @@ void CaptionLabel::leadTo(QWidget& field) {
   setBuddy(&field);
   setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-}
-
-QSize CaptionLabel::sizeHint() const {
-  return withRoom(QLabel::sizeHint());
-}
-
-QSize CaptionLabel::minimumSizeHint() const {
-  return withRoom(QLabel::minimumSizeHint());
 }
 
 QSize CaptionLabel::withRoom(QSize size) const {
@@ -67,10 +57,6 @@ QSize ActButton::sizeHint() const {
   QSize size = QPushButton::sizeHint();
   size.setWidth(std::max(caption, fewestCharacters_ * character) + 2 * character);
   return size;
-}
-
-QSize ActButton::minimumSizeHint() const {
-  return sizeHint();
 }
 
 void OptionBox::focusInEvent(QFocusEvent* event) {

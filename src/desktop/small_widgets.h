@@ -7,7 +7,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
-#include <functional>
 
 #include "controls/controls.h"
 
@@ -16,7 +15,7 @@ namespace kova {
 /// A frame that tells the model of presses on itself, not of those on what lies in it.
 class FrameBox : public QGroupBox {
  public:
-  FrameBox(Frame& frame, QWidget* parent);
+  FrameBox(Frame& frame, QWidget* parent) : QGroupBox(parent), frame_(frame) {}
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;
@@ -32,8 +31,8 @@ class CaptionLabel : public QLabel {
   CaptionLabel(Label& label, int lines, QWidget* parent);
   /// It stands beside `field`, which its access key reaches.
   void leadTo(QWidget& field);
-  QSize sizeHint() const override;
-  QSize minimumSizeHint() const override;
+  QSize sizeHint() const override { return withRoom(QLabel::sizeHint()); }
+  QSize minimumSizeHint() const override { return withRoom(QLabel::minimumSizeHint()); }
 
  protected:
   void mouseReleaseEvent(QMouseEvent* event) override;
@@ -51,7 +50,6 @@ class ActButton : public QPushButton {
  public:
   ActButton(bool endsWork, QWidget* parent);
   QSize sizeHint() const override;
-  QSize minimumSizeHint() const override;
 
  private:
   int fewestCharacters_;

@@ -2,6 +2,7 @@
 #include "editing/add_remove.h"
 
 #include <algorithm>
+#include <string>
 
 #include "core/data_formats.h"
 #include "core/status.h"
@@ -30,8 +31,7 @@ std::string yesOrNo(const CheckBox& box) {
   return box.ticked() ? "Yes" : "No";
 }
 
-}  // namespace
-
+/// The whole property in the form.
 std::string confirmationText(const Wizard& wizard) {
   const Form1& form = wizard.form;
   std::string text =
@@ -55,6 +55,8 @@ std::string confirmationText(const Wizard& wizard) {
   line("Has Device list : ", yesOrNo(form.DeviceListCheck));
   return text;
 }
+
+}  // namespace
 
 void AddProperty_Click(Wizard& wizard) {
   const Answer answer = wizard.messageBox({.text = confirmationText(wizard),

@@ -22,8 +22,10 @@ void showList(Wizard& wizard, const std::string& text) {
   wizard.form.deviceNamesInputText.setText(text);
 }
 
-std::string serverList(const Wizard& wizard) {
-  return displayText(wizard.state.deviceNames, wizard.state.deviceNames.size());
+void showServerList(Wizard& wizard) {
+  const DeviceNames& names = wizard.state.deviceNames;
+  wizard.state.deviceNamesDefined = true;
+  showList(wizard, displayText(names, names.size()));
 }
 
 /// Number of devices of a new list. Throws Failure if it can't size one.
@@ -46,13 +48,11 @@ void showPropertyList(Wizard& wizard, std::int16_t index) {
   showList(wizard, text);
 }
 
-void showServerList(Wizard& wizard, std::int16_t index) {
+void leavePropertyList(Wizard& wizard, std::int16_t index) {
   // A full table has no free slot in which a list could wait.
   if (index < tableRows) exportRow(wizard, index).hasDeviceList = false;
   wizard.form.ServerOption.select();
-  const std::string text = serverList(wizard);
-  wizard.state.deviceNamesDefined = true;
-  showList(wizard, text);
+  showServerList(wizard);
 }
 
 }  // namespace
@@ -96,13 +96,12 @@ void storeServerDeviceNames(Wizard& wizard) {
 
 void DeviceListCheck_Click(Wizard& wizard) {
   const Form1& form = wizard.form;
-  const std::int16_t index =
-      findPropertyIndex(wizard, form.ExportName.text(), form.PropertyName.text());
+  const std::int16_t index = findPropertyIndex(wizard, form.PropertyName.text());
   try {
     if (form.DeviceListCheck.ticked()) {
       showPropertyList(wizard, index);
     } else {
-      showServerList(wizard, index);
+      leavePropertyList(wizard, index);
     }
   } catch (const Failure&) {
     return;  // a size that can't size a list changes nothing
@@ -158,9 +157,7 @@ void NumDevices_LostFocus(Wizard& wizard) {
   if (wizard.state.deviceNamesDefined) return;
   wizard.form.ServerOption.select();
   wizard.form.DeviceListCheck.setValue(0);
-  const std::string text = serverList(wizard);
-  wizard.state.deviceNamesDefined = true;
-  showList(wizard, text);
+  showServerList(wizard);
 }
 
 }  // namespace kova

@@ -8,18 +8,9 @@
 #include "core/status.h"
 #include "editing/range_prefix.h"
 #include "tables/number_text.h"
-#include "tables/value_failure.h"
 
 namespace kova {
 namespace {
-
-std::string numStepsText(const Wizard& wizard) {
-  try {
-    return plainNumberText(textValue(wizard.form.NumStepsText.text()));
-  } catch (const Failure& failure) {
-    throw ValueFailure(FormValue::numSteps, failure.what());
-  }
-}
 
 std::string sizeText(std::int16_t size, const std::string& format) {
   return format == "NULL" ? "0" : std::to_string(size);
@@ -49,8 +40,8 @@ bool isTaken(const Wizard& wizard, bool isNew) {
   const Form1& form = wizard.form;
   const auto& parts = wizard.state.processTemplates;
   return !isNew || std::any_of(parts.begin(), parts.end(), [&](const ProcessTemplate& part) {
-    return findPropertyIndex(wizard, form.ExportName.text(),
-                             form.PropertyName.text() + part.suffix) < wizard.state.exportCount;
+    return findPropertyIndex(wizard, form.PropertyName.text() + part.suffix) <
+           wizard.state.exportCount;
   });
 }
 
@@ -80,7 +71,8 @@ void commitProcessProperty(Wizard& wizard, bool isNew) {
   }
   const auto parts = static_cast<std::int16_t>(state.processTemplates.size());
   if (state.exportCount + parts > tableRows) return tell(wizard, tableFullMessage);
-  const std::string numSteps = numStepsText(wizard);
+  const std::string numSteps = converted(FormValue::numSteps, form.NumStepsText.text(),
+                                         [](double steps) { return plainNumberText(steps); });
 
   std::int32_t index = state.exportCount;
   for (const ProcessTemplate& part : state.processTemplates) {

@@ -8,8 +8,7 @@ namespace kova {
 
 void PropertyName_Change(Wizard& wizard) {
   Form1& form = wizard.form;
-  const std::int16_t row =
-      findPropertyIndex(wizard, form.ExportName.text(), form.PropertyName.text());
+  const std::int16_t row = findPropertyIndex(wizard, form.PropertyName.text());
   if (row < wizard.state.exportCount) return;
   form.DeviceListCheck.setValue(0);
   form.AlarmWatchCheck.setValue(0);

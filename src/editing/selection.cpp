@@ -50,7 +50,7 @@ class Filling {
     return result;
   }
 
-  PropertyRecord& row() { return selectedRow(wizard_); }
+  PropertyRecord& row() { return exportRow(wizard_, form_.PropertyList.selectedIndex()); }
   std::string text(std::string PropertyRecord::*field) { return row().*field; }
   void setText(TextField& control, std::string PropertyRecord::*field) {
     step([&] { control.setText(text(field)); });
@@ -103,38 +103,33 @@ class Filling {
   }
 
   void devices() {
-    if (test([&] { return !row().hasDeviceList; })) {
-      step([&] {
-        PropertyRecord& property = row();
-        const ReadResult read = ReadDevicesFile(wizard_.platform.files, wizard_.state.projectPath,
-                                                namesFile(property.propertyName),
-                                                form_.NumDevices.text(), property.devices);
-        if (read.rows < 1) return;
-        property.hasDeviceList = true;
-        wizard_.state.onDisk.nameLists.insert_or_assign(property.propertyName,
-                                                        PackedTexts(property.devices));
-      });
-    }
-    if (test([&] { return row().hasDeviceList; })) {
-      step([&] { fillinDeviceNames(wizard_, row().devices); });
-    } else {
-      step([&] { fillinDeviceNames(wizard_, wizard_.state.deviceNames); });
-    }
+    step([&] {
+      PropertyRecord& property = row();
+      if (property.hasDeviceList) return;
+      const ReadResult read = ReadDevicesFile(wizard_.platform.files, wizard_.state.projectPath,
+                                              namesFile(property.propertyName),
+                                              form_.NumDevices.text(), property.devices);
+      if (read.rows < 1) return;
+      property.hasDeviceList = true;
+      wizard_.state.onDisk.nameLists.insert_or_assign(property.propertyName,
+                                                      PackedTexts(property.devices));
+    });
+    step([&] {
+      const PropertyRecord& property = row();
+      fillinDeviceNames(wizard_,
+                        property.hasDeviceList ? property.devices : wizard_.state.deviceNames);
+    });
   }
 
   void tables() {
     const WizardState& state = wizard_.state;
-    if (test([&] {
-          return PrpIsInHistoryTable(state.historyTable, state.historyCount, row().exportName,
-                                     row().propertyName);
-        })) {
-      step([&] { row().hasHistory = true; });
-    }
-    if (test([&] {
-          return PrpIsWatchTable(state.alarmTable, state.alarmCount, row().propertyName);
-        })) {
-      step([&] { row().hasAlarmWatch = true; });
-    }
+    step([&] {
+      PropertyRecord& property = row();
+      property.hasHistory |= PrpIsInHistoryTable(state.historyTable, state.historyCount,
+                                                 property.exportName, property.propertyName);
+      property.hasAlarmWatch |=
+          PrpIsWatchTable(state.alarmTable, state.alarmCount, property.propertyName);
+    });
   }
 
   void checkBoxes() {

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "identity/export_helper.h"
 
+#include <string_view>
+
 #include "identity/server_names.h"
 
 namespace kova {
 namespace {
 
-constexpr std::array<DesignRow<ExportHelper>, 5> design{{
+constexpr auto design = std::to_array<DesignRow<ExportHelper>>({
     {&ExportHelper::nextParam,
      {"nextParam", ControlKind::commandButton, "", {"Next >", 'N'}, 0, {2100, 1830, 945, 405}}},
     {&ExportHelper::lastParam,
@@ -17,7 +19,7 @@ constexpr std::array<DesignRow<ExportHelper>, 5> design{{
      {"ParamText", ControlKind::textBox, "", "", 3, {90, 1320, 3915, 405}}},
     {&ExportHelper::helperLabel,
      {"helperLabel", ControlKind::label, "", "", 4, {60, 150, 3945, 1125}}},
-}};
+});
 
 constexpr std::string_view deviceServerTag = "Device Server";
 constexpr std::size_t suggestedCharacters = 3;
@@ -25,6 +27,16 @@ constexpr std::size_t behindAnyText = 1024;
 
 std::size_t current(const ExportHelper& helper) {
   return static_cast<std::size_t>(helper.paramIndex);
+}
+
+/// Empty if the dialog has none. It may depend on the text that is in the box.
+std::string getNextParameterSuggestion(std::string_view tag, std::string_view text,
+                                       std::int16_t step) {
+  if (tag != deviceServerTag) return {};
+  if (step == 1) {
+    return std::string(text.substr(0, suggestedCharacters)) + std::string(localNameEnding);
+  }
+  return step == 2 ? "1" : "";
 }
 
 /// Puts `text` into the box, the caret behind it, the focus into it. A window that is not on screen
@@ -57,16 +69,7 @@ void storeBox(ExportHelper& helper) {
   helper.paramValues.at(current(helper)) = helper.ParamText.text();
 }
 
-}  // namespace
-
-ExportHelper::ExportHelper() {
-  applyDesign(*this, exportHelperDesign());
-}
-
-const std::array<DesignRow<ExportHelper>, 5>& exportHelperDesign() {
-  return design;
-}
-
+/// The stored values stay.
 void resetInput(ExportHelper& helper) {
   helper.paramCount = 0;
   helper.paramControls.clear();
@@ -90,13 +93,22 @@ void activateInput(ExportHelper& helper) {
   showParam(helper);
 }
 
-std::string getNextParameterSuggestion(std::string_view tag, std::string_view text,
-                                       std::int16_t step) {
-  if (tag != deviceServerTag) return {};
-  if (step == 1) {
-    return std::string(text.substr(0, suggestedCharacters)) + std::string(localNameEnding);
-  }
-  return step == 2 ? "1" : "";
+}  // namespace
+
+ExportHelper::ExportHelper() {
+  applyDesign(designedControls(*this));
+}
+
+std::vector<DesignedControl> designedControls(ExportHelper& helper) {
+  return designedControls(helper, design);
+}
+
+void Frame2_MouseDown(Wizard& wizard, std::int16_t button) {
+  if (button == Frame::rightButton) wizard.form.guide.popUp();
+}
+
+void prpGuide_Click(Wizard& wizard) {
+  tell(wizard, "Property Information guidance is coming soon to a theater near you!");
 }
 
 void srvGuide_Click(Wizard& wizard, ExportHelper& helper) {

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The guided dialog: walks a list of (field, prompt) pairs, one at a time, and writes all values
-// into the fields at its end. It knows nothing of what the fields mean.
+// Guidance: the menu that offers it, and the dialog that walks a list of (field, prompt) pairs, one
+// at a time, and writes all values into the fields at its end. It knows nothing of what they mean.
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "controls/control_design.h"
@@ -35,19 +34,11 @@ struct ExportHelper {
 };
 
 /// The dialog's controls with their design values.
-const std::array<DesignRow<ExportHelper>, 5>& exportHelperDesign();
+std::vector<DesignedControl> designedControls(ExportHelper& helper);
 
-/// Empties the list of steps; the stored values stay.
-void resetInput(ExportHelper& helper);
-/// Appends one step. Throws Failure if the list is full.
-void loadParams(ExportHelper& helper, TextField& l, const std::string& c);
-void setTag(ExportHelper& helper, const std::string& t);
-/// Goes to the first step.
-void activateInput(ExportHelper& helper);
-
-/// What the dialog suggests for a step, given the text in its box; empty if it has no suggestion.
-std::string getNextParameterSuggestion(std::string_view tag, std::string_view text,
-                                       std::int16_t step);
+/// The right button opens the menu over the frame of the server.
+void Frame2_MouseDown(Wizard& wizard, std::int16_t button);
+void prpGuide_Click(Wizard& wizard);
 
 /// Opens the dialog on the three parameters of a device server.
 void srvGuide_Click(Wizard& wizard, ExportHelper& helper);

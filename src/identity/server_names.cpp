@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 
 namespace kova {
 namespace {
@@ -11,6 +12,16 @@ namespace {
 constexpr std::array<std::string_view, 8> prefixCodes = {"QVX", "GR", "KB", "M6",
                                                          "M7",  "S6", "S7", "ZA"};
 constexpr std::size_t longestDrivingName = 3;
+
+/// Without a prefix code and one "-" or "." behind it.
+std::string_view withoutPrefix(std::string_view exportName) {
+  const auto* const code =
+      std::find_if(prefixCodes.begin(), prefixCodes.end(),
+                   [&](std::string_view prefix) { return exportName.starts_with(prefix); });
+  if (code != prefixCodes.end()) exportName.remove_prefix(code->size());
+  if (exportName.starts_with('-') || exportName.starts_with('.')) exportName.remove_prefix(1);
+  return exportName;
+}
 
 /// Index of the first row that has this local name under another export name, or the row count.
 std::int16_t findForeignRow(const Wizard& wizard, const std::string& localName) {
@@ -36,20 +47,10 @@ void deriveLocalName(Wizard& wizard) {
   if (foreign < state.exportCount) {
     state.localNameSuggestion = name + "E" + std::to_string(foreign);
   }
-  const std::string suggestion = state.localNameSuggestion;
-  wizard.form.LocalName.setText(suggestion);
+  wizard.form.LocalName.setText(state.localNameSuggestion);
 }
 
 }  // namespace
-
-std::string_view withoutPrefix(std::string_view exportName) {
-  const auto* const code =
-      std::find_if(prefixCodes.begin(), prefixCodes.end(),
-                   [&](std::string_view prefix) { return exportName.starts_with(prefix); });
-  if (code != prefixCodes.end()) exportName.remove_prefix(code->size());
-  if (exportName.starts_with('-') || exportName.starts_with('.')) exportName.remove_prefix(1);
-  return exportName;
-}
 
 void ExportName_Change(Wizard& wizard) {
   if (!wizard.state.localNameEdited) deriveLocalName(wizard);

@@ -2,7 +2,6 @@
 // The names of the server: what follows from the export name as it is typed.
 #pragma once
 
-#include <string>
 #include <string_view>
 
 #include "core/wizard.h"
@@ -11,9 +10,6 @@ namespace kova {
 
 /// What a suggested local name ends in.
 inline constexpr std::string_view localNameEnding = "EQM";
-
-/// Export name without its prefix code and one "-" or "." behind it.
-std::string_view withoutPrefix(std::string_view exportName);
 
 void ExportName_Change(Wizard& wizard);
 void LocalName_Change(Wizard& wizard);

@@ -73,8 +73,8 @@ void AppendAlarmWatchFile(AlarmTable& alarmTable, std::int16_t& alarmCount, cons
   alarmTable[static_cast<std::size_t>(alarmCount++)] = std::move(record);
 }
 
-void WriteAlarmWatchFile(const ReplaceFile& replace, const Path& file,
-                         const AlarmTable& alarmTable, std::int16_t alarmCount) {
+void WriteAlarmWatchFile(const ReplaceFile& replace, const Path& file, const AlarmTable& alarmTable,
+                         std::int16_t alarmCount) {
   if (alarmCount < 1) return;
   std::string content = headerLine(columns);
   for (const auto& row : liveRows(alarmTable, alarmCount)) {

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "completion/done.h"
-#include "core/guidance_menu.h"
 #include "core/project_entry.h"
 #include "core/start_up.h"
 #include "editing/add_remove.h"

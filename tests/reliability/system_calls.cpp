@@ -146,7 +146,9 @@ int rename(const char* from, const char* to) noexcept {
   return callWith(to, "rename", from, to);
 }
 int renameat2(int a, const char* from, int b, const char* to, unsigned flags) noexcept {
-  return strikes("rename", from) ? fail() : pass("renameat2", a, from, b, to, flags);
+  SystemCalls::Call* const noted = note("rename", from);
+  if (strikes(noted)) return fail();
+  return keep(noted, pass("renameat2", a, from, b, to, flags), to);
 }
 int unlink(const char* path) noexcept {
   return call("unlink", path);

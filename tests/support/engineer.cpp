@@ -96,10 +96,10 @@ Engineer::Engineer(std::string homeFolder)
               [this](const Message& message) { return answer(message); }) {
   environment.home = home;
   program.wizard.endProcess = [this] { ended = true; };
-  for (const auto& designed : designedControls(program.wizard.form, form1Design())) {
+  for (const auto& designed : designedControls(program.wizard.form)) {
     controls_[std::string(designed.design->name)] = designed.control;
   }
-  for (const auto& designed : designedControls(program.helper, exportHelperDesign())) {
+  for (const auto& designed : designedControls(program.helper)) {
     controls_[std::string(designed.design->name)] = designed.control;
   }
 }

@@ -214,11 +214,11 @@ TEST_F(Mirror, WhatAnInputMethodCommitsStaysAndCanBeUndone) {
 TEST_F(Mirror, TabGoesByTheIndexAndAltByLettersOfTheirOwn) {
   std::map<int, std::string> order;
   std::map<QString, int> letters{{"Alt+G", 1}};
-  for (const auto& row : form1Design()) {
-    const std::string name(row.design.name);
+  for (const auto& [design, control] : designedControls(form)) {
+    const std::string name(design->name);
     const QWidget& widget = desk.widget(name);
     const bool takesFocus = widget.focusPolicy() != Qt::NoFocus && widget.isEnabled();
-    if (takesFocus) order[row.design.tabIndex] = name;
+    if (takesFocus) order[design->tabIndex] = name;
     if (qobject_cast<const QLineEdit*>(&widget) != nullptr) continue;
     const auto letter = QKeySequence::mnemonic(widget.property("text").toString()).toString();
     if (!letter.isEmpty()) ++letters[letter];

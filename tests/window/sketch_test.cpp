@@ -37,7 +37,7 @@ TEST(Sketches, ThatDoNotFitTheirWindowAreRefused) {
     QWidget window;
     std::string complaint = "none";
     try {
-      FormWidgets(window, sketches, designedControls(form, form1Design()), page, [] {});
+      FormWidgets(window, sketches, designedControls(form), page, [] {});
     } catch (const Failure& failure) {
       complaint = failure.what();
     }
