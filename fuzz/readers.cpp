@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "harness.h"
-#include "platform/posix.h"
+#include "platform/machine.h"
 #include "support/temporary_folder.h"
 #include "tables/alarm_table.h"
 #include "tables/export_table.h"
@@ -67,7 +67,7 @@ bool carries(const std::string& read, const std::string& written) {
 void check(std::string_view bytes) {
   static const test::TemporaryFolder folder;
   static const CodePage page = CodePage::windows1252();
-  static const auto files = posixFileSystem(page);
+  static const auto files = realFileSystem(page);
   if (bytes.empty()) return;
   const std::string read(bytes.substr(1));
   const int kind = bytes[0] & 3;

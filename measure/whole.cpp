@@ -86,7 +86,7 @@ Taken plain(const std::string& home, const std::string& repository) {
 
 Taken backup(const std::string& folder) {
   const kova::CodePage page = kova::CodePage::windows1252();
-  const auto files = kova::posixFileSystem(page);
+  const auto files = kova::realFileSystem(page);
   return taken(
       [&] { kova::backupExistingFiles(*files, kova::test::FakeClock(), files->path(folder)); });
 }

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "desktop/main_view.h"
-#include "platform/posix.h"
+#include "platform/machine.h"
 #include "wizard/wiring.h"
 
 namespace {
@@ -34,7 +34,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("kova-setup-wizard"));
   QApplication::setDesktopFileName(QStringLiteral("kova-setup-wizard"));
   QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("kova-setup-wizard")));
-  const kova::Machine machine = kova::posixMachine(codePage);
+  const kova::Machine machine = kova::realMachine(codePage);
   kova::SetupWizard setup(machine.platform(), {});
   const kova::MainView view(setup, codePage);
   setup.start();

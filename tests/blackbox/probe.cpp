@@ -12,7 +12,7 @@
 #include <functional>
 
 #include "desktop/main_view.h"
-#include "platform/posix.h"
+#include "platform/machine.h"
 
 namespace {
 
@@ -129,7 +129,7 @@ int main(int argc, char** argv) {
   if (QByteArray(argv[2]) == "dark") QApplication::setPalette(QPalette(QColor(45, 45, 48)));
 
   const kova::CodePage codePage = kova::CodePage::ofLocale();
-  const kova::Machine machine = kova::posixMachine(codePage);
+  const kova::Machine machine = kova::realMachine(codePage);
   kova::SetupWizard setup(machine.platform(), {});
   kova::MainView view(setup, codePage);
   setup.start();

@@ -17,7 +17,7 @@
 #include <cstring>
 #include <functional>
 
-#include "platform/posix.h"
+#include "platform/machine.h"
 #include "support/temporary_folder.h"
 
 namespace kova::test {
@@ -98,7 +98,7 @@ class PosixFiles : public ::testing::Test {
 
   TemporaryFolder folder;
   CodePage page = CodePage::windows1252();
-  std::unique_ptr<FileSystem> files = posixFileSystem(page);
+  std::unique_ptr<FileSystem> files = realFileSystem(page);
 };
 
 TEST_F(PosixFiles, ReplaceKeepsPermissionsAndLinks) {
@@ -109,7 +109,7 @@ TEST_F(PosixFiles, ReplaceKeepsPermissionsAndLinks) {
   EXPECT_EQ(folder.read("real.csv"), "new");
   EXPECT_EQ(modeOf("real.csv"), mode_t{S_IFREG | 0664});
   const mode_t mask = ::umask(0027);
-  replace(*posixFileSystem(page), path("fresh.csv"), "");
+  replace(*realFileSystem(page), path("fresh.csv"), "");
   ::umask(mask);
   EXPECT_EQ(modeOf("fresh.csv"), mode_t{S_IFREG | 0640});
   EXPECT_TRUE(S_ISLNK(modeOf("link.csv")));

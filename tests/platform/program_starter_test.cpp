@@ -7,7 +7,7 @@
 #include <regex>
 #include <thread>
 
-#include "platform/posix.h"
+#include "platform/machine.h"
 #include "support/temporary_folder.h"
 
 namespace kova::test {
@@ -27,7 +27,7 @@ class ProgramStarter : public ::testing::Test {
     std::filesystem::permissions(folder.path(file), std::filesystem::perms{0755});
   }
   static void start(std::string_view commandLine) {
-    posixProgramStarter(CodePage::windows1252())->start(commandLine);
+    realProgramStarter(CodePage::windows1252())->start(commandLine);
   }
   /// Content of a file that a started program writes, once it holds `end`.
   std::string written(const std::string& name, const std::string& end) const {

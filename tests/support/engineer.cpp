@@ -90,7 +90,7 @@ std::string nextWord(std::string& line) {
 }  // namespace
 
 Engineer::Engineer(std::string homeFolder)
-    : files(posixFileSystem(codePage())),
+    : files(realFileSystem(codePage())),
       home(std::move(homeFolder)),
       program(Platform{*files, environment, clock, programs},
               [this](const Message& message) { return answer(message); }) {

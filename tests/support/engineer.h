@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/posix.h"
+#include "platform/machine.h"
 #include "support/temporary_folder.h"
 #include "wizard/wiring.h"
 

@@ -6,7 +6,7 @@
 #include <random>
 #include <regex>
 
-#include "platform/posix.h"
+#include "platform/machine.h"
 #include "support/temporary_folder.h"
 
 namespace kova::test {
@@ -66,7 +66,7 @@ TEST(Backup, AWalkLosesWhatTheRuleNamesAndNothingElse) {
     if (!goes) staying.insert(name);
   }
   const CodePage page = CodePage::windows1252();
-  const auto files = posixFileSystem(page);
+  const auto files = realFileSystem(page);
   const auto result = backupExistingFiles(*files, FixedClock(), {folder.path()});
   EXPECT_GT(result.deleted, 50U);
   EXPECT_EQ(result.deleted, all.size() - staying.size());

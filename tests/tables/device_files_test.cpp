@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/posix.h"
+#include "platform/machine.h"
 #include "support/temporary_folder.h"
 
 namespace kova::test {
@@ -11,7 +11,7 @@ namespace kova::test {
 TEST(DeviceFiles, ReadingWritingAndThePanel) {
   const TemporaryFolder folder;
   const CodePage page = CodePage::windows1252();
-  const auto files = posixFileSystem(page);
+  const auto files = realFileSystem(page);
   const auto expectRead = [&](const std::string& content, const std::string& numDevices, int rows,
                               bool stops, const DeviceNames& expected) {
     folder.write("d.csv", content);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include "platform/posix.h"
+#include "platform/machine.h"
 #include "support/temporary_folder.h"
 #include "tables/alarm_table.h"
 #include "tables/export_table.h"
@@ -52,7 +52,7 @@ class TableFiles : public ::testing::Test {
                    "5",     "6",         "7",    "1",  "8", "9"};
   TemporaryFolder folder;
   CodePage page = CodePage::windows1252();
-  std::unique_ptr<FileSystem> files = posixFileSystem(page);
+  std::unique_ptr<FileSystem> files = realFileSystem(page);
   Path file{folder.path("t.csv")};
   ReplaceFile put = [&](const Path& target, std::string_view content) {
     replace(*files, target, content);

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/posix.h"
+#include "platform/machine.h"
 #include "support/temporary_folder.h"
 
 namespace kova::test {
@@ -66,7 +66,7 @@ TEST(TaggedCsv, Blanks) {
 TEST(TaggedCsv, LinesAndStops) {
   const TemporaryFolder folder;
   const CodePage page = CodePage::windows1252();
-  const auto files = posixFileSystem(page);
+  const auto files = realFileSystem(page);
   const auto expectLines = [&](const std::string& content, const std::string& lines,
                                std::size_t stopLine) {
     folder.write("t.csv", content);

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/posix_calls.h"
+#include "platform/posix/calls.h"
 
 namespace kova::posix {
 

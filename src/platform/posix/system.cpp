@@ -10,8 +10,8 @@
 #include <limits>
 #include <vector>
 
-#include "platform/posix.h"
-#include "platform/posix_calls.h"
+#include "platform/machine.h"
+#include "platform/posix/calls.h"
 
 namespace kova {
 
@@ -176,24 +176,24 @@ class PosixProgramStarter final : public ProgramStarter {
 
 }  // namespace
 
-std::unique_ptr<Environment> posixEnvironment(const CodePage& codePage) {
+std::unique_ptr<Environment> realEnvironment(const CodePage& codePage) {
   return std::make_unique<PosixEnvironment>(codePage);
 }
 
-std::unique_ptr<Clock> posixClock() {
+std::unique_ptr<Clock> realClock() {
   return std::make_unique<PosixClock>();
 }
 
-std::unique_ptr<ProgramStarter> posixProgramStarter(const CodePage& codePage) {
+std::unique_ptr<ProgramStarter> realProgramStarter(const CodePage& codePage) {
   return std::make_unique<PosixProgramStarter>(codePage);
 }
 
-Machine posixMachine(const CodePage& codePage) {
+Machine realMachine(const CodePage& codePage) {
   Machine machine;
-  machine.files = posixFileSystem(codePage);
-  machine.environment = posixEnvironment(codePage);
-  machine.clock = posixClock();
-  machine.programs = posixProgramStarter(codePage);
+  machine.files = realFileSystem(codePage);
+  machine.environment = realEnvironment(codePage);
+  machine.clock = realClock();
+  machine.programs = realProgramStarter(codePage);
   return machine;
 }
 

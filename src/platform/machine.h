@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The platform on POSIX systems. The only floor that knows the operating system.
+// The machine that the program runs on. Only what lies behind this header knows its system.
 #pragma once
 
 #include <memory>
@@ -18,12 +18,12 @@ struct Machine {
   Platform platform() const { return {*files, *environment, *clock, *programs}; }
 };
 
-std::unique_ptr<FileSystem> posixFileSystem(const CodePage& codePage);
-std::unique_ptr<Environment> posixEnvironment(const CodePage& codePage);
-std::unique_ptr<Clock> posixClock();
-std::unique_ptr<ProgramStarter> posixProgramStarter(const CodePage& codePage);
+std::unique_ptr<FileSystem> realFileSystem(const CodePage& codePage);
+std::unique_ptr<Environment> realEnvironment(const CodePage& codePage);
+std::unique_ptr<Clock> realClock();
+std::unique_ptr<ProgramStarter> realProgramStarter(const CodePage& codePage);
 
 /// The real machine.
-Machine posixMachine(const CodePage& codePage);
+Machine realMachine(const CodePage& codePage);
 
 }  // namespace kova

@@ -12,7 +12,7 @@
 #include <string_view>
 
 #include "platform/file_system.h"
-#include "platform/posix_calls.h"
+#include "platform/posix/calls.h"
 
 namespace kova::posix {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/posix_output_file.h"
+#include "platform/posix/output_file.h"
 
 #include <dirent.h>
 #include <sys/file.h>
@@ -10,7 +10,7 @@
 #include <optional>
 #include <system_error>
 
-#include "platform/posix_rights.h"
+#include "platform/posix/rights.h"
 
 namespace kova::posix {
 

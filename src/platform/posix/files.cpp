@@ -9,9 +9,9 @@
 #include <new>
 #include <thread>
 
-#include "platform/posix.h"
-#include "platform/posix_output_file.h"
-#include "platform/posix_rights.h"
+#include "platform/machine.h"
+#include "platform/posix/output_file.h"
+#include "platform/posix/rights.h"
 
 namespace kova {
 
@@ -286,7 +286,7 @@ class PosixFileSystem final : public FileSystem {
 
 }  // namespace
 
-std::unique_ptr<FileSystem> posixFileSystem(const CodePage& codePage) {
+std::unique_ptr<FileSystem> realFileSystem(const CodePage& codePage) {
   // A limit on the size of files is the failure of a write, not the end of the program.
   static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
   return std::make_unique<PosixFileSystem>(codePage);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/posix_rights.h"
+#include "platform/posix/rights.h"
 
 #include <sys/xattr.h>
 
