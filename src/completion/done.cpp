@@ -33,7 +33,7 @@ std::string repositoryPathOf(Wizard& wizard) {
   auto [root, notUsed] = repositoryRoot(wizard.platform.environment);
   if (!notUsed.empty()) reportRepositoryNotUsed(wizard, notUsed);
   if (root.empty()) return {};
-  if (root.back() != pathSeparator) root += pathSeparator;
+  if (pathSeparators.find(root.back()) == std::string_view::npos) root += pathSeparator;
   return root + localName + pathSeparator;
 }
 
@@ -44,12 +44,6 @@ bool isToBeUpdated(const Wizard& wizard, const std::string& repositoryPath) {
               .buttons = Buttons::yesNo,
               .title = "Write to FEC_HOME repository?",
               .enter = Answer::no}) == Answer::yes;
-}
-
-/// The local name names a folder of the repository.
-bool namesFolder(const std::string& localName) {
-  return localName != "." && localName != ".." &&
-         localName.find(pathSeparator) == std::string::npos;
 }
 
 void couldNotCopy(const Wizard& wizard, const std::string& source, const std::string& dest,
@@ -125,7 +119,7 @@ struct Finishing {
   }
 
   void flushRepository() {
-    if (!writeRepository || !namesFolder(localName())) return;
+    if (!writeRepository || !namesPlainFile(localName())) return;
     const Path folder = files().path(repositoryPath);
     if (!files().folderExists(folder)) return;
     try {
@@ -179,7 +173,7 @@ struct Finishing {
 
   void copy(const std::string& name) {
     if (!writeRepository) return;
-    if (namesFolder(localName())) {
+    if (namesPlainFile(localName())) {
       copyCsvFile(wizard, fileName(name), repositoryPath);
     } else if (files().fileExists(pathOf(name))) {
       couldNotCopy(wizard, fileName(name), repositoryPath,

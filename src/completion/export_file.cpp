@@ -14,7 +14,7 @@ std::vector<std::string> missingFolders(const FileSystem& files, const std::stri
   std::string path = folder;
   while (!path.empty() && !files.folderExists(files.path(path))) {
     missing.push_back(path);
-    const auto cut = path.rfind(pathSeparator);
+    const auto cut = path.find_last_of(pathSeparators);
     if (cut == std::string::npos) throw Failure("there is no folder " + path + " to begin with");
     path.resize(cut);
   }

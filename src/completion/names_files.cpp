@@ -10,8 +10,7 @@ namespace {
 
 /// Names that lead elsewhere are told when their turn comes.
 bool isBareName(std::string_view name) {
-  return name.find(pathSeparator) == std::string_view::npos &&
-         name.find('\0') == std::string_view::npos;
+  return faultOfName(name).empty() && name.find('\0') == std::string_view::npos;
 }
 
 }  // namespace

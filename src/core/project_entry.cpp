@@ -29,9 +29,7 @@ bool isBeingEntered(const WizardState& state) {
 bool liesDirectlyInHomeDrive(const WizardState& state, std::string_view directory) {
   const std::string parent = state.homeDrive + pathSeparator;
   if (!directory.starts_with(parent)) return false;
-  const std::string_view name = directory.substr(parent.size());
-  return !name.empty() && name != "." && name != ".." &&
-         name.find(pathSeparator) == std::string_view::npos;
+  return namesPlainFile(directory.substr(parent.size()));
 }
 
 /// False where a row leads too far; that is noted.
@@ -46,7 +44,9 @@ bool mayBeEntered(Wizard& wizard, std::string_view directory) {
 }
 
 std::string withoutTrailingSeparator(std::string text) {
-  if (!text.empty() && text.back() == pathSeparator) text.pop_back();
+  const bool isTrailed =
+      !text.empty() && pathSeparators.find(text.back()) != std::string_view::npos;
+  if (isTrailed) text.pop_back();
   return text;
 }
 

@@ -17,8 +17,7 @@ bool hasDisplay(int argc, char** argv) {
   const auto namesPlatform = [](const char* argument) {
     return std::string_view(argument).find("-platform") != std::string_view::npos;
   };
-  return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || !qEnvironmentVariableIsEmpty("DISPLAY") ||
-         !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+  return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || kova::missingDisplay().empty() ||
          std::any_of(argv, argv + argc, namesPlatform);
 }
 
@@ -27,7 +26,7 @@ bool hasDisplay(int argc, char** argv) {
 int main(int argc, char** argv) {
   const kova::CodePage codePage = kova::CodePage::ofLocale();
   if (!hasDisplay(argc, argv)) {
-    std::cerr << "kova-setup-wizard needs a display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n";
+    std::cerr << "kova-setup-wizard needs a display: " << kova::missingDisplay() << ".\n";
     return 1;
   }
   const QApplication application(argc, argv);

@@ -64,9 +64,10 @@ std::string namesNoList(const Wizard& wizard, const TextField& field) {
   if (&field != &form.PropertyName) return {};
   if (!form.DeviceListCheck.ticked() || form.ProcessCheck.ticked()) return {};
   const std::string& name = field.text();
-  if (name.find(pathSeparator) != std::string::npos) {
-    return std::string("Done can't write the device list: a file name holds no ") + pathSeparator +
-           '.';
+  const std::string file = namesFile(name);
+  const std::string fault(faultOfName(file));
+  if (!fault.empty()) {
+    return "Done can't write the device list: a file name holds no " + fault + '.';
   }
   const std::string_view readName = stripBlanks(name);
   if (readName == name) return {};
@@ -168,10 +169,11 @@ std::string namesServer(const Wizard& wizard, const TextField& field) {
   if (field.text().size() > localNameLength) {
     return "Only the first 6 characters count: " + significantLocalName(wizard);
   }
-  if (field.text().find(pathSeparator) != std::string::npos) {
-    return "A name with a separator names no folder in the repository.";
-  }
-  return {};
+  const std::string_view fault = faultOfName(field.text());
+  if (fault.empty()) return {};
+  const bool isSeparator = pathSeparators.find(fault) != std::string_view::npos;
+  const std::string what = isSeparator ? "a separator" : '"' + std::string(fault) + '"';
+  return "A name with " + what + " names no folder in the repository.";
 }
 
 std::string rounded(const std::string& text, double counted) {

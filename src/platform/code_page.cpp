@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 namespace kova {
 
@@ -17,7 +18,8 @@ constexpr std::array<char32_t, 32> windowsCharacters{
     0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,  //
     0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-constexpr char32_t noCharacter = 0xFFFFFFFF;
+// Where bytes go whose own number is another byte's character; nobody types these.
+constexpr char32_t privateUse = 0xF700;
 
 bool isSurrogate(char32_t character) {
   return character >= 0xD800 && character <= 0xDFFF;
@@ -59,7 +61,7 @@ char32_t takeCharacter(std::string_view& utf8) {
   valid =
       valid && character >= smallest.at(size) && character <= 0x10FFFF && !isSurrogate(character);
   utf8.remove_prefix(valid ? size : 1);
-  return valid ? character : noCharacter;
+  return valid ? character : CodePage::noCharacter;
 }
 
 }  // namespace
@@ -69,6 +71,21 @@ CodePage CodePage::windows1252() {
   for (unsigned byte = 0; byte < page.characters_.size(); ++byte) page.characters_.at(byte) = byte;
   std::copy(windowsCharacters.begin(), windowsCharacters.end(),
             page.characters_.begin() + upperHalf);
+  return page;
+}
+
+CodePage CodePage::ofTable(std::string name, const std::function<char32_t(unsigned byte)>& upper) {
+  CodePage page;
+  page.name_ = std::move(name);
+  auto& all = page.characters_;
+  for (unsigned byte = 0; byte < all.size(); ++byte) {
+    all.at(byte) = byte < upperHalf ? byte : upper(byte);
+  }
+  for (unsigned byte = upperHalf; byte < all.size(); ++byte) {
+    if (all.at(byte) != noCharacter) continue;
+    const bool free = std::find(all.begin(), all.end(), byte) == all.end();
+    all.at(byte) = free ? byte : privateUse + byte;
+  }
   return page;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -12,13 +13,17 @@ namespace kova {
 /// way to Unicode and back unchanged.
 class CodePage {
  public:
+  /// In place of a character: there is none.
+  static constexpr char32_t noCharacter = 0xFFFFFFFF;
+
   /// Windows-1252; its five unassigned bytes stand for the control characters of the same number.
   static CodePage windows1252();
-  /// The Windows code page of this number by the C library's table, Windows-1252 if the library has
-  /// none. A byte that is no character there stands for one that no other byte has.
+  /// The Windows code page of this number by the system's table, Windows-1252 if there is none of
+  /// single bytes. A byte that is no character there stands for one that no other byte has.
   static CodePage windows(int number);
-  /// Code page of the process's locale if that is single-byte with more than ASCII, else the
-  /// Windows code page of its language. Sets the locale of the process from its environment.
+  /// On Windows the system's own code page. Elsewhere that of the process's locale if it is
+  /// single-byte with more than ASCII, else the Windows code page of its language; sets the locale
+  /// of the process from its environment. Windows-1252 where that is none of single bytes.
   static CodePage ofLocale();
 
   /// What people call it: "Windows-1252".
@@ -37,13 +42,13 @@ class CodePage {
   bool survives(std::string_view native) const { return toNative(fromNative(native)) == native; }
 
  private:
+  // ASCII, and what `upper` tells of the bytes from 80 on. A byte without a character gets one
+  // that no other byte has.
+  static CodePage ofTable(std::string name, const std::function<char32_t(unsigned byte)>& upper);
+
   std::string name_ = "Windows-1252";
   std::array<char32_t, 256> characters_{};
   bool ownFileNames_ = false;  ///< those of the locale are the text's own bytes, not UTF-8
 };
-
-/// Number of the Windows code page that desktop systems in the language of `locale` use: 1250 for
-/// "pl_PL.UTF-8". 1252 for a name that tells no language, such as "C".
-int windowsPageOf(std::string_view locale);
 
 }  // namespace kova

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -17,9 +18,25 @@ namespace kova {
 /// Stands between the parts of a path in every text of the wizard that names a file.
 #ifdef _WIN32
 inline constexpr char pathSeparator = '\\';
+/// What the machine takes for it in a text of the engineer's.
+inline constexpr std::string_view pathSeparators = "\\/";
 #else
 inline constexpr char pathSeparator = '/';
+inline constexpr std::string_view pathSeparators = "/";
 #endif
+
+/// What in a text keeps it from being the name of an entry of a folder: a sign that makes a path of
+/// it, a word that names a device, a blank or dot that would be lost at its end. Empty if nothing
+/// does.
+std::string_view faultOfName(std::string_view text);
+
+/// The text names one entry of a folder, and no other folder, device or part of a file.
+inline bool namesPlainFile(std::string_view text) {
+  return !text.empty() && text != "." && text != ".." && faultOfName(text).empty();
+}
+
+/// Files that are larger are not read: 64 MiB.
+inline constexpr std::size_t largestFile = std::size_t{64} << 20U;
 
 /// Name of a file or folder in the machine's own form, as its calls take it.
 struct Path {

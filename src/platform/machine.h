@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/code_page.h"
 #include "platform/platform.h"
@@ -24,6 +25,12 @@ std::unique_ptr<Clock> realClock();
 std::unique_ptr<ProgramStarter> realProgramStarter(const CodePage& codePage);
 
 /// The real machine.
-Machine realMachine(const CodePage& codePage);
+inline Machine realMachine(const CodePage& codePage) {
+  return {realFileSystem(codePage), realEnvironment(codePage), realClock(),
+          realProgramStarter(codePage)};
+}
+
+/// Why no window can be shown here, as the end of a sentence; empty if one can.
+std::string missingDisplay();
 
 }  // namespace kova

@@ -52,9 +52,8 @@ std::string namesFile(std::string_view propertyName) {
 }
 
 Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name) {
-  if (name.find(pathSeparator) != std::string_view::npos) {
-    throw Failure("The name holds a \"" + std::string(1, pathSeparator) + '"');
-  }
+  const std::string_view fault = faultOfName(name);
+  if (!fault.empty()) throw Failure("The name holds a \"" + std::string(fault) + '"');
   return files.path(std::string(folder) + pathSeparator + std::string(name));
 }
 

@@ -4,12 +4,15 @@
 #include <langinfo.h>
 
 #include <algorithm>
+#include <array>
+#include <climits>
 #include <clocale>
 #include <cstdint>
 #include <cstdlib>
 #include <cwchar>
 
 #include "platform/code_page.h"
+#include "platform/posix/languages.h"
 
 namespace kova {
 
@@ -36,40 +39,20 @@ constexpr std::array<LanguagesOfPage, 8> windowsPages{{
     {1258, {"vi"}},
 }};
 
-constexpr char32_t noCharacter = 0xFFFFFFFF;
-// Where bytes go whose own number is another byte's character; nobody types these.
-constexpr char32_t privateUse = 0xF700;
-
-using Characters = std::array<char32_t, 256>;
-
-/// The characters of one table, with `upper` telling those of the bytes from 80 on.
-template <class Upper>
-Characters charactersOf(Upper upper) {
-  Characters characters{};
-  for (unsigned byte = 0; byte < characters.size(); ++byte) {
-    characters.at(byte) = byte < upperHalf ? byte : upper(byte);
-  }
-  return characters;
-}
-
-bool isMostlyLacking(const Characters& characters) {
-  const auto lacking = std::count(characters.begin() + upperHalf, characters.end(), noCharacter);
-  return lacking > static_cast<std::ptrdiff_t>(upperHalf) / 2;
-}
-
-/// Gives each byte without a character one that no other byte has.
-void fillUp(Characters& characters) {
-  for (unsigned byte = upperHalf; byte < characters.size(); ++byte) {
-    if (characters.at(byte) != noCharacter) continue;
-    const bool free = std::find(characters.begin(), characters.end(), byte) == characters.end();
-    characters.at(byte) = free ? byte : privateUse + byte;
-  }
-}
+constexpr char32_t noCharacter = CodePage::noCharacter;
 
 char32_t localeCharacter(unsigned byte) {
   const std::wint_t character = std::btowc(static_cast<int>(byte));
   const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
   return character == WEOF || isSurrogate ? noCharacter : character;
+}
+
+bool localeIsMostlyLacking() {
+  unsigned lacking = 0;
+  for (unsigned byte = upperHalf; byte <= UCHAR_MAX; ++byte) {
+    if (localeCharacter(byte) == noCharacter) ++lacking;
+  }
+  return lacking > upperHalf / 2;
 }
 
 /// The C library's table of one code page.
@@ -133,11 +116,7 @@ CodePage CodePage::windows(int number) {
   const std::string digits = std::to_string(number);
   const LibraryTable table("CP" + digits);
   if (!table.isThere()) return windows1252();
-  CodePage page;
-  page.name_ = "Windows-" + digits;
-  page.characters_ = charactersOf([&](unsigned byte) { return table.character(byte); });
-  fillUp(page.characters_);
-  return page;
+  return ofTable("Windows-" + digits, [&](unsigned byte) { return table.character(byte); });
 }
 
 CodePage CodePage::ofLocale() {
@@ -145,12 +124,8 @@ CodePage CodePage::ofLocale() {
   // That another category's locale is not installed says nothing about texts.
   const char* locale = std::setlocale(LC_CTYPE, isWhole ? nullptr : "");
   if (locale != nullptr && MB_CUR_MAX != 1) return windows(windowsPageOf(locale));
-  if (!isWhole) return windows1252();
-  CodePage page;
-  page.characters_ = charactersOf(localeCharacter);
-  if (isMostlyLacking(page.characters_)) return windows1252();
-  fillUp(page.characters_);
-  page.name_ = ::nl_langinfo(CODESET);
+  if (!isWhole || localeIsMostlyLacking()) return windows1252();
+  CodePage page = ofTable(::nl_langinfo(CODESET), localeCharacter);
   page.ownFileNames_ = true;
   return page;
 }

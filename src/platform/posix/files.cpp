@@ -21,7 +21,6 @@ using posix::checked;
 using posix::Descriptor;
 using posix::fail;
 
-constexpr std::size_t largestFile = std::size_t{64} << 20U;
 constexpr std::size_t readAhead = std::size_t{64} << 10U;
 constexpr int lockAttempts = 300;
 
@@ -285,6 +284,10 @@ class PosixFileSystem final : public FileSystem {
 };
 
 }  // namespace
+
+std::string_view faultOfName(std::string_view text) {
+  return text.find(pathSeparator) == std::string_view::npos ? std::string_view() : pathSeparators;
+}
 
 std::unique_ptr<FileSystem> realFileSystem(const CodePage& codePage) {
   // A limit on the size of files is the failure of a write, not the end of the program.

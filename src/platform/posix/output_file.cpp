@@ -10,16 +10,14 @@
 #include <optional>
 #include <system_error>
 
+#include "platform/hidden_name.h"
 #include "platform/posix/rights.h"
 
 namespace kova::posix {
 
 namespace {
 
-constexpr int hiddenNames = 8;
 constexpr int lockAttempts = 100;
-// No other program's files are called like this.
-constexpr std::string_view hiddenMark = ".kova~";
 constexpr std::size_t usualNameLimit = 255;  // in bytes, or characters on some file systems
 
 // What stands ahead of the number in the hidden names for `leaf`: of a long name only the
@@ -34,13 +32,6 @@ std::string hiddenStem(const Path& folder, std::string_view leaf) {
     leaf = leaf.substr(0, end);
   }
   return ("." + std::string(leaf)).append(hiddenMark);
-}
-
-bool isHiddenName(std::string_view name) {
-  if (name.size() < hiddenMark.size() + 3 || name.front() != '.') return false;
-  const char number = name.back();
-  name.remove_suffix(1);
-  return name.ends_with(hiddenMark) && number >= '1' && number < '1' + hiddenNames;
 }
 
 // State of an open file, if `name` is still its name.

@@ -6,12 +6,11 @@
 #include <array>
 #include <csignal>
 #include <cstdlib>
-#include <ctime>
-#include <limits>
 #include <vector>
 
 #include "platform/machine.h"
 #include "platform/posix/calls.h"
+#include "platform/words.h"
 
 namespace kova {
 
@@ -48,25 +47,6 @@ class PosixEnvironment final : public Environment {
 
   const CodePage& codePage_;
 };
-
-class PosixClock final : public Clock {
- public:
-  std::int32_t unixTime() const override {
-    using Limits = std::numeric_limits<std::int32_t>;
-    const std::int64_t now = std::time(nullptr);
-    return static_cast<std::int32_t>(std::clamp<std::int64_t>(now, Limits::min(), Limits::max()));
-  }
-};
-
-std::vector<std::string_view> split(std::string_view text, char separator) {
-  std::vector<std::string_view> parts;
-  while (!text.empty()) {
-    const auto end = std::min(text.find(separator), text.size());
-    if (end > 0) parts.push_back(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  return parts;
-}
 
 bool isPlainFile(const std::string& file) {
   struct stat state {};
@@ -180,21 +160,17 @@ std::unique_ptr<Environment> realEnvironment(const CodePage& codePage) {
   return std::make_unique<PosixEnvironment>(codePage);
 }
 
-std::unique_ptr<Clock> realClock() {
-  return std::make_unique<PosixClock>();
-}
-
 std::unique_ptr<ProgramStarter> realProgramStarter(const CodePage& codePage) {
   return std::make_unique<PosixProgramStarter>(codePage);
 }
 
-Machine realMachine(const CodePage& codePage) {
-  Machine machine;
-  machine.files = realFileSystem(codePage);
-  machine.environment = realEnvironment(codePage);
-  machine.clock = realClock();
-  machine.programs = realProgramStarter(codePage);
-  return machine;
+std::string missingDisplay() {
+  const auto isSet = [](const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr && *value != '\0';
+  };
+  if (isSet("DISPLAY") || isSet("WAYLAND_DISPLAY")) return {};
+  return "neither DISPLAY nor WAYLAND_DISPLAY is set";
 }
 
 }  // namespace kova

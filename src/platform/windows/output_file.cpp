@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: MIT
+#include "platform/windows/output_file.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/hidden_name.h"
+
+namespace kova::windows {
+
+namespace {
+
+constexpr std::size_t nameLimit = 255;  // in UTF-16 units
+// A scanner that looks at a new file is waited for: half a second in all.
+constexpr int moveAttempts = 50;
+constexpr DWORD pause = 10;
+
+std::wstring hiddenStem(const Path& folder, std::string_view leaf) {
+  constexpr std::size_t dotAndNumber = 2;
+  constexpr std::size_t longest = nameLimit - hiddenMark.size() - dotAndNumber;
+  std::wstring beginning = wide(leaf).substr(0, longest);
+  // No half character.
+  if (!beginning.empty() && IS_HIGH_SURROGATE(beginning.back())) beginning.pop_back();
+  return nameOf(folder / ("." + narrow(beginning) + std::string(hiddenMark)));
+}
+
+bool meansNotHere(DWORD error) {
+  return error == ERROR_NOT_SUPPORTED || error == ERROR_INVALID_FUNCTION ||
+         error == ERROR_CALL_NOT_IMPLEMENTED;
+}
+
+bool mayPass(DWORD error) {
+  return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
+}
+
+// 0, or the error that stays. Windows calls the replacement of an open file a lack of permission.
+DWORD renamed(const std::wstring& from, const std::wstring& to, DWORD flags) {
+  for (int attempt = 1; ::MoveFileExW(from.c_str(), to.c_str(), flags) == FALSE; ++attempt) {
+    const DWORD error = ::GetLastError();
+    if (mayPass(error) && attempt < moveAttempts) {
+      ::Sleep(pause);
+      continue;
+    }
+    const bool isHeld = mayPass(error) && !openFile(to, DELETE, shareAll).open() &&
+                        ::GetLastError() == ERROR_SHARING_VIOLATION;
+    return isHeld ? ERROR_SHARING_VIOLATION : error;
+  }
+  return 0;
+}
+
+// The file that a link leads to; the name itself if it is no link.
+std::wstring withoutLink(const std::wstring& name) {
+  const DWORD attributes = ::GetFileAttributesW(name.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+    return name;
+  }
+  const Handle file = openFile(name, 0, shareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+  if (!file.open()) throw Failure("The link points to a file that does not exist");
+  std::wstring target(::GetFinalPathNameByHandleW(file.get(), nullptr, 0, 0), L'\0');
+  const auto size = static_cast<DWORD>(target.size());
+  target.resize(::GetFinalPathNameByHandleW(file.get(), target.data(), size, 0));
+  return target.empty() ? name : target;
+}
+
+class WindowsOutputFile final : public OutputFile {
+ public:
+  explicit WindowsOutputFile(const Path& target)
+      : target_(nameOf(target)), hidden_(target.parent(), target.leaf()) {
+    // Ahead of the content: nobody is to read it meanwhile who may not read it afterwards.
+    keepRights();
+  }
+
+  void write(std::string_view content) override {
+    flushed_ = false;
+    hidden_.write(content);
+  }
+
+  void flush() override {
+    keepRights();
+    hidden_.flush();
+    flushed_ = true;
+  }
+
+  void close() override {
+    if (!flushed_) flush();
+    hidden_.takePlaceOf(target_);
+    hidden_.removeLeftovers();
+  }
+
+ private:
+  void keepRights() const {
+    const auto former = stateOf(target_);
+    if (!former) return;
+    keepAccessList(target_, hidden_.name());
+    FileState state = *former;
+    state.ftLastWriteTime = {};  // it is written now
+    keepAttributes(state, hidden_.handle());
+  }
+
+  std::wstring target_;
+  HiddenFile hidden_;
+  bool flushed_ = false;
+};
+
+}  // namespace
+
+Handle openFile(const std::wstring& name, DWORD access, DWORD share, DWORD how, DWORD flags) {
+  return Handle(::CreateFileW(name.c_str(), access, share, nullptr, how,
+                              FILE_ATTRIBUTE_NORMAL | flags, nullptr));
+}
+
+std::optional<FileState> stateOf(const std::wstring& name) {
+  const Handle file =
+      openFile(name, FILE_READ_ATTRIBUTES, shareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+  FileState state{};
+  const bool isKnown = file.open() && ::GetFileType(file.get()) == FILE_TYPE_DISK &&
+                       ::GetFileInformationByHandle(file.get(), &state) != FALSE;
+  return isKnown ? std::optional(state) : std::nullopt;
+}
+
+FileState stateOf(const Handle& file) {
+  FileState state{};
+  checked(::GetFileInformationByHandle(file.get(), &state));
+  return state;
+}
+
+bool isPlainFile(const FileState& state) {
+  constexpr DWORD others = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE;
+  return (state.dwFileAttributes & others) == 0;
+}
+
+void keepAccessList(const std::wstring& from, const std::wstring& to) {
+  DWORD size = 0;
+  ::GetFileSecurityW(from.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+  std::vector<char> list(size);
+  if (::GetFileSecurityW(from.c_str(), DACL_SECURITY_INFORMATION, list.data(), size, &size) ==
+      FALSE) {
+    if (meansNotHere(::GetLastError())) return;
+    fail();
+  }
+  if (::SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, list.data()) == FALSE &&
+      !meansNotHere(::GetLastError())) {
+    fail();
+  }
+}
+
+void keepAttributes(const FileState& from, const Handle& to) {
+  constexpr DWORD kept = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+  FILE_BASIC_INFO information{};  // a time of 0 stays as it is
+  information.LastWriteTime.LowPart = from.ftLastWriteTime.dwLowDateTime;
+  information.LastWriteTime.HighPart = static_cast<LONG>(from.ftLastWriteTime.dwHighDateTime);
+  information.FileAttributes = FILE_ATTRIBUTE_ARCHIVE | (from.dwFileAttributes & kept);
+  checked(::SetFileInformationByHandle(to.get(), FileBasicInfo, &information, sizeof information));
+}
+
+void allowRemoval(const std::wstring& name) {
+  const DWORD attributes = ::GetFileAttributesW(name.c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+    checked(::SetFileAttributesW(name.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY}));
+  }
+}
+
+HiddenFile::HiddenFile(const Path& folder, std::string_view leaf)
+    : stem_(hiddenStem(folder, leaf)) {
+  DWORD firstError = 0;
+  for (int number = 1; number <= hiddenNames; ++number) {
+    const DWORD error = take(number);
+    if (error == 0) return;
+    if (firstError == 0) firstError = error;
+  }
+  if (firstError != ERROR_SHARING_VIOLATION) fail(firstError);
+  throw Failure("Too many other programs are writing the file");
+}
+
+HiddenFile::~HiddenFile() {
+  if (file_.open() && !placed_) ::DeleteFileW(name().c_str());
+}
+
+DWORD HiddenFile::take(int number) {
+  constexpr DWORD access = GENERIC_READ | GENERIC_WRITE;
+  constexpr DWORD share = FILE_SHARE_READ | FILE_SHARE_DELETE;
+  Handle file = openFile(name(number), access, share, OPEN_ALWAYS, FILE_FLAG_OPEN_REPARSE_POINT);
+  if (!file.open()) {
+    const DWORD error = ::GetLastError();
+    if (!mayPass(error)) fail(error);
+    return error;
+  }
+  const FileState state = stateOf(file);
+  // Written through a link or a second name, the content would change behind a table's back.
+  const bool isLink = (state.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  if (isLink || !isPlainFile(state) || state.nNumberOfLinks != 1) return ERROR_ACCESS_DENIED;
+  if (state.nFileSizeHigh != 0 || state.nFileSizeLow != 0) checked(::SetEndOfFile(file.get()));
+  number_ = number;
+  file_ = std::move(file);
+  return 0;
+}
+
+void HiddenFile::write(std::string_view content) const {
+  constexpr std::size_t most = std::size_t{1} << 30U;
+  while (!content.empty()) {
+    DWORD written = 0;
+    const auto size = static_cast<DWORD>(std::min(content.size(), most));
+    checked(::WriteFile(file_.get(), content.data(), size, &written, nullptr));
+    if (written == 0) fail(ERROR_DISK_FULL);
+    content.remove_prefix(written);
+  }
+}
+
+void HiddenFile::takePlaceOf(const std::wstring& target) {
+  constexpr DWORD flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+  if (const DWORD error = renamed(name(), target, flags); error != 0) fail(error);
+  placed_ = true;
+  // An open file could not be replaced by the next one.
+  file_ = Handle();
+}
+
+bool HiddenFile::takeFreePlace(const std::wstring& target) {
+  const DWORD error = renamed(name(), target, MOVEFILE_WRITE_THROUGH);
+  if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) return false;
+  if (error != 0) fail(error);
+  placed_ = true;
+  file_ = Handle();
+  return true;
+}
+
+void HiddenFile::removeLeftovers() const {
+  for (int number = 1; number <= hiddenNames; ++number) {
+    if (number != number_) removeIfLeft(name(number));
+  }
+}
+
+void removeIfLeft(const std::wstring& hidden) {
+  constexpr DWORD access = DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES;
+  // Nobody else has open what can be opened without sharing it.
+  const Handle file = openFile(hidden, access, 0, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT);
+  FileState state{};
+  if (!file.open() || ::GetFileInformationByHandle(file.get(), &state) == FALSE) return;
+  const bool isLink = (state.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  if (isLink || !isPlainFile(state) || state.nNumberOfLinks != 1) return;
+  // A copy of a file that is protected against writing is so as well, and could not be removed.
+  FILE_BASIC_INFO removable{};
+  removable.FileAttributes = FILE_ATTRIBUTE_NORMAL;
+  ::SetFileInformationByHandle(file.get(), FileBasicInfo, &removable, sizeof removable);
+  FILE_DISPOSITION_INFO goes{TRUE};
+  ::SetFileInformationByHandle(file.get(), FileDispositionInfo, &goes, sizeof goes);
+}
+
+std::unique_ptr<OutputFile> openOutputFile(const Path& file) {
+  const Path target{narrow(withoutLink(nameOf(file)))};
+  if (target.leaf().empty()) throw Failure("Is a directory");
+  if (const auto former = stateOf(nameOf(target))) {
+    if ((former->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) throw Failure("Is a directory");
+    if (!isPlainFile(*former)) throw Failure("Not a plain file");
+    const Handle writable = openFile(nameOf(target), GENERIC_WRITE, shareAll);
+    // Another program that has it open may be done by the time it is replaced.
+    const bool mayBeWritten = writable.open() || ::GetLastError() == ERROR_SHARING_VIOLATION;
+    if (!mayBeWritten) fail();
+  }
+  return std::make_unique<WindowsOutputFile>(target);
+}
+
+}  // namespace kova::windows

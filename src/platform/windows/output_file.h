@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+// The one gate through which content reaches a folder: written whole under a hidden name, then
+// renamed.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/file_system.h"
+#include "platform/windows/calls.h"
+
+namespace kova::windows {
+
+/// Others may read, write, rename and remove what is open.
+inline constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+/// A handle that is not open if the call fails; GetLastError tells why.
+Handle openFile(const std::wstring& name, DWORD access, DWORD share, DWORD how = OPEN_EXISTING,
+                DWORD flags = 0);
+
+using FileState = BY_HANDLE_FILE_INFORMATION;
+/// State of a file or folder, links followed; nothing for what can't be looked at.
+std::optional<FileState> stateOf(const std::wstring& name);
+FileState stateOf(const Handle& file);
+bool isPlainFile(const FileState& state);
+
+/// Throws Failure if the file keeps no access list of another one although it could.
+void keepAccessList(const std::wstring& from, const std::wstring& to);
+/// Sets time and attributes as those of `from`: who may write it, who is shown it.
+void keepAttributes(const FileState& from, const Handle& to);
+/// A file that is protected against writing can be removed and replaced behind this.
+void allowRemoval(const std::wstring& name);
+
+/// An empty file under a hidden name, which nobody else can write or lock as long as it is open.
+/// What a killed run has left under that name is used again. It goes with the object unless it has
+/// taken a place.
+class HiddenFile {
+ public:
+  /// In `folder`, which ends in a separator or is empty, named after `leaf`.
+  HiddenFile(const Path& folder, std::string_view leaf);
+  HiddenFile(const HiddenFile&) = delete;
+  HiddenFile& operator=(const HiddenFile&) = delete;
+  ~HiddenFile();
+
+  const Handle& handle() const { return file_; }
+  /// Where it stands.
+  std::wstring name() const { return name(number_); }
+  /// Appends all of `content`.
+  void write(std::string_view content) const;
+  void flush() const { checked(::FlushFileBuffers(file_.get())); }
+  /// Renames the file to `target`, which it replaces.
+  void takePlaceOf(const std::wstring& target);
+  /// Renames the file to `target`; false if there is an entry of that name.
+  bool takeFreePlace(const std::wstring& target);
+  /// Removes what killed runs have left under the other names, unless another wizard uses it.
+  void removeLeftovers() const;
+
+ private:
+  // 0, or the error for which the name can't be had.
+  DWORD take(int number);
+  std::wstring name(int number) const { return stem_ + std::to_wstring(number); }
+
+  std::wstring stem_;
+  int number_ = 0;
+  Handle file_;
+  bool placed_ = false;
+};
+
+/// Removes a hidden file that nobody holds.
+void removeIfLeft(const std::wstring& hidden);
+/// New content for `file`.
+std::unique_ptr<OutputFile> openOutputFile(const Path& file);
+
+}  // namespace kova::windows
