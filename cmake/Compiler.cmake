@@ -17,9 +17,17 @@ if(KOVA_SANITIZE)
   target_link_options(kova_compiler INTERFACE -fsanitize=address,undefined)
 else()
   target_compile_options(kova_compiler INTERFACE
-    -fstack-protector-strong -fstack-clash-protection ${control_flow}
+    -fstack-protector-strong ${control_flow}
     $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=3>)
-  target_link_options(kova_compiler INTERFACE -Wl,-z,relro,-z,now)
+  if(WIN32)
+    # No -fstack-clash-protection: the compiler breaks down over it here (GCC bug 90458), and every
+    # page of the stack is touched anyway.
+    target_link_options(kova_compiler INTERFACE
+      -static -fstack-protector-strong -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
+  else()
+    target_compile_options(kova_compiler INTERFACE -fstack-clash-protection)
+    target_link_options(kova_compiler INTERFACE -Wl,-z,relro,-z,now)
+  endif()
 endif()
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 include(CheckPIESupported)

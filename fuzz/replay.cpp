@@ -10,7 +10,7 @@
 int main(int count, char** words) {
   int played = 0;
   for (const auto& entry : std::filesystem::directory_iterator(words[count - 1])) {
-    std::cerr << entry.path().native() << '\n';
+    std::cerr << entry.path().string() << '\n';
     std::ifstream file(entry.path(), std::ios::binary);
     kova::fuzz::check(std::string(std::istreambuf_iterator<char>(file), {}));
     ++played;

@@ -2,13 +2,12 @@
 // A folder of a test's own, removed with all that lies in it.
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <random>
 #include <set>
-#include <stdexcept>
 #include <string>
 
 namespace kova::test {
@@ -18,9 +17,7 @@ using Files = std::map<std::string, std::string>;
 
 /// Files are named by their path inside the folder.
 struct TemporaryFolder {
-  TemporaryFolder() {
-    if (::mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  }
+  TemporaryFolder() = default;
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
   TemporaryFolder(TemporaryFolder&&) = delete;
@@ -28,7 +25,9 @@ struct TemporaryFolder {
   ~TemporaryFolder() { std::filesystem::remove_all(path_); }
 
   const std::string& path() const { return path_; }
-  std::string path(const std::string& name) const { return path_ + '/' + name; }
+  std::string path(const std::string& name) const {
+    return (std::filesystem::path(path_) / name).make_preferred().string();
+  }
   /// Makes the folders above the file as well.
   void write(const std::string& name, const std::string& bytes) const {
     std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
@@ -43,9 +42,9 @@ struct TemporaryFolder {
   Files files(const std::string& folder) const {
     Files all;
     for (const auto& entry : std::filesystem::directory_iterator(path(folder))) {
-      const std::string name = entry.path().filename().native();
+      const std::string name = entry.path().filename().string();
       if (name.find("-17000") == std::string::npos)
-        all[name] = read(entry.path().lexically_relative(path()));
+        all[name] = read(entry.path().lexically_relative(path()).string());
     }
     return all;
   }
@@ -53,14 +52,21 @@ struct TemporaryFolder {
   std::set<std::string> names() const {
     std::set<std::string> all;
     for (const auto& entry : std::filesystem::directory_iterator(path_)) {
-      all.insert(entry.path().filename().native());
+      all.insert(entry.path().filename().string());
     }
     return all;
   }
 
  private:
-  // mkdtemp puts letters of its own in place of the X.
-  std::string path_ = (std::filesystem::temp_directory_path() / "kova-XXXXXX").native();
+  static std::string made() {
+    for (auto number = std::random_device{}();; ++number) {
+      const auto folder =
+          std::filesystem::temp_directory_path() / ("kova-" + std::to_string(number));
+      if (std::filesystem::create_directory(folder)) return folder.string();
+    }
+  }
+
+  std::string path_ = made();
 };
 
 }  // namespace kova::test
