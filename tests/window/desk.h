@@ -11,6 +11,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -21,9 +22,9 @@ namespace kova::test {
 
 class Desk {
  public:
-  /// The program comes up.
-  Desk(SetupWizard& program, const CodePage& page) : view(program, page) {
-    program.start();
+  /// The program comes up, with message boxes of its own.
+  Desk(Engineer& engineer, const CodePage& page) : view(withoutAnswers(engineer), page) {
+    engineer.start();
     view.resize(view.sizeHint());
     EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
   }
@@ -73,12 +74,14 @@ class Desk {
     event.setCommitString(commit);
     QApplication::sendEvent(QApplication::focusWidget(), &event);
   }
-  /// The next message box is answered by a key; its title and text then stand in `message`.
-  void answer(const QString& pressed) {
-    soon([this, pressed] {
+  /// The next message box is looked at and answered by a key; its title and text then stand in
+  /// `message`.
+  void answer(const QString& pressed, const std::function<void(QWidget& box)>& look = {}) {
+    soon([this, pressed, look] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (box == nullptr || !box->isActiveWindow()) return answer(pressed);
+      if (box == nullptr || !box->isActiveWindow()) return answer(pressed, look);
       message = (box->windowTitle() + QStringLiteral(": ") + box->text()).toStdString();
+      if (look) look(*box);
       key(pressed);
     });
   }
@@ -102,6 +105,10 @@ class Desk {
   std::string message;
 
  private:
+  static SetupWizard& withoutAnswers(Engineer& engineer) {
+    engineer.program.wizard.messageBox = {};
+    return engineer.program;
+  }
   /// The window that the keyboard writes to. Without a window manager none is in front after a list
   /// or a message has closed.
   QWindow* inFront() {
@@ -113,6 +120,23 @@ class Desk {
     }
     return QGuiApplication::focusWindow();
   }
+};
+
+/// The window beside the example project. Font and palette are as before afterwards.
+struct AtTheWindow : testing::Test {
+  AtTheWindow() { std::filesystem::copy(KOVA_EXAMPLE, home.path("MAGNET")); }
+  void TearDown() override {
+    QApplication::setFont(font);
+    QApplication::setPalette(palette);
+  }
+
+  const QFont font = QApplication::font();
+  const QPalette palette = QApplication::palette();
+  const CodePage page = CodePage::windows1252();
+  TemporaryFolder home;
+  Engineer engineer{home.path()};
+  Form1& form = engineer.program.wizard.form;
+  Desk desk{engineer, page};
 };
 
 /// Runs `acts` inside the event loop, which the program itself has to leave.

@@ -1,23 +1,16 @@
 // SPDX-License-Identifier: MIT
 // The road to a finished project in the real window.
-#include <filesystem>
-
 #include "window/desk.h"
 
 namespace kova::test {
 namespace {
 
-TEST(ProjectInTheWindow, IsReadChangedAndWritten) {
-  const TemporaryFolder home;
-  std::filesystem::copy(KOVA_EXAMPLE, home.path("MAGNET"));
-  std::filesystem::create_directory(home.path("fec"));
+using ProjectInTheWindow = AtTheWindow;
+
+TEST_F(ProjectInTheWindow, IsReadChangedAndWritten) {
   Files expected = home.files("MAGNET");
-  Engineer engineer(home.path());
+  std::filesystem::create_directory(home.path("fec"));
   engineer.environment.values["FEC_HOME"] = home.path("fec");
-  engineer.program.wizard.messageBox = {};
-  const Form1& form = engineer.program.wizard.form;
-  const CodePage page = CodePage::windows1252();
-  Desk desk(engineer.program, page);
   EXPECT_EQ(desk.view.windowTitle(), QStringLiteral("KOVA Device Server Setup Wizard"));
 
   untilTheEnd(desk, [&] {
