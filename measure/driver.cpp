@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The wizard in a process of its own, driven by acts from standard input: each line is an act of
-// the tests' engineer, or "ready", which is answered. What was said is on standard output.
+// The wizard in a process of its own, driven by acts from standard input: each line is an act,
+// or "ready", which is answered. What was said is on standard output.
 #include <exception>
 #include <iostream>
 #include <regex>
 
+#include "acts.h"
 #include "core/status.h"
 #include "support/engineer.h"
 
@@ -17,7 +18,7 @@ void drive(const std::string& home) {
   for (std::string line; std::getline(std::cin, line);) {
     if (line == "ready") {
       std::cout << line << std::endl;
-    } else if (const std::string wrong = engineer.carryOut(line); !wrong.empty()) {
+    } else if (const std::string wrong = measure::carryOut(engineer, line); !wrong.empty()) {
       std::cout << "wrong " << line << ": " << wrong << "\n";
     }
   }
