@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "editing/commit.h"
 
-#include <cmath>
 #include <string>
 
 #include "core/data_formats.h"
@@ -45,16 +44,9 @@ std::string refusal(const Wizard& wizard, bool appendOnly, bool isNew) {
   return {};
 }
 
-/// The value is 0 when rounded to single precision.
-bool isZeroSingle(double value) {
-  return std::fabs(value) <= 0x1p-150;
-}
-
 std::string descriptionWithRange(const Form1& form) {
-  const bool noRange = isZeroSingle(textValue(form.MaxValue.text())) &&
-                       isZeroSingle(textValue(form.MinValue.text()));
   const std::string& text = form.PropertyDescription.text();
-  if (noRange) return text;
+  if (!isRange(form.MinValue.text(), form.MaxValue.text())) return text;
   return rangePrefix(form.MinValue.text(), form.MaxValue.text(), form.Units.text()) + text;
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a commit would refuse or cut, told while the engineer still types. It blocks nothing.
+// What a commit, Done or the next reading would make of a text, told while the engineer still
+// types. It blocks nothing.
 #pragma once
 
 #include <string>
@@ -8,7 +9,8 @@
 
 namespace kova {
 
-/// One sentence on what is wrong with the text of `field` at this moment, empty if nothing is.
+/// One sentence on what will happen to the text of `field` as the form stands, the gravest if there
+/// are several; empty if the text comes through as it is.
 std::string fieldWarning(const Wizard& wizard, const TextField& field);
 
 }  // namespace kova

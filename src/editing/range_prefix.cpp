@@ -1,12 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "editing/range_prefix.h"
 
+#include <cmath>
+
+#include "tables/number_text.h"
+
 namespace kova {
 namespace {
 
 constexpr std::string_view noUnits = "none";
 
+/// The value is 0 when rounded to single precision.
+bool isZeroSingle(double value) {
+  return std::fabs(value) <= 0x1p-150;
+}
+
 }  // namespace
+
+bool isRange(std::string_view minimum, std::string_view maximum) {
+  return !isZeroSingle(textValue(minimum)) || !isZeroSingle(textValue(maximum));
+}
 
 std::string rangePrefix(std::string_view minimum, std::string_view maximum,
                         std::string_view units) {

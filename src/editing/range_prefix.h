@@ -8,6 +8,10 @@
 
 namespace kova {
 
+/// A property with these limits has a range: not both are 0 in single precision. A text that is no
+/// number counts as 0.
+bool isRange(std::string_view minimum, std::string_view maximum);
+
 /// The head "[minimum:maximum units]" of a description. "none" stands for no units.
 std::string rangePrefix(std::string_view minimum, std::string_view maximum, std::string_view units);
 

@@ -124,11 +124,9 @@ bool isNotPossibleHere(int error) {
   return error == EINVAL || error == ENOSYS || error == ENOTSUP || error == EOPNOTSUPP;
 }
 
-std::string inOtherCase(std::string name) {
-  const auto other = [](unsigned char c) {
-    return std::islower(c) ? std::toupper(c) : std::tolower(c);
-  };
-  std::transform(name.begin(), name.end(), name.begin(), other);
+std::string upperCase(std::string name) {
+  const auto upper = [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); };
+  std::transform(name.begin(), name.end(), name.begin(), upper);
   return name;
 }
 
@@ -203,7 +201,7 @@ class PosixFileSystem final : public FileSystem {
     const auto hidden = hiddenCopy(from, to);
     checked(::fsync, hidden->descriptor().number());
     if (!hidden->takeFreePlace(to.native)) return false;
-    flushFolder(to.parent());
+    flushFolder(parentOf(to));
     return true;
   }
 
@@ -251,7 +249,7 @@ class PosixFileSystem final : public FileSystem {
   bool ignoresCase(const Path& folder) const override {
     const posix::HiddenFile hidden(folder, "case");
     const Path path{hidden.path()};
-    const Path other = folder / inOtherCase(path.leaf());
+    const Path other = folder / upperCase(path.leaf());
     struct stat made {};
     struct stat seen {};
     checked(::lstat, path.native.c_str(), &made);

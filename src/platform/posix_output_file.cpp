@@ -4,6 +4,7 @@
 #include <dirent.h>
 #include <sys/file.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -19,14 +20,14 @@ constexpr int hiddenNames = 8;
 constexpr int lockAttempts = 100;
 // No other program's files are called like this.
 constexpr std::string_view hiddenMark = ".kova~";
-constexpr std::size_t usualNameLimit = 255;  // bytes
+constexpr std::size_t usualNameLimit = 255;  // in bytes, or characters on some file systems
 
 // What stands ahead of the number in the hidden names for `leaf`: of a long name only the
 // beginning, without half a character, which some file systems refuse.
 std::string hiddenStem(const Path& folder, std::string_view leaf) {
   constexpr std::size_t dotAndNumber = 2;
-  const std::size_t longest =
-      nameLimit(folder).value_or(usualNameLimit) - hiddenMark.size() - dotAndNumber;
+  const std::size_t limit = nameLimit(folder).value_or(usualNameLimit);
+  const std::size_t longest = std::min(limit, usualNameLimit) - hiddenMark.size() - dotAndNumber;
   if (leaf.size() > longest) {
     std::size_t end = longest;
     while (end > 0 && (static_cast<unsigned char>(leaf[end]) & 0xC0U) == 0x80U) --end;

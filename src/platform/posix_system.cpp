@@ -68,22 +68,29 @@ std::vector<std::string_view> split(std::string_view text, char separator) {
   return parts;
 }
 
-bool isProgram(const std::string& file) {
+bool isPlainFile(const std::string& file) {
   struct stat state {};
-  return ::stat(file.c_str(), &state) == 0 && S_ISREG(state.st_mode) &&
-         ::faccessat(AT_FDCWD, file.c_str(), X_OK, AT_EACCESS) == 0;
+  return ::stat(file.c_str(), &state) == 0 && S_ISREG(state.st_mode);
+}
+
+bool mayBeExecuted(const std::string& file) {
+  return ::faccessat(AT_FDCWD, file.c_str(), X_OK, AT_EACCESS) == 0;
 }
 
 // Folders that depend on where the wizard stands are left out: a project directory must not be able
 // to bring its own generator.
 std::string findProgram(const std::string& program) {
   const char* searchPath = std::getenv("PATH");
+  bool isThere = false;
   for (const auto folder : split(searchPath == nullptr ? "" : searchPath, ':')) {
     if (folder.front() != '/') continue;
     std::string file = std::string(folder) + '/' + program;
-    if (isProgram(file)) return file;
+    if (!isPlainFile(file)) continue;
+    if (mayBeExecuted(file)) return file;
+    isThere = true;
   }
-  throw Failure(program + " is not on the search path");
+  throw Failure(program + (isThere ? " is on the search path but may not be executed"
+                                   : " is not on the search path"));
 }
 
 void checkWords(const std::vector<std::string_view>& words) {

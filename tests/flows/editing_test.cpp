@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The property form: commit, add and remove, processes, device lists, the alarm panel, marks.
+// The property form: commit, add and remove, processes, device lists, the alarm panel.
 #include <array>
 
-#include "editing/field_warnings.h"
 #include "support/flow.h"
 
 namespace kova::test {
@@ -407,30 +406,6 @@ TEST_F(Editing, ThresholdsAndMaskExcludeEachOther) {
                     form.almMaskText, form.almNormalText),
               entered < 4 ? "40, 40, 40, 40, 0, 0" : "0, 0, 0, 0, 40, 40");
   }
-}
-
-TEST_F(Editing, FieldsSayWhatACommitWouldRefuse) {
-  const std::string refused = "This is not a number that the table can hold.";
-  struct Case {
-    TextField& field;
-    std::string text, warning;
-  };
-  const std::vector<Case> cases = {
-      {form.LocalName, "MAGNETS", "Only the first 6 characters count: MAGNET"},
-      {form.LocalName, "MAGNET", ""},
-      {form.PollRateText, "soon", "This is not a number: it counts as 0."},
-      {form.PollRateText, "10", ""},
-      {form.AlmSystemText, "40000", refused},
-      {form.NumDevices, "40000", refused},
-      {form.NumDevices, " 3", ""},
-      {form.almSeverityText, "", refused},
-      {form.toleranceText, "10%", ""},
-      {form.PropertyDescription, "a,b", "The table is read back only up to the comma."}};
-  for (const auto& [field, text, warning] : cases) {
-    field.setText(text);
-    EXPECT_EQ(fieldWarning(engineer.program.wizard, field), warning) << text;
-  }
-  EXPECT_EQ(said(), truncated + "MAGNET");
 }
 
 }  // namespace

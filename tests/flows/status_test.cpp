@@ -108,12 +108,12 @@ TEST_F(Status, RemovalsCountUnlessTheDiskNeverHeldTheRow) {
 
 TEST_F(Status, EachDoneTellsOnceWhatSomebodyElseHasWritten) {
   const std::string kept =
-      " What somebody else has written to exports.csv since is kept as exports-1700000000.csv.";
+      " What somebody else has written to exports.csv since is kept as exports-170000000";
   open("MAGNET");
   home.write("MAGNET/exports.csv", "by a colleague");
   std::filesystem::create_directory(home.path("MAGNET/devices.csv"));
   form.Command1.click();
-  EXPECT_EQ(line, "The project is not finished." + kept + " 1 device name not yet written.")
+  EXPECT_EQ(line, "The project is not finished." + kept + "1.csv. 1 device name not yet written.")
       << "Done has named the device without a name";
   form.Command1.click();
   EXPECT_EQ(line, "The project is not finished. 1 device name not yet written.");
@@ -122,7 +122,7 @@ TEST_F(Status, EachDoneTellsOnceWhatSomebodyElseHasWritten) {
   std::filesystem::remove(home.path("MAGNET/devices.csv"));
   form.Command1.click();
   EXPECT_TRUE(engineer.ended);
-  EXPECT_EQ(status(), kept.substr(1));
+  EXPECT_EQ(status(), kept.substr(1) + "2.csv.");
   for (int i = 0; i < 2; ++i) said();
 }
 

@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -19,6 +24,12 @@ namespace kova::test {
 using Names = std::set<std::string>;
 using Act = std::function<void()>;
 
+// Version 2; of owner, user 65533, group, mask and others the kind with the rights, the account.
+constexpr std::array<std::uint32_t, 11> accessList{2,   0x60001, ~0U, 0x40002, 65533, 0x40004,
+                                                   ~0U, 0x40010, ~0U, 0x20,    ~0U};
+constexpr const char* accessListName = "system.posix_acl_access";
+constexpr const char* newFilesListName = "system.posix_acl_default";
+
 class PosixFiles : public ::testing::Test {
  protected:
   PosixFiles() { ::chmod(folder.path().c_str(), 0777); }
@@ -33,6 +44,16 @@ class PosixFiles : public ::testing::Test {
   void allow(const std::string& name, mode_t mode) const {
     ASSERT_EQ(::chmod(folder.path(name).c_str(), mode), 0);
   }
+  // False where temporary files have no access lists.
+  bool setList(const std::string& name, const char* attribute) const {
+    const std::string file = folder.path(name);
+    return ::setxattr(file.c_str(), attribute, accessList.data(), sizeof accessList, 0) == 0;
+  }
+  bool hasList(const std::string& name) const {
+    std::array<std::uint32_t, accessList.size()> kept{};
+    ::getxattr(folder.path(name).c_str(), accessListName, kept.data(), sizeof kept);
+    return kept == accessList;
+  }
   mode_t modeOf(const std::string& name) const {
     struct stat state {};
     return ::lstat(folder.path(name).c_str(), &state) == 0 ? state.st_mode : 0;
@@ -44,6 +65,24 @@ class PosixFiles : public ::testing::Test {
     } catch (const Failure& failure) {
       return failure.what();
     }
+  }
+  // From now on the system answers these calls with this error.
+  static Act refusing(const std::vector<unsigned>& calls, unsigned error) {
+    return [=] {
+      std::vector<sock_filter> program{BPF_STMT(BPF_LD | BPF_W | BPF_ABS, 0)};
+      for (const unsigned call : calls) {
+        program.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1));
+        program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | error));
+      }
+      program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+      const sock_fprog filter{static_cast<unsigned short>(program.size()), program.data()};
+      if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) ::_exit(3);
+      if (::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) != 0) ::_exit(4);
+    };
+  }
+  static void becomeNobody() {
+    if (::geteuid() != 0) return;
+    if (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0) ::_exit(2);
   }
   // In a process of its own, which `prepare` limits.
   static bool failsInChild(const Act& prepare, const Act& act, const std::string& failure) {
@@ -77,21 +116,10 @@ TEST_F(PosixFiles, ReplaceKeepsPermissionsAndLinks) {
 }
 
 TEST_F(PosixFiles, ReplaceKeepsTheAccessList) {
-  // Version 2; of owner, user 65534, group, mask and others the kind with the rights, the account.
-  constexpr std::array<std::uint32_t, 11> list{2,   0x60001, ~0U, 0x40002, 65534, 0x40004,
-                                               ~0U, 0x40010, ~0U, 0x20,    ~0U};
-  constexpr const char* attribute = "system.posix_acl_access";
   folder.write("t.csv", "old");
-  const std::string name = folder.path("t.csv");
-  if (::setxattr(name.c_str(), attribute, list.data(), sizeof list, 0) != 0) {
-    GTEST_SKIP() << "temporary files have no access lists here: " << std::strerror(errno);
-  }
-
+  if (!setList("t.csv", accessListName)) GTEST_SKIP() << "no access lists";
   replaceBy("t.csv", "new");
-
-  std::array<std::uint32_t, list.size()> kept{};
-  ::getxattr(name.c_str(), attribute, kept.data(), sizeof kept);
-  EXPECT_EQ(kept, list);
+  EXPECT_TRUE(hasList("t.csv"));
   EXPECT_EQ(folder.read("t.csv"), "new");
 }
 
@@ -137,9 +165,6 @@ TEST_F(PosixFiles, AFailureLeavesTheFormerContent) {
     const rlimit size{4096, 4096};
     ::setrlimit(RLIMIT_FSIZE, &size);
   };
-  const auto becomeNobody = [] {
-    if (::geteuid() == 0 && ::setuid(65534) != 0) ::_exit(2);
-  };
   const Act write = [&] { replaceBy("t.csv", std::string(9000, 'x')); };
   const Act copy = [&] { files->copy(path("big"), path("t.csv")); };
   EXPECT_TRUE(failsInChild(limit, write, "File too large"));
@@ -157,7 +182,8 @@ TEST_F(PosixFiles, AFailureLeavesTheFormerContent) {
 }
 
 TEST_F(PosixFiles, LeftoversAreUsedAgainAndLocksRespected) {
-  for (const char* name : {".t.csv.kova~1", ".t.csv.kova~2"}) folder.write(name, "left by a killed run");
+  for (const char* name : {".t.csv.kova~1", ".t.csv.kova~2"})
+    folder.write(name, "left by a killed run");
   replaceBy("t.csv", "a");
   EXPECT_EQ(folder.read("t.csv"), "a");
   EXPECT_EQ(folder.names(), Names{"t.csv"});
@@ -197,6 +223,151 @@ TEST_F(PosixFiles, CopyKeepsBytesModeAndTimeAndReplacesALink) {
     EXPECT_EQ(folder.read("precious"), "kept");
     EXPECT_EQ(folder.names(), Names{"precious"});
   }
+}
+
+TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root gives files away";
+  const auto original = [&](const std::string& name, mode_t mode) {
+    folder.write(name, "");
+    ASSERT_EQ(::chown(folder.path(name).c_str(), 65534, 1234), 0);
+    allow(name, mode);
+  };
+  const auto expectCopy = [&](const Act& prepare, const std::string& from, mode_t mode) {
+    const Act copy = [&] { files->copy(path(from), path("to")); };
+    EXPECT_TRUE(failsInChild(prepare, copy, "no failure")) << from;
+    EXPECT_EQ(modeOf("to"), S_IFREG | mode) << from;
+  };
+  original("group", 0660);
+  expectCopy([] {}, "group", 0660);
+  struct stat state {};
+  ::stat(folder.path("to").c_str(), &state);
+  EXPECT_EQ(state.st_uid, 65534U);
+  EXPECT_EQ(state.st_gid, 1234U);
+  expectCopy(becomeNobody, "group", 0600);
+  original("all", 0664);
+  expectCopy(becomeNobody, "all", 0604);
+  original("all but the group", 0604);
+  expectCopy(becomeNobody, "all but the group", 0600);
+
+  original("list", 0644);
+  if (!setList("list", accessListName)) GTEST_SKIP() << "no access lists";
+  expectCopy([] {}, "list", 0640);
+  EXPECT_TRUE(hasList("to"));
+  expectCopy(refusing({SYS_fsetxattr}, ENOTSUP), "list", 0600);
+  expectCopy(becomeNobody, "list", 0600);
+  const std::string to = folder.path("to");
+  EXPECT_EQ(::getxattr(to.c_str(), accessListName, nullptr, 0), -1);
+  ASSERT_TRUE(setList(".", newFilesListName));
+  expectCopy([] {}, "group", 0660);
+  EXPECT_EQ(::getxattr(to.c_str(), accessListName, nullptr, 0), -1);
+}
+
+TEST_F(PosixFiles, RightsThatCannotBeChosenAreNoFailure) {
+  folder.write("from", "bytes");
+  for (const unsigned error : {EPERM, EOPNOTSUPP, ENOSYS}) {
+    const Act mount = refusing({SYS_fchmod, SYS_fchown, SYS_utimensat}, error);
+    const Act work = [&] {
+      files->copy(path("from"), path("to"));
+      replaceBy("t.csv", "new");
+      replaceBy("t.csv", "newer");
+    };
+    EXPECT_TRUE(failsInChild(mount, work, "no failure")) << error;
+    EXPECT_EQ(folder.read("to"), "bytes");
+    EXPECT_EQ(folder.read("t.csv"), "newer");
+    for (const char* name : {"to", "t.csv"}) files->remove(path(name));
+  }
+}
+
+TEST_F(PosixFiles, WhatMustOutlastALossOfPowerIsFlushed) {
+  for (const char* name : {"from", "to"}) folder.write(name, name);
+  const Act noFlush = refusing({SYS_fsync, SYS_syncfs}, EIO);
+  const Act noCommonFlush = refusing({SYS_syncfs}, ENOSYS);
+  const auto expectFlush = [&](const Act& act) {
+    EXPECT_TRUE(failsInChild(noFlush, act, "Input/output error"));
+  };
+  expectFlush([&] { files->copy(path("from"), path("to")); });
+  EXPECT_EQ(folder.read("to"), "to");
+  expectFlush([&] { files->copyAside(path("from"), path("aside")); });
+  expectFlush([&] { files->flushAll(path(".")); });
+  // A folder may need no flush; its files do.
+  const Act noFlushAtAll = refusing({SYS_fsync, SYS_syncfs}, EINVAL);
+  EXPECT_TRUE(failsInChild(
+      noFlushAtAll, [&] { files->flushAll(path(".")); }, "Invalid argument"));
+  expectFlush([&] { files->createFolder(path("folder/")); });
+  EXPECT_TRUE(failsInChild(
+      noCommonFlush, [&] { files->flushAll(path(".")); }, "no failure"));
+  const Act freshCopy = [&] { files->copy(path("from"), path("fresh")); };
+  EXPECT_TRUE(failsInChild(noFlush, freshCopy, "no failure")) << "one flush for all comes later";
+  const Act flushEarlier = [&] {
+    const auto output = files->create(path("t.csv"));
+    output->write("whole");
+    output->flush();
+    noFlush();
+    output->close();
+  };
+  EXPECT_TRUE(failsInChild([] {}, flushEarlier, "no failure"));
+  EXPECT_EQ(folder.read("t.csv"), "whole");
+
+  const Act copyTwice = [&] {
+    if (!files->copyAside(path("from"), path("aside"))) throw Failure("not free");
+    if (!files->copyAside(path("to"), path("aside"))) throw Failure("taken");
+  };
+  for (const Act& mount : {Act([] {}), refusing({SYS_renameat2}, EINVAL)}) {
+    EXPECT_TRUE(failsInChild(mount, copyTwice, "taken"));
+    EXPECT_EQ(folder.read("aside"), "from");
+    files->remove(path("aside"));
+  }
+  EXPECT_EQ(folder.names(), (Names{"folder", "fresh", "from", "t.csv", "to"}));
+}
+
+TEST_F(PosixFiles, OnlyHiddenFilesThatNobodyHoldsAreRemoved) {
+  const std::string longest(255, 'x');
+  folder.write("from", "");
+  const Act killed = [&] {
+    files->create(path(longest)).release();
+    files->create(path("t.csv")).release();
+    refusing({SYS_unlink}, EIO)();
+    refusing({SYS_rename}, EIO)();
+    files->copy(path("from"), path("to"));
+  };
+  EXPECT_TRUE(failsInChild([] {}, killed, "Input/output error"));
+  EXPECT_EQ(folder.names().size(), 4U);
+  Names others{".t.csv~1", ".kova~1", ".t.csv.kova~9", "t.csv.kova~1", ".link.kova~1"};
+  for (const auto& name : others) folder.write(name, "somebody's own");
+  std::filesystem::create_hard_link(path(".link.kova~1").native, folder.path("second name"));
+  std::filesystem::create_directory(folder.path(".folder.kova~1"));
+  const auto held = files->create(path("held"));
+  others.insert({".folder.kova~1", ".held.kova~1", "from", "second name"});
+
+  files->removeLeftovers(path("."));
+
+  EXPECT_EQ(folder.names(), others);
+}
+
+TEST_F(PosixFiles, AFolderTellsWhatItCanHold) {
+  EXPECT_TRUE(files->nameFits(path("."), std::string(255, 'x')));
+  EXPECT_FALSE(files->nameFits(path("."), std::string(256, 'x')));
+  EXPECT_FALSE(files->nameFits(path("."), ""));
+  EXPECT_FALSE(files->ignoresCase(path(".")));
+  EXPECT_NE(files->lock(path("none")), nullptr) << "nobody holds it";
+  EXPECT_EQ(folder.names(), Names{});
+}
+
+TEST_F(PosixFiles, FilesThatMemoryCannotHoldAreNotRead) {
+  constexpr std::uintmax_t most = 64U << 20U;
+  folder.write("big", "");
+  const Act read = [&] { files->read(path("big")); };
+  std::filesystem::resize_file(folder.path("big"), most + 1);
+  EXPECT_EQ(failureOf(read), "The file is larger than 64 MiB");
+  std::filesystem::resize_file(folder.path("big"), most);
+  EXPECT_EQ(files->read(path("big")).size(), most);
+#ifndef __SANITIZE_ADDRESS__  // which ends the program where memory runs out
+  const Act fewMemory = [] {
+    const rlimit size{most, most};
+    ::setrlimit(RLIMIT_AS, &size);
+  };
+  EXPECT_TRUE(failsInChild(fewMemory, read, "not enough memory"));
+#endif
 }
 
 }  // namespace kova::test

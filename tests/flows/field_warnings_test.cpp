@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: MIT
+// The marks beside the fields: each sentence, and that what it foretells comes true.
+#include "editing/field_warnings.h"
+
+#include <regex>
+
+#include "support/flow.h"
+#include "tables/tagged_csv.h"
+
+namespace kova::test {
+namespace {
+
+bool has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+/// One run of the wizard in one project directory.
+struct Sitting {
+  explicit Sitting(const TemporaryFolder& folder) : home(folder) {
+    engineer.start();
+    form.ProjectDir.click();
+    type(form.ProjectDir, home.path("project"));
+  }
+  /// Defines the property P of the server S, with one text as given and boxes ticked by their
+  /// letters: process, history, alarms, device list.
+  void fill(const std::string& field, const std::string& text, const std::string& boxes) {
+    // The local name follows the export name.
+    type(form.ExportName, field == "ExportName" ? text : "S");
+    type(form.LocalName, "S");
+    type(form.PropertyName, "P");
+    type(form.PropertyDescription, "x");
+    type(engineer.field(field), text);
+    form.ProcessCheck.setValue(has(boxes, "p") ? 1 : 0);
+    form.HistoryCheck.setValue(has(boxes, "h") ? 1 : 0);
+    form.AlarmWatchCheck.setValue(has(boxes, "a") ? 1 : 0);
+    form.DeviceListCheck.setValue(has(boxes, "d") ? 1 : 0);
+    if (field == "NumStepsText") type(engineer.field(field), text);
+  }
+  std::string warning(const std::string& field) const {
+    return fieldWarning(engineer.program.wizard, engineer.field(field));
+  }
+  /// A message has this in it.
+  bool heard(const std::string& part) const {
+    return std::any_of(engineer.messages.begin(), engineer.messages.end(),
+                       [&](const std::string& message) { return has(message, part); });
+  }
+  /// What lies in the project once Done is through.
+  Files done() {
+    form.Command1.click();
+    return home.files("project");
+  }
+
+  const TemporaryFolder& home;
+  Engineer engineer{home.path()};
+  Form1& form = engineer.program.wizard.form;
+};
+
+struct Case {
+  std::string field, text, boxes, warning;
+};
+
+TEST(FieldWarnings, SayWhatWillHappen) {
+  const std::string column = "The comma moves the columns behind ";
+  const std::string cut = "exports.csv would be read back only up to this row.";
+  const std::string shifted = "The comma moves the columns: ";
+  const std::string comment = " is a comment: ";
+  const std::string refused = ": Add and Edit refuse it.";
+  const std::string noNumber = "This is not a number: ";
+  const std::string stays = ": the list of device names stays as it is.";
+  const std::vector<Case> cases = {
+      {"toleranceText", "0,5%", "h", column + "Tolerance: Short Depth would read as 5."},
+      {"toleranceText", "0,600", "h", column + "Tolerance: Long Depth would read as 600."},
+      {"toleranceText", "0,5%", "", ""},
+      {"toleranceText", "0,5%", "hp", ""},
+      {"toleranceText", "10%", "h", ""},
+      {"almMaskText", "1,2", "a", column + "MASK: NORMAL would read as 2."},
+      {"almNormalText", "1,2", "a", "NORMAL would read as 1."},
+      {"ExportName", "A,B", "", shifted + cut},
+      {"ExportName", ";A", "",
+       "A row that begins with ;" + comment + "exports.csv would be read back without it."},
+      {"LocalName", "#A", "a",
+       "A row that begins with #" + comment + "almwatch.csv would be read back without it."},
+      {"LocalName", "#A", "", ""},
+      {"LocalName", "MAGNETS", "", "Only the first 6 characters count: MAGNET"},
+      {"LocalName", "A/B", "", "A name with a separator names no folder in the repository."},
+      {"PropertyName", "A/B", "d", "Done can't write the device list: a file name holds no /."},
+      {"PropertyName", "A/B", "", ""},
+      {"PropertyName", " A", "d",
+       "\" A-names.csv\" would not be found again: the blanks are lost."},
+      {"PropertyDescription", "a,b", "", column + "DESCRIPTION: NUM_STEPS would read as b."},
+      {"PropertyDescription", "\"a\"", "", ""},
+      {"NumStepsText", "2,5", "p", column + "DESCRIPTION: NUM_STEPS would read as 5 ]Start x."},
+      {"NumStepsText", "1E999", "p", "The number is not finite" + refused},
+      {"NumStepsText", "3x", "p", noNumber + "it counts as 3."},
+      {"OutputDataSize", "1,,", "", column + "PROPERTY_SIZE: FORMAT would be empty."},
+      {"OutputDataSize", "many", "",
+       "\"many\" is not a number: it goes to exports.csv as it stands."},
+      {"OutputDataSize", "3E9", "h", "3000000000 is outside -2147483648 to 2147483647" + refused},
+      {"OutputDataSize", "3E9", "", ""},
+      {"InputDataSize", "3E9", "ha", ""},
+      {"NumDevices", "", "", cut},
+      {"NumDevices", "40000", "", "40000 is outside -32768 to 32767" + stays},
+      {"NumDevices", "0", "", "This is less than one device" + stays},
+      {"NumDevices", " 3", "", ""},
+      {"PollRateText", "soon", "h", noNumber + "it counts as 0."},
+      {"PollRateText", "2.5", "h", "This is rounded to 2."},
+      {"PollRateText", "soon", "", ""},
+      {"almSeverityText", "", "a", "\"\" is not a number" + refused},
+      {"almHiText", "0.25", "a", ""},
+      {"almHiText", "1e39", "a", "The number is too large for single precision" + refused},
+      {"MaxValue", "ten", "", noNumber + "the property gets no range."},
+      {"MaxValue", "1 000", "", "Max Value would read as 1."},
+      {"Units", "V]s", "", "Units would read as V."},
+      {"deviceNamesInputText", "A,1\r\n", "", "The name of device 0 would read as A."},
+      {"deviceNamesInputText", "A\r\nB\r\n", "",
+       "The list has room for 1 name: the lines behind are dropped."}};
+  for (const auto& [field, text, boxes, expected] : cases) {
+    const TemporaryFolder home;
+    Sitting sitting(home);
+    sitting.fill(field, text, boxes);
+    EXPECT_EQ(sitting.warning(field), expected) << field << ' ' << text << ' ' << boxes;
+  }
+}
+
+/// What the table with this column holds there in its first row.
+std::string cell(const Files& files, const std::string& tag) {
+  for (const auto& [name, table] : files) {
+    const auto end = table.find("\r\n");
+    const std::string header = table.substr(0, end);
+    if (!has(',' + header + ',', ',' + tag + ',')) continue;
+    const std::string row = table.substr(end + 2, table.find("\r\n", end + 2) - end - 2);
+    CsvFields fields;
+    splitCsvLine(row, fields);
+    return std::string(getCsvField(fields, getCsvColumn(header, tag)));
+  }
+  return "no column " + tag;
+}
+
+/// Commits and finishes, then opens and finishes the project once more: what is read differently
+/// is written differently.
+void expectTruth(Sitting& first, const std::string& field) {
+  const std::string warning = first.warning(field);
+  first.form.EditCmd.click();
+  EXPECT_EQ(first.heard("Could not add"), has(warning, "refuse")) << warning;
+  if (first.engineer.rows().properties == 0) return;
+  const Files written = first.done();
+
+  Sitting second(first.home);
+  const bool isWhole = second.engineer.rows() == first.engineer.rows();
+  EXPECT_EQ(isWhole, !has(warning, "be read back")) << warning << written.at("exports.csv");
+  if (!isWhole) return;
+  second.form.PropertyList.select(0);
+  const std::string shown = second.engineer.field(field).text();
+  const Files rewritten = second.done();
+  std::smatch read;
+  if (!std::regex_search(warning, read, std::regex("([^:]*) would (be empty|read as (.*))\\.$"))) {
+    EXPECT_EQ(rewritten, written) << warning;
+    return;
+  }
+  const std::string subject = std::regex_replace(read.str(1), std::regex("^ "), "");
+  EXPECT_EQ(has(subject, "Value") || subject == "Units" ? shown : cell(rewritten, subject), read[3])
+      << warning;
+}
+
+TEST(FieldWarnings, ComeTrueAtTheNextReading) {
+  const Lines texts = {"1,2", "1,2,3,4", "\"a", "1]2 :3", "3x", "9,99999999999"};
+  const std::vector<std::pair<std::string, std::string>> fields = {
+      {"ExportName", "ha"},   {"LocalName", "ha"},         {"PropertyName", "p"},
+      {"OutputDataSize", ""}, {"NumDevices", "ha"},        {"MinValue", ""},
+      {"Units", ""},          {"PropertyDescription", ""}, {"PollRateText", "h"},
+      {"toleranceText", "h"}, {"almSeverityText", "a"},    {"almMaskText", "a"}};
+  for (const auto& [field, boxes] : fields) {
+    for (const std::string& text : texts) {
+      SCOPED_TRACE(field + " [" + text + "] " + boxes);
+      const TemporaryFolder home;
+      Sitting first(home);
+      first.fill(field, text, boxes);
+      expectTruth(first, field);
+    }
+  }
+}
+
+TEST(FieldWarnings, ComeTrueAtDone) {
+  const TemporaryFolder home;
+  Sitting sitting(home);
+  sitting.fill("PropertyName", "P", "h");
+  sitting.form.EditCmd.click();
+  // P has its row, which stays as it is; Q would be a further line.
+  type(sitting.form.PollRateText, "soon");
+  EXPECT_EQ(sitting.warning("PollRateText"), "");
+  type(sitting.form.PropertyName, "Q");
+  EXPECT_EQ(sitting.warning("PollRateText"),
+            "\"soon\" is not a number: Done can't write history.csv.");
+  sitting.form.Command1.click();
+  EXPECT_TRUE(sitting.heard("Could not write history.csv"));
+
+  type(sitting.form.PollRateText, "2.5");
+  EXPECT_EQ(sitting.warning("PollRateText"), "Polling Rate would read as 2.");
+  sitting.fill("PropertyName", "A/B", "d");
+  sitting.form.EditCmd.click();
+  sitting.form.Command1.click();
+  EXPECT_TRUE(sitting.heard("Could not write A/B-names.csv"));
+}
+
+}  // namespace
+}  // namespace kova::test
