@@ -5,8 +5,10 @@
 #include <array>
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "harness.h"
@@ -17,30 +19,27 @@ namespace kova::fuzz {
 namespace {
 
 using test::Engineer;
+using namespace std::string_view_literals;
 
-std::vector<std::string> split(const std::string& text, char mark) {
-  std::vector<std::string> parts;
+std::vector<std::string> words(const std::string& text) {
   std::istringstream stream(text);
-  for (std::string part; std::getline(stream, part, mark);) parts.push_back(part);
-  return parts;
+  return {std::istream_iterator<std::string>(stream), {}};
 }
 
-const std::vector<std::string> fields = split(
+// New ones go to the end of what can be done: the corpus goes by their places.
+const std::vector<std::string> fields = words(
     "ExportName LocalName PropertyName NumDevices PropertyDescription MaxValue MinValue Units "
     "InputDataSize OutputDataSize NumStepsText ParamText ArchiveRateText toleranceText almHiText "
-    "almSeverityText almMaskText deviceNumberInputText deviceNamesInputText ProjectDir",
-    ' ');
-const std::vector<std::string> clickable = split(
+    "almSeverityText almMaskText deviceNumberInputText deviceNamesInputText ProjectDir");
+const std::vector<std::string> clickable = words(
     "ExportName LocalName PropertyName ProjectDir AddProperty EditCmd RemoveProperty "
     "PropertyList HistoryCheck AlarmWatchCheck DeviceListCheck ProcessCheck ServerOption "
-    "propertyOption Label9 nextParam lastParam DoneParam Command1 AddProperty EditCmd",
-    ' ');
-const std::vector<std::string> texts = split(
-    "|MAG|VAC|FULL|VOLT|RAMP|QVX|LONGNAMES|a,b|\"q|#x|../x|x/y|*|-1|0|1|2|3|300|1.5|1E9|"
-    "32767|32768|[0:1 V]y|none|A\r\nB\r\n|\xB0|x" +
-        std::string(1, '\0') + 'y',
-    '|');
-constexpr std::size_t otherActs = 19;
+    "propertyOption Label9 nextParam lastParam DoneParam Command1 AddProperty EditCmd");
+constexpr std::array texts{
+    ""sv,         "MAG"sv,  "VAC"sv,        "FULL"sv, "VOLT"sv, "RAMP"sv, "QVX"sv,   "LONGNAMES"sv,
+    "a,b"sv,      "\"q"sv,  "#x"sv,         "../x"sv, "x/y"sv,  "*"sv,    "-1"sv,    "0"sv,
+    "1"sv,        "2"sv,    "3"sv,          "300"sv,  "1.5"sv,  "1E9"sv,  "32767"sv, "32768"sv,
+    "[0:1 V]y"sv, "none"sv, "A\r\nB\r\n"sv, "\xB0"sv, "x\0y"sv};
 
 void checkNumDevices(const Wizard& wizard) {
   const double value = textValue(wizard.form.NumDevices.text());
@@ -52,13 +51,10 @@ void checkNumDevices(const Wizard& wizard) {
   require(std::ssize(wizard.state.deviceNames) == toInt16(value), "a device has a name");
 }
 
-void checkSelection(const Wizard& wizard) {
-  const auto selected = static_cast<std::size_t>(wizard.form.PropertyList.selectedIndex());
-  if (selected >= wizard.state.exportTable.size()) return;
-  const PropertyRecord& row = wizard.state.exportTable[selected];
-  require(wizard.form.HistoryCheck.ticked() == row.hasHistory, "the history box shows the row");
-  require(wizard.form.AlarmWatchCheck.ticked() == row.hasAlarmWatch, "the alarm box shows it");
-  require(wizard.form.DeviceListCheck.ticked() == row.hasDeviceList, "the list box shows it");
+void checkSelection(const Form1& form, const PropertyRecord& row) {
+  require(form.HistoryCheck.ticked() == row.hasHistory, "the history box shows the row");
+  require(form.AlarmWatchCheck.ticked() == row.hasAlarmWatch, "the alarm box shows it");
+  require(form.DeviceListCheck.ticked() == row.hasDeviceList, "the list box shows it");
 }
 
 void typeInto(Engineer& engineer, const std::string& name, std::string text) {
@@ -69,20 +65,21 @@ void typeInto(Engineer& engineer, const std::string& name, std::string text) {
   if (name == "NumDevices" && changes) checkNumDevices(engineer.program.wizard);
 }
 
-void select(Engineer& engineer, std::uint8_t with) {
-  ListBox& list = engineer.program.wizard.form.PropertyList;
+void select(const Wizard& wizard, ListBox& list, std::uint8_t with) {
   if (list.lines().empty()) return;
   list.select(static_cast<std::int32_t>(with % list.lines().size()));
-  checkSelection(engineer.program.wizard);
+  const auto row = static_cast<std::size_t>(list.selectedIndex());
+  const auto& table = wizard.state.exportTable;
+  if (row < table.size()) checkSelection(wizard.form, table[row]);
 }
 
-/// One of the acts that have no list of names.
-void doOther(Engineer& engineer, std::size_t number, std::uint8_t with) {
-  Form1& form = engineer.program.wizard.form;
+/// Two bytes are an act and what it is done with.
+void play(Engineer& engineer, std::size_t act, std::uint8_t with) {
+  Wizard& wizard = engineer.program.wizard;
+  Form1& form = wizard.form;
   ExportHelper& dialog = engineer.program.helper;
-  // New ones go to the end, as the corpus goes by their places.
-  const std::array<std::function<void()>, otherActs> acts{
-      [&] { select(engineer, with); },
+  const std::array<std::function<void()>, 19> others{
+      [&] { select(wizard, form.PropertyList, with); },
       [&] { test::clickAt(form.deviceNamesInputText, with); },
       [&] { form.almHiText.gotFocus(); },
       [&] { form.almMaskText.gotFocus(); },
@@ -103,29 +100,23 @@ void doOther(Engineer& engineer, std::size_t number, std::uint8_t with) {
       [&] { engineer.answers.push_back(Answer::yes); },
       [&] { engineer.answers.push_back(Answer::cancel); },
       [&] { engineer.clock.now = 1700200000; }};
-  acts.at(number)();
-}
-
-/// Two bytes are an act and what it is done with. Nothing happens where the window does not offer
-/// it.
-void play(Engineer& engineer, std::uint8_t act, std::uint8_t with) {
-  std::size_t number = act % (fields.size() + clickable.size() + otherActs);
-  const std::string& directory = engineer.field("ProjectDir").text();
   // What lies outside of the home directory is none of this program's business.
+  const std::string& directory = form.ProjectDir.text();
   const bool atHome = directory.starts_with(engineer.home + "/") && directory.find("/..") > 9999;
-  const auto offers = [&](const std::string& name) {
-    const bool ofDialog = name.find("Param") != std::string::npos;
-    return ofDialog ? engineer.program.helper.window.loaded() : name != "Command1" || atHome;
+  const auto offers = [&](std::string_view name) {
+    const bool ofDialog = name.ends_with("Param") || name == "ParamText";
+    return ofDialog ? dialog.window.loaded() : name != "Command1" || atHome;
   };
-  if (number < fields.size()) {
-    const std::string name = fields.at(number);
-    if (offers(name)) typeInto(engineer, name, texts.at(with % texts.size()));
-    return;
+  act %= fields.size() + clickable.size() + others.size();
+  const std::size_t click = act - fields.size();
+  if (act < fields.size()) {
+    if (!offers(fields.at(act))) return;
+    typeInto(engineer, fields.at(act), std::string(texts.at(with % texts.size())));
+  } else if (click < clickable.size()) {
+    if (offers(clickable.at(click))) test::click(engineer.control(clickable.at(click)));
+  } else {
+    others.at(click - clickable.size())();
   }
-  number -= fields.size();
-  if (number >= clickable.size()) return doOther(engineer, number - clickable.size(), with);
-  const std::string name = clickable.at(number);
-  if (offers(name)) test::click(engineer.control(name));
 }
 
 void makeProjects(const std::string& home, const std::string& content) {

@@ -8,7 +8,9 @@ namespace kova::test {
 namespace {
 
 struct Status : Flow {
-  Status() { wizard.statusLine.mirror = [this] { line = status(); }; }
+  Status() {
+    wizard.statusLine.mirror = [this] { line = status(); };
+  }
 
   void nameDevices(const std::string& names) {
     type(form.deviceNamesInputText, names);

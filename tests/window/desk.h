@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QComboBox>
 #include <QListView>
 #include <QMessageBox>
 #include <QTest>
@@ -59,14 +58,6 @@ class Desk {
     click(name);
     key("Ctrl+A");
     type(text);
-  }
-  void choose(const std::string& name, const QString& entry) {
-    const int row = widget<QComboBox>(name).findText(entry);
-    ASSERT_GE(row, 0) << entry.toStdString();
-    click(name);
-    key("Home");
-    for (int i = 0; i < row; ++i) key("Down");
-    key("Return");
   }
   /// What an input method shows as not yet written, and what it commits.
   static void compose(const QString& preedit, const QString& commit) {
