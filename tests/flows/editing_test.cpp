@@ -189,7 +189,6 @@ TEST_F(Editing, AValueThatDoesNotFitIsNamedAndChangesNothing) {
   refuses("Severity (high)", form.almSeverityText, "high");
   refuses("Polling Rate (msec)", form.PollRateText, "99999999999");
   refuses("Value too high", form.almHiText, "1E39");
-  refuses("Max Data Size", form.OutputDataSize, "1E10");
   toggle(form.ProcessCheck);
   refuses("Number Steps :", form.NumStepsText, "1E999");
   toggle(form.ProcessCheck);

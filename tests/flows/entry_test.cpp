@@ -45,6 +45,7 @@ TEST_F(Entry, TellsHowManyOldBackupsItDeleted) {
   const std::string made = std::to_string(example.size() + 2) + " backups made";
   EXPECT_NE(entered("MAGNET").find(made + ", 2 old backups deleted."), std::string::npos);
   EXPECT_TRUE(engineer.program.wizard.state.onDisk.backupsUnflushed);
+  EXPECT_TRUE(home.has("MAGNET/invoice-1600000000.pdf"));
   EXPECT_NE(entered("MAGNET").find(made + "."), std::string::npos) << status();
 }
 

@@ -131,7 +131,9 @@ TEST_F(Project, ShowsWhatFitsNoListByTheNearest) {
   project("S", {"S,SEQM,P,,Double,x,short,1,OTHER,2,[abc]x,0",
                 "S,SEQM,Q,5,short.wav,0,NULL,1,WRITE,2,[1:2 m s]y,0",
                 "S,SEQM,R,1,short,0,NULL,1,WRITE,none,z,0"});
+  home.write("S/Q-names.csv", "DEVICE_NUMBER,DEVICE_NAME\r\n0,LEFT\r\n");
   open("S");
+  EXPECT_TRUE(form.DeviceListCheck.ticked()) << "one name is a list";
   EXPECT_EQ(engineer.rows().properties, 2) << "no number of devices ends the reading";
   EXPECT_EQ(shown(form.ArrayTypeCombo, form.Units), "WAV, m s");
 
@@ -264,25 +266,6 @@ TEST_F(Project, WithoutADirectoryToWriteToStaysAsItIs) {
     EXPECT_EQ(said(), "Could not create exports.csv file : " + why);
     EXPECT_EQ(engineer.rows(), (Rows{.properties = 1, .alarms = 1})) << folder;
   }
-}
-
-TEST_F(Project, KeepsWhatAColleagueHasWrittenSinceItWasRead) {
-  open("MAGNET");
-  form.PropertyList.select(5);
-  home.write("MAGNET/almwatch.csv", "by a colleague");
-  engineer.clock.now += 100;
-  type(form.ArchiveRateText, "often");
-
-  done();
-  EXPECT_EQ(said(), "Could not write history.csv : Archive Rate: \"often\" is not a number");
-  EXPECT_EQ(home.read("MAGNET/almwatch.csv"), "by a colleague");
-  EXPECT_EQ(engineer.programs.started, Lines{});
-
-  type(form.ArchiveRateText, "10");
-  done();
-  EXPECT_EQ(home.read("MAGNET/almwatch.csv"), example.at("almwatch.csv"));
-  EXPECT_EQ(home.read("MAGNET/almwatch-1700000100.csv"), "by a colleague");
-  EXPECT_FALSE(home.has("MAGNET/exports-1700000100.csv")) << "its own writing";
 }
 
 struct GuidedDialog : Flow {

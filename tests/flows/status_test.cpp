@@ -117,6 +117,8 @@ TEST_F(Status, EachDoneTellsOnceWhatSomebodyElseHasWritten) {
   form.Command1.click();
   EXPECT_EQ(line, "The project is not finished." + kept + "1.csv. 1 device name not yet written.")
       << "Done has named the device without a name";
+  EXPECT_EQ(home.read("MAGNET/exports-1700000001.csv"), "by a colleague");
+  EXPECT_EQ(engineer.programs.started, Lines{});
   form.Command1.click();
   EXPECT_EQ(line, "The project is not finished. 1 device name not yet written.");
 

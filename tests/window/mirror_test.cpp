@@ -101,10 +101,24 @@ TEST_F(Mirror, OneActOnTheListIsOneSelectionAndShowsItsRow) {
   EXPECT_EQ(desk.widget<QComboBox>("ArrayTypeCombo").currentText(), QStringLiteral("CHANNEL"));
   EXPECT_EQ(desk.widget<QLineEdit>("Units").text(), QStringLiteral("T"));
 
+  // A screen reader clears the selection ahead of making a new one.
+  auto& view = desk.widget<QListView>("PropertyList");
+  view.selectionModel()->clearSelection();
+  view.selectionModel()->select(view.model()->index(2, 0), QItemSelectionModel::Select);
+  EXPECT_EQ(selected.back(), 2);
+
   desk.doubleClick(desk.list(), desk.placeOfLine(5));
-  EXPECT_EQ(selected.size(), 7);
+  EXPECT_EQ(selected.size(), 8);
   EXPECT_EQ(form.PropertyName.text(), "STATE");
   EXPECT_EQ(engineer.rows().properties, 7);
+}
+
+TEST_F(Mirror, ADoubleClickRemovesNoLineThatItsFirstClickHasBrought) {
+  const std::string row = ",P,1,short,0,NULL,1,READ,1,x,0\r\n";
+  home.write("A/exports.csv", exportHeaderLine() + "MAGNET,M" + row + "A,L" + row);
+  desk.type("A");
+  desk.doubleClick(desk.list(), desk.placeOfLine(0));
+  EXPECT_EQ(engineer.rows().properties, 8);
 }
 
 TEST_F(Mirror, TheMenuPopsUpOnItsFrameAlone) {
