@@ -49,7 +49,7 @@ bool isToBeUpdated(const Wizard& wizard, const std::string& repositoryPath) {
 /// The local name names a folder of the repository.
 bool namesFolder(const std::string& localName) {
   return localName != "." && localName != ".." &&
-         localName.find(pathSeparator) == std::string::npos;
+         localName.find_first_of({pathSeparator, '\0'}) == std::string::npos;
 }
 
 void couldNotCopy(const Wizard& wizard, const std::string& source, const std::string& dest,

@@ -205,7 +205,8 @@ TEST_F(Project, StaysOutOfTheRepositoryUnlessTheEngineerSaysYes) {
 TEST_F(Project, ThatCantBeCopiedCostsAMessageAFile) {
   engineer.environment.values["FEC_HOME"] = home.path("none");
   const Cases cases = {{"EEQM", "No such file or directory"},
-                       {"../x", "the local name names no folder of its own"}};
+                       {"../x", "the local name names no folder of its own"},
+                       {{"A\0B", 3}, "the local name names no folder of its own"}};
   for (const auto& [localName, why] : cases) {
     project("E", {"E," + localName + ",P,1,double,0,NULL, 1,READ,1,x,0"});
     open("");
