@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Start-up, names, entering a project, Done, the guided dialog.
+#include <chrono>
 #include <filesystem>
 
+#include "completion/names_files.h"
+#include "editing/memory_file.h"
 #include "support/flow.h"
 
 namespace kova::test {
@@ -272,6 +275,41 @@ TEST_F(Project, WithoutADirectoryToWriteToStaysAsItIs) {
     EXPECT_EQ(said(), "Could not create exports.csv file : " + why);
     EXPECT_EQ(engineer.rows(), (Rows{.properties = 1, .alarms = 1})) << folder;
   }
+}
+
+/// A disk on which names that differ in case are one.
+struct CaselessDisk : MemoryFile {
+  CaselessDisk() : MemoryFile("") {}
+  bool ignoresCase(const Path&) const override { return true; }
+  std::string withoutCase(std::string_view name) const override {
+    std::string folded(name);
+    for (char& letter : folded) letter = CodePage::windows1252().capital(letter);
+    return folded;
+  }
+};
+
+TEST_F(Project, IsNotWrittenWhereTheDiskCantKeepANamesFile) {
+  const std::string tooLong(250, 'x');
+  open("NEW");
+  for (const std::string& property :
+       {std::string("P\xE9"), std::string("P"), std::string("P\xC9"), tooLong}) {
+    type(form.PropertyName, property);
+    form.DeviceListCheck.setValue(1);
+    form.EditCmd.click();
+  }
+  done();
+  EXPECT_EQ(said(),
+            "Could not write " + tooLong + "-names.csv : this disk can't hold a file of that name");
+  EXPECT_EQ(home.files("NEW").size(), 0U);
+
+  CaselessDisk disk;
+  const WizardState& state = engineer.program.wizard.state;
+  Wizard other({disk, engineer.environment, engineer.clock, engineer.programs}, {});
+  other.state.exportTable = state.exportTable;
+  other.state.exportCount = state.exportCount;
+  const auto file = findUnwritableNamesFile(other, {});
+  EXPECT_EQ(file.value().name, "P\xC9-names.csv");
+  EXPECT_EQ(file->why, "this disk takes it for P\xE9-names.csv");
 }
 
 TEST_F(Project, KeepsWhatAColleagueHasWrittenSinceItWasRead) {

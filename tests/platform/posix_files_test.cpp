@@ -298,6 +298,13 @@ TEST_F(PosixFiles, WhatMustOutlastALossOfPowerIsFlushed) {
   expectFlush([&] { files->createFolder(path("folder/")); });
   EXPECT_TRUE(failsInChild(
       noCommonFlush, [&] { files->flushAll(path(".")); }, "no failure"));
+  // Where the kind of disk can't be told, nor is a flush for all believed.
+  const Act unknownDisk = [&] {
+    refusing({SYS_fstatfs}, EIO)();
+    refusing({SYS_fsync}, EROFS)();
+  };
+  EXPECT_TRUE(failsInChild(
+      unknownDisk, [&] { files->flushAll(path(".")); }, "Read-only file system"));
   const Act freshCopy = [&] { files->copy(path("from"), path("fresh")); };
   EXPECT_TRUE(failsInChild(noFlush, freshCopy, "no failure")) << "one flush for all comes later";
   const Act flushEarlier = [&] {
