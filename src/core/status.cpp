@@ -50,12 +50,12 @@ std::string readSentence(const WizardState& state, const ProjectRead& project) {
 /// Where the rows have led, if that was too far.
 std::string refusedSentence(const WizardState& state) {
   if (!state.refusedEntry) return {};
-  const auto& [exportName, tooDeep] = *state.refusedEntry;
+  const auto& [exportName, directory, tooDeep] = *state.refusedEntry;
   return " Project " + exportName + " not read: " +
          (tooDeep ? "too many projects lead to one another by the export names of their last rows"
                   : "this export name of the last row is no plain name of a directory in " +
                         state.homeDrive) +
-         ". Click into Project Directory and type the wanted directory.";
+         ". Click into Project Directory and type " + directory + ".";
 }
 
 std::string backupTroubleSentence(const BackupFailure& failure) {
