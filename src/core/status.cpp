@@ -60,16 +60,12 @@ std::string refusedSentence(const WizardState& state) {
 
 std::string backupTroubleSentence(const BackupFailure& failure) {
   const std::string why = failure.file() + ": " + failure.what() + ". ";
-  switch (failure.trouble()) {
-    case BackupTrouble::notDeleted:
-      return "old backup " + why + "Delete the file or ask its owner to.";
-    case BackupTrouble::notReadable:
-      return "backup of " + why + "Move the file away or make it readable.";
-    case BackupTrouble::notCopied:
-      break;
+  if (failure.trouble() == BackupTrouble::notDeleted) {
+    return "old backup " + why + "Delete the file or ask its owner to.";
   }
   return "backup of " + why +
-         "Move the file away, or see that the directory is writable and has room.";
+         "Move the file away, or see that it is readable and that the directory is writable and "
+         "has room.";
 }
 
 /// Where and why a reader did not come to the end of a file; empty if it did or found no file.
