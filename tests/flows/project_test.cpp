@@ -205,6 +205,15 @@ TEST_F(Project, StaysOutOfTheRepositoryUnlessTheEngineerSaysYes) {
   EXPECT_EQ(engineer.programs.started, Lines{});
 }
 
+TEST_F(Project, WithoutALocalNameHasNoPlaceInTheRepository) {
+  engineer.environment.values["FEC_HOME"] = home.path("fec");
+  project("E", {"E,,P,1,double,0,NULL, 1,READ,1,x,0"});
+  open("E");
+  done();
+  EXPECT_EQ(said(), "nothing");
+  EXPECT_TRUE(engineer.ended);
+}
+
 TEST_F(Project, ThatCantBeCopiedCostsAMessageAFile) {
   engineer.environment.values["FEC_HOME"] = home.path("none");
   const Cases cases = {{"EEQM", "No such file or directory"},
@@ -315,13 +324,16 @@ TEST_F(Project, IsNotWrittenWhereTheDiskCantKeepANamesFile) {
 TEST_F(Project, KeepsWhatAColleagueHasWrittenSinceItWasRead) {
   open("MAGNET");
   form.PropertyList.select(5);
-  home.write("MAGNET/almwatch.csv", "by a colleague");
+  for (const char* name : {"almwatch.csv", "history.csv"}) {
+    home.write(std::string("MAGNET/") + name, "by a colleague");
+  }
   engineer.clock.now += 100;
   type(form.ArchiveRateText, "often");
 
   done();
   EXPECT_EQ(said(), "Could not write history.csv : Archive Rate: \"often\" is not a number");
   EXPECT_EQ(home.read("MAGNET/almwatch.csv"), "by a colleague");
+  EXPECT_FALSE(home.has("MAGNET/history-1700000100.csv")) << "it was not replaced";
   EXPECT_EQ(engineer.programs.started, Lines{});
 
   type(form.ArchiveRateText, "10");
@@ -329,6 +341,17 @@ TEST_F(Project, KeepsWhatAColleagueHasWrittenSinceItWasRead) {
   EXPECT_EQ(home.read("MAGNET/almwatch.csv"), example.at("almwatch.csv"));
   EXPECT_EQ(home.read("MAGNET/almwatch-1700000100.csv"), "by a colleague");
   EXPECT_FALSE(home.has("MAGNET/exports-1700000100.csv")) << "its own writing";
+}
+
+TEST_F(Project, WaitsOnceForAnotherWizardThatIsFinishingIt) {
+  open("MAGNET");
+  const auto held = engineer.files->lock({magnet});
+  const auto begin = std::chrono::steady_clock::now();
+  done();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(6)) << "five tables";
+  EXPECT_EQ(status(),
+            "Another wizard is finishing this project as well; it was waited for in vain.");
+  EXPECT_TRUE(engineer.ended);
 }
 
 struct GuidedDialog : Flow {
