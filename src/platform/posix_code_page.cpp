@@ -2,13 +2,13 @@
 // Code pages of POSIX systems: that of the locale, and the C library's tables of the Windows ones.
 #include <iconv.h>
 #include <langinfo.h>
-#include <wctype.h>
 
 #include <algorithm>
 #include <clocale>
 #include <cstdint>
 #include <cstdlib>
 #include <cwchar>
+#include <cwctype>
 #include <locale>
 
 #include "platform/code_page.h"
