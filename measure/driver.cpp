@@ -3,9 +3,9 @@
 // the tests' engineer, "ready", which is answered, or "calls", which tells the system calls since
 // the last one: name, path and, in hexadecimal, what else was given, between tabs. What was said is
 // on standard output.
+#include <algorithm>
 #include <exception>
 #include <iostream>
-#include <regex>
 #include <utility>
 
 #include "core/status.h"
@@ -45,9 +45,10 @@ void drive(const std::string& home) {
       std::cout << "wrong " << line << ": " << wrong << "\n";
     }
   }
-  static const std::regex lineEnd("[\r\n]+");
-  for (const std::string& message : engineer.messages) {
-    std::cout << "said " << std::regex_replace(message, lineEnd, " ") << "\n";
+  for (std::string message : engineer.messages) {
+    std::erase(message, '\r');
+    std::replace(message.begin(), message.end(), '\n', ' ');
+    std::cout << "said " << message << "\n";
   }
   std::cout << "status " << statusText(engineer.program.wizard) << "\n";
   if (engineer.ended) std::cout << "ended\n";
