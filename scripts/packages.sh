@@ -8,6 +8,8 @@ packages_for() {
     wayland) echo qt6-wayland ;;
     test) echo libgtest-dev python3 xvfb x11-xkb-utils openbox dbus-daemon at-spi2-core python3-pyatspi ;;
     clang | fuzz) echo clang ;;
+    windows) echo g++-mingw-w64-x86-64-posix googletest wine64 ;;
+    windows-package) echo dpkg-dev icoutils nsis xz-utils zip ;;
     gate) echo git clang-format-14 clang-tidy-14 ;;
     measure) echo libbenchmark-dev python3 ;;
     package) echo dpkg-dev file gzip ;;

@@ -78,7 +78,7 @@ struct Finishing {
       state.onDisk.nameLists[row.propertyName] =
           writeDevices(namesFile(row.propertyName), row.devices);
     }
-    write(state.projectPath, [&] { files().flushFolder(pathOf("")); });
+    write(projectDirectory(wizard), [&] { files().flushFolder(pathOf("")); });
     flushRepository();
   }
 
@@ -107,7 +107,7 @@ struct Finishing {
   /// Nothing is written if something can't be.
   void checkNames() {
     std::optional<UnwritableFile> file;
-    write(wizard.state.projectPath, [&] { file = findUnwritableNamesFile(wizard, pathOf("")); });
+    write(projectDirectory(wizard), [&] { file = findUnwritableNamesFile(wizard, pathOf("")); });
     if (file) couldNotWrite(file->name, file->why);
   }
 

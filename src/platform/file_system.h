@@ -32,7 +32,9 @@ std::string_view faultOfName(std::string_view text);
 
 /// The text names one entry of a folder, and no other folder, device or part of a file.
 inline bool namesPlainFile(std::string_view text) {
-  return !text.empty() && text != "." && text != ".." && faultOfName(text).empty();
+  const bool isStep = text == "." || text == "..";
+  const bool isWhole = !text.empty() && text.find('\0') == std::string_view::npos;
+  return isWhole && !isStep && faultOfName(text).empty();
 }
 
 /// Files that are larger are not read: 64 MiB.
@@ -121,6 +123,8 @@ struct FileSystem {
   virtual std::optional<FileStamp> stamp(const Path& file) const = 0;
   /// True if the folder's file system can hold a file of this name, in the machine's own form.
   virtual bool nameFits(const Path& folder, std::string_view name) const = 0;
+  /// A name in the wizard's text as a disk that ignores case compares it.
+  virtual std::string withoutCase(std::string_view name) const = 0;
   /// True if two names that differ only in case are one in `folder`, as a short-lived hidden file
   /// shows. Throws Failure if none can be made.
   virtual bool ignoresCase(const Path& folder) const = 0;

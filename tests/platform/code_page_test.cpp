@@ -6,6 +6,8 @@
 #include <map>
 #include <vector>
 
+#include "platform/posix/languages.h"
+
 namespace kova::test {
 namespace {
 
@@ -28,6 +30,15 @@ TEST(CodePage, EveryByteSurvivesTheWayToUnicodeAndNothingElseDoes) {
   EXPECT_EQ(page.fromUtf8("\xC3(\xC0\xAF\xED\xA0\x80x\xE2\x82"), "?(?????x??");
   ::setenv("LC_ALL", "C", 1);
   EXPECT_EQ(CodePage::ofLocale().character('\x80'), 0x20AC) << "an ASCII locale is too small";
+}
+
+TEST(CodePage, LettersHaveTheirCapitalsInAnyLocale) {
+  const CodePage western = CodePage::windows1252();
+  const std::string letters = "az\xE9\xFF\x9A?\xB5\x83\xDF[9";
+  std::string capitals;
+  for (const char letter : letters) capitals += western.capital(letter);
+  EXPECT_EQ(capitals, "AZ\xC9\x9F\x8A?\xB5\x83\xDF[9");
+  EXPECT_EQ(CodePage::windows(1251).capital('\xFF'), '\xDF');
 }
 
 TEST(CodePage, ALanguageHasThePageOfItsDesktopSystems) {

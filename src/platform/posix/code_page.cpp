@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cwchar>
+#include <cwctype>
+#include <locale>
 
 #include "platform/code_page.h"
 #include "platform/posix/languages.h"
@@ -117,6 +119,14 @@ CodePage CodePage::windows(int number) {
   const LibraryTable table("CP" + digits);
   if (!table.isThere()) return windows1252();
   return ofTable("Windows-" + digits, [&](unsigned byte) { return table.character(byte); });
+}
+
+char CodePage::capital(char letter) const {
+  // The locale of the process may be one that knows letters of its own only.
+  static const locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  if (unicode == nullptr) return static_cast<char>(std::toupper(letter, std::locale::classic()));
+  const char found = byte(::towupper_l(character(letter), unicode));
+  return found == '?' ? letter : found;
 }
 
 CodePage CodePage::ofLocale() {

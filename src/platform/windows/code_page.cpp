@@ -29,6 +29,15 @@ CodePage CodePage::windows(int number) {
                  [&](unsigned byte) { return characterOf(page, byte); });
 }
 
+char CodePage::capital(char letter) const {
+  const auto small = static_cast<wchar_t>(character(letter));
+  wchar_t capital = 0;
+  ::LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, &small, 1, &capital, 1, nullptr, nullptr,
+                  0);
+  const char found = byte(capital);
+  return found == '?' ? letter : found;
+}
+
 CodePage CodePage::ofLocale() {
   return windows(static_cast<int>(::GetACP()));
 }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
-#include <cwctype>
 #include <new>
 
 #include "platform/hidden_name.h"
@@ -216,12 +215,16 @@ class WindowsFileSystem final : public FileSystem {
            error == ERROR_ACCESS_DENIED;
   }
 
+  std::string withoutCase(std::string_view name) const override {
+    std::string capitals(name);
+    for (char& letter : capitals) letter = codePage_.capital(letter);
+    return capitals;
+  }
+
   bool ignoresCase(const Path& folder) const override {
     const HiddenFile hidden(folder, "case");
-    std::wstring other = hidden.name();
-    std::transform(other.begin(), other.end(), other.begin(),
-                   [](wchar_t letter) { return static_cast<wchar_t>(std::towupper(letter)); });
-    const auto seen = stateOf(other);
+    const Path other = folder / withoutCase(Path{narrow(hidden.name())}.leaf());
+    const auto seen = stateOf(nameOf(other));
     return seen && stampOf(*seen) == stampOf(stateOf(hidden.handle()));
   }
 

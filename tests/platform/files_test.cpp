@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: MIT
+// What every machine's file system promises.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "platform/machine.h"
+#include "support/temporary_folder.h"
+
+namespace kova::test {
+
+using Names = std::set<std::string>;
+namespace fs = std::filesystem;
+
+class RealFiles : public ::testing::Test {
+ protected:
+  Path path(const std::string& name) const { return files->path(folder.path(name)); }
+  void replaceBy(const std::string& name, std::string_view content) const {
+    replace(*files, path(name), content);
+  }
+  template <class Act>
+  static std::string failureOf(Act act) {
+    try {
+      act();
+      return "no failure";
+    } catch (const Failure& failure) {
+      return failure.what();
+    }
+  }
+
+  TemporaryFolder folder;
+  Path here{folder.path()};
+  CodePage page = CodePage::windows1252();
+  std::unique_ptr<FileSystem> files = realFileSystem(page);
+};
+
+TEST_F(RealFiles, AReplacementIsWholeOrNotThere) {
+  replaceBy("t.csv", "old");
+  { files->create(path("t.csv"))->write("given up"); }
+  EXPECT_EQ(files->read(path("t.csv")), "old");
+  EXPECT_EQ(folder.names(), Names{"t.csv"});
+  const auto first = files->create(path("t.csv"));
+  first->write("of the one wizard");
+  first->flush();
+  replaceBy("t.csv", "of the other");
+  first->close();
+  replaceBy("t.csv", std::string(300000, '\xB0'));
+  EXPECT_EQ(folder.read("t.csv"), std::string(300000, '\xB0'));
+  std::vector<std::unique_ptr<OutputFile>> writers;
+  const auto ninth = [&] {
+    while (writers.size() < 9) writers.push_back(files->create(path("u.csv")));
+  };
+  EXPECT_EQ(failureOf(ninth), "Too many other programs are writing the file");
+  writers.clear();
+  EXPECT_EQ(folder.names(), Names{"t.csv"});
+}
+
+TEST_F(RealFiles, ACopyKeepsBytesTimeAndProtection) {
+  for (const std::size_t size : {0U, 1U, 65536U, 300000U}) {
+    folder.write("from", std::string(size, '\x95'));
+    fs::last_write_time(folder.path("from"), fs::file_time_type(std::chrono::hours(100)));
+    fs::permissions(folder.path("from"), fs::perms{0444});
+    for (int time = 0; time < 2; ++time) files->copy(path("from"), path("to"));
+    EXPECT_EQ(folder.read("to"), std::string(size, '\x95'));
+    EXPECT_EQ(files->stamp(path("to"))->modified, files->stamp(path("from"))->modified);
+    EXPECT_EQ(fs::status(folder.path("to")).permissions(), fs::perms{0444});
+    EXPECT_FALSE(files->copyAside(path("from"), path("to")));
+    EXPECT_TRUE(files->copyAside(path("from"), path("aside")));
+    files->flushAll(here);
+    for (const char* name : {"from", "to", "aside"}) files->remove(path(name));
+    EXPECT_EQ(folder.names(), Names{});
+  }
+}
+
+TEST_F(RealFiles, WhatIsNoPlainFileIsRefusedAndNotListed) {
+  for (const char* name : {"b.csv", "B2", "\u00E9", ".hidden"}) replaceBy(page.fromUtf8(name), "");
+  files->createFolder(path("folder"));
+  EXPECT_EQ(failureOf([&] { files->createFolder(path("folder")); }), "File exists");
+  EXPECT_EQ(failureOf([&] { files->read(path("folder")); }), "Is a directory");
+  EXPECT_EQ(failureOf([&] { replaceBy("folder", ""); }), "Is a directory");
+  EXPECT_EQ(failureOf([&] { files->read(path("none")); }), "No such file or directory");
+  EXPECT_EQ(failureOf([&] { replaceBy("none/file", ""); }), "No such file or directory");
+  EXPECT_EQ(failureOf([&] { files->flushFolder(path("none")); }), "No such file or directory");
+  EXPECT_EQ(files->plainFiles(here), (std::vector<std::string>{"B2", "b.csv", "\u00E9"}));
+  EXPECT_TRUE(files->folderExists(path("folder")) && !files->fileExists(path("folder")));
+  EXPECT_TRUE(files->fileExists(path("b.csv")) && !files->stamp(path("folder")));
+  EXPECT_THROW(files->path(""), Failure);
+  EXPECT_THROW(files->path(std::string_view("a\0b", 3)), Failure);
+  fs::resize_file(folder.path("b.csv"), largestFile + 1);
+  EXPECT_EQ(failureOf([&] { files->read(path("b.csv")); }), "The file is larger than 64 MiB");
+}
+
+TEST_F(RealFiles, HiddenFilesThatNobodyHoldsAreUsedAgainAndRemoved) {
+  for (const char* name : {".t.csv.kova~1", ".t.csv.kova~2"}) folder.write(name, "left");
+  replaceBy("t.csv", "new");
+  EXPECT_EQ(folder.read("t.csv"), "new");
+  EXPECT_EQ(folder.names(), Names{"t.csv"});
+  // A hidden name that leads to another file is not written through.
+  folder.write("precious", "kept");
+  fs::create_hard_link(folder.path("precious"), folder.path(".t.csv.kova~1"));
+  for (const char* name : {".x.kova~3", ".x.kova~9", "x.kova~1", ".kova~1"}) folder.write(name, "");
+  const auto held = files->create(path("held"));
+  replaceBy("t.csv", "newer");
+  files->removeLeftovers(here);
+  EXPECT_EQ(folder.read("precious"), "kept");
+  EXPECT_EQ(folder.names(), (Names{".held.kova~1", ".kova~1", ".t.csv.kova~1", ".x.kova~9",
+                                   "precious", "t.csv", "x.kova~1"}));
+}
+
+TEST_F(RealFiles, AFolderTellsWhatItCanHoldAndWhoHoldsIt) {
+  EXPECT_TRUE(files->nameFits(here, std::string(255, 'x')));
+  EXPECT_FALSE(files->nameFits(here, std::string(256, 'x')));
+  EXPECT_FALSE(files->nameFits(here, ""));
+  folder.write("small", "");
+  EXPECT_EQ(files->ignoresCase(here), folder.has("SMALL"));
+  auto lock = files->lock(here);
+  EXPECT_EQ(files->lock(here), nullptr);
+  lock.reset();
+  EXPECT_NE(files->lock(here), nullptr);
+  EXPECT_NE(files->lock(path("none")), nullptr) << "nobody holds it";
+  EXPECT_EQ(folder.names(), Names{"small"});
+}
+
+TEST_F(RealFiles, LongPathsAreWrittenAndRead) {
+  Path deep = here;
+  while (deep.native.size() < 600) {
+    deep = deep / std::string(150, 'd');
+    files->createFolder(deep);
+  }
+  replace(*files, deep / std::string(255, 'f'), "deep");
+  files->copy(deep / std::string(255, 'f'), deep / "copy");
+  EXPECT_EQ(files->read(deep / "copy"), "deep");
+  EXPECT_EQ(files->plainFiles(deep).size(), 2U);
+  for (const auto& name : files->plainFiles(deep)) files->remove(deep / name);
+  EXPECT_EQ(files->plainFiles(deep).size(), 0U);
+}
+
+TEST(Names, ThatLeadElsewhereNameNoPlainFile) {
+  const auto expect = [](bool plain, std::initializer_list<std::string_view> texts) {
+    for (const auto text : texts) EXPECT_EQ(namesPlainFile(text), plain) << text;
+  };
+  using namespace std::string_view_literals;
+  expect(true, {"exports.csv", "CONS", "COMA", "COM10", "a.CON", ".kova", "a b", "\xB0"});
+  expect(false, {"", ".", "..", "../x", "a/b", "/", "a\0b"sv});
+  const bool hasDrives = pathSeparator == '\\';
+  expect(!hasDrives, {"a\\b", "C:x", "x:stream", "con", "CON.csv", "nul .txt", "Com1", "LPT9.a.b",
+                      "CONIN$", "x.", "x "});
+  EXPECT_EQ(faultOfName("../x"), "/");
+}
+
+}  // namespace kova::test
