@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "harness.h"
+#include "review/preview.h"
 #include "support/engineer.h"
 #include "tables/number_text.h"
 
@@ -122,6 +123,33 @@ void checkNumDevices(const Wizard& wizard) {
   require(std::ssize(wizard.state.deviceNames) == toInt16(value), "a device has a name");
 }
 
+/// Every file of the home directory by its path.
+test::Files filesOf(const std::string& home) {
+  test::Files files;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(home)) {
+    std::ifstream file(entry.path(), std::ios::binary);
+    if (!entry.is_directory()) files[entry.path().native()] = {std::istreambuf_iterator(file), {}};
+  }
+  return files;
+}
+
+/// Carries Done out. What the preview has shown is what it writes, and says.
+std::string finish(test::Engineer& engineer) {
+  test::Files expected = filesOf(engineer.home);
+  const Preview shown = preview(engineer.program.wizard);
+  require(filesOf(engineer.home) == expected, "a preview writes nothing");
+  for (const auto& [path, content] : shown.files) {
+    expected[std::filesystem::path(path.native).lexically_normal()] = content;
+  }
+  engineer.messages.clear();
+  std::string trouble = engineer.carryOut("click Command1");
+  require(filesOf(engineer.home) == expected, "Done writes what the preview shows");
+  const auto& said = engineer.messages;
+  require(shown.failure.empty() || std::count(said.begin(), said.end(), shown.failure) == 1,
+          "a preview ends where Done ends");
+  return trouble;
+}
+
 }  // namespace
 
 void check(std::string_view bytes) {
@@ -140,7 +168,9 @@ void check(std::string_view bytes) {
   for (std::size_t at = 0; at + 1 < end; at += 2) {
     const std::string line = lineOf(engineer, byte(at), byte(at + 1));
     const std::string devices = engineer.field("NumDevices").text();
-    require(line.empty() || engineer.carryOut(line).empty(), "an act is carried out");
+    const bool done = line == "click Command1";
+    require(line.empty() || (done ? finish(engineer) : engineer.carryOut(line)).empty(),
+            "an act is carried out");
     const WizardState& state = wizard.state;
     for (const auto count : {state.exportCount, state.historyCount, state.alarmCount}) {
       require(count >= 0 && count <= tableRows, "counts are in bounds");

@@ -57,7 +57,7 @@ void couldNotCopy(const Wizard& wizard, const std::string& source, const std::st
 /// Writes every table and copies it. Throws WritingFailed; nothing further is written then.
 struct Finishing {
   Wizard& wizard;
-  const std::string& repositoryPath;
+  const std::string repositoryPath;
   bool writeRepository = false;
   std::size_t done = 0;  ///< files
 
@@ -164,19 +164,25 @@ void leaveEmptyProject(Wizard& wizard) {
 
 }  // namespace
 
+bool writeProject(Wizard& wizard, const std::optional<std::string>& repositoryPath) {
+  putHeader(wizard, projectFile(wizard, wizard.state.exportsFileName));
+  if (!wizard.state.exportStream) return false;
+  wizard.state.onDisk.foreignChanges.clear();
+  try {
+    Finishing{wizard, repositoryPath.value_or(std::string()), repositoryPath.has_value()}.run();
+  } catch (const WritingFailed& failure) {
+    reportNotFinished(wizard);
+    tell(wizard, failure.what());
+    return false;
+  }
+  return true;
+}
+
 void Command1_Click(Wizard& wizard) {
   if (wizard.state.exportCount == 0) return leaveEmptyProject(wizard);
   const std::string repositoryPath = repositoryPathOf(wizard);
   const bool writeRepository = isToBeUpdated(wizard, repositoryPath);
-  putHeader(wizard, projectFile(wizard, wizard.state.exportsFileName));
-  if (!wizard.state.exportStream) return;
-  wizard.state.onDisk.foreignChanges.clear();
-  try {
-    Finishing{wizard, repositoryPath, writeRepository}.run();
-  } catch (const WritingFailed& failure) {
-    reportNotFinished(wizard);
-    return tell(wizard, failure.what());
-  }
+  if (!writeProject(wizard, writeRepository ? std::optional(repositoryPath) : std::nullopt)) return;
   startGenerators(wizard);
   quitApplication(wizard);
 }

@@ -34,6 +34,11 @@ bool hasNames(const AlarmWatchRecord& row) {
 
 }  // namespace
 
+std::span<const ColumnFacts> alarmColumns() {
+  static constexpr auto facts = factsOf(columns);
+  return facts;
+}
+
 ReadResult ReadAlarmWatchFile(const FileSystem& files, const Path& file, AlarmTable& alarmTable,
                               std::int16_t& alarmCount) {
   RowReader reader(columns);

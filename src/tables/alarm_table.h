@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tables/column_facts.h"
 #include "tables/tagged_csv.h"
 
 namespace kova {
@@ -51,6 +53,9 @@ struct AlarmForm {
 
 /// 1001 rows, of which the first `alarmCount` are live; the others keep what they held.
 using AlarmTable = std::vector<AlarmWatchRecord>;
+
+/// The columns of the file in its order.
+std::span<const ColumnFacts> alarmColumns();
 
 /// Reads the file over the rows from 0 on. `alarmCount` becomes the number of rows that have both
 /// names.

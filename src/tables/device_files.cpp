@@ -54,6 +54,12 @@ Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_
   return files.path(std::string(folder) + pathSeparator + std::string(name));
 }
 
+std::span<const ColumnFacts> deviceColumns() {
+  static constexpr std::array facts = {ColumnFacts{.tag = numberTag, .kind = FieldKind::whole},
+                                       ColumnFacts{.tag = nameTag}};
+  return facts;
+}
+
 ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
                            std::string_view devFileName, std::string_view numDevices,
                            DeviceNames& devNames) {

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tables/column_facts.h"
 #include "tables/tagged_csv.h"
 
 namespace kova {
@@ -14,6 +16,9 @@ namespace kova {
 /// Entry k is the name of device k; an empty entry has no name yet. An array without entries has
 /// never been sized.
 using DeviceNames = std::vector<std::string>;
+
+/// The columns of the files in their order.
+std::span<const ColumnFacts> deviceColumns();
 
 /// Path of a file that lies directly in `folder`. Throws Failure if `name` holds a separator and so
 /// names a file elsewhere.

@@ -84,6 +84,11 @@ HistorySlot findHistorySlot(const HistoryTable& historyTable, std::int16_t histo
 
 }  // namespace
 
+std::span<const ColumnFacts> historyColumns() {
+  static constexpr auto facts = factsOf(columns);
+  return facts;
+}
+
 ReadResult ReadHistoryFile(const FileSystem& files, const Path& file, HistoryTable& historyTable,
                            std::int16_t& historyCount) {
   RowReader reader(columns);

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tables/column_facts.h"
 #include "tables/tagged_csv.h"
 
 namespace kova {
@@ -49,6 +51,9 @@ struct HistoryForm {
 
 /// 1001 rows, of which the first `historyCount` are live; the others keep what they held.
 using HistoryTable = std::vector<HistoryRecord>;
+
+/// The columns of the file in its order.
+std::span<const ColumnFacts> historyColumns();
 
 /// Reads the file over the rows from 0 on. `historyCount` becomes the number of rows read. The
 /// result has a stop if the end of the file was not reached.

@@ -42,6 +42,23 @@ inline std::string_view getCsvField(const CsvFields& fields, std::int16_t column
   return index < fields.size() ? fields[index] : std::string_view();
 }
 
+/// Goes through the lines of a table that are no comments.
+class TableLines {
+ public:
+  /// `content` outlives it.
+  explicit TableLines(std::string_view content) : rest_(content) {}
+  /// The next line without its end, or nothing behind the last one. Throws Failure for one that is
+  /// too long.
+  std::optional<std::string_view> next();
+  /// Number, from 1 and comments counted, of the line that `next` has come to; one more than there
+  /// are lines once it is at the end.
+  std::size_t number() const { return number_; }
+
+ private:
+  std::string_view rest_;
+  std::size_t number_ = 0;
+};
+
 /// Where and why a reader stopped ahead of the end of a file.
 struct ReadStop {
   std::size_t line = 0;  ///< 1-based, comment lines counted; 0: the file could not be opened
