@@ -18,25 +18,6 @@ std::string_view baseOf(std::string_view name) {
   return name.substr(0, name.find('.'));
 }
 
-// The name of a backup, taken apart.
-struct StampedName {
-  std::string original;
-  std::int32_t stamp = 0;
-};
-
-std::optional<StampedName> takeApart(std::string_view name) {
-  const auto base = baseOf(name);
-  const auto dash = base.rfind('-');
-  if (dash == std::string_view::npos) return std::nullopt;
-  const auto digits = base.substr(dash + 1);
-  const auto* const end = digits.data() + digits.size();
-  std::int32_t stamp = 0;
-  const auto read = std::from_chars(digits.data(), end, stamp);
-  const bool whole = read.ec == std::errc() && read.ptr == end;
-  if (!whole || (digits.size() > 1 && digits.front() == '0')) return std::nullopt;
-  return StampedName{std::string(base.substr(0, dash)).append(name.substr(base.size())), stamp};
-}
-
 // One walk through a folder.
 class Walk {
  public:
@@ -130,6 +111,19 @@ class Walk {
 };
 
 }  // namespace
+
+std::optional<StampedName> takeApart(std::string_view name) {
+  const auto base = baseOf(name);
+  const auto dash = base.rfind('-');
+  if (dash == std::string_view::npos) return std::nullopt;
+  const auto digits = base.substr(dash + 1);
+  const auto* const end = digits.data() + digits.size();
+  std::int32_t stamp = 0;
+  const auto read = std::from_chars(digits.data(), end, stamp);
+  const bool whole = read.ec == std::errc() && read.ptr == end;
+  if (!whole || (digits.size() > 1 && digits.front() == '0')) return std::nullopt;
+  return StampedName{std::string(base.substr(0, dash)).append(name.substr(base.size())), stamp};
+}
 
 FileVerdict classify(std::string_view name, const std::vector<std::string>& names,
                      std::int32_t now) {
