@@ -2,10 +2,9 @@
 #include "review/form_differences.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstddef>
-#include <utility>
 
+#include "review/field_words.h"
 #include "review/line_ends.h"
 
 namespace kova {
@@ -31,10 +30,7 @@ std::size_t commentsOf(const TableText& table) {
 std::vector<std::string> tagsOf(const TableText& table) {
   std::vector<std::string> tags;
   for (const Cell& cell : table.header.cells) {
-    std::string tag(cell.text);
-    std::transform(tag.begin(), tag.end(), tag.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); });
-    tags.push_back(std::move(tag));
+    tags.push_back(looks::upperCase(cell.text));
   }
   return tags;
 }

@@ -112,7 +112,7 @@ class Walk {
 
 }  // namespace
 
-std::optional<StampedName> takeApart(std::string_view name) {
+std::optional<StampedName> stampedName(std::string_view name) {
   const auto base = baseOf(name);
   const auto dash = base.rfind('-');
   if (dash == std::string_view::npos) return std::nullopt;
@@ -127,7 +127,7 @@ std::optional<StampedName> takeApart(std::string_view name) {
 
 FileVerdict classify(std::string_view name, const std::vector<std::string>& names,
                      std::int32_t now) {
-  const auto parts = takeApart(name);
+  const auto parts = stampedName(name);
   if (!parts || !std::binary_search(names.begin(), names.end(), parts->original)) {
     return FileVerdict::inUse;
   }

@@ -33,7 +33,7 @@ struct StampedName {
 };
 /// Nothing if the base does not end in a dash and a number. Whether it is a backup, `classify`
 /// tells.
-std::optional<StampedName> takeApart(std::string_view name);
+std::optional<StampedName> stampedName(std::string_view name);
 
 /// Name of the backup of file `name` with this time stamp.
 std::string backupName(std::string_view name, std::int32_t stamp);
