@@ -153,7 +153,8 @@ constexpr auto table = std::to_array<Rule>({
      "A comma in a text has moved what stands behind it: the fields behind belong to the wrong "
      "columns.",
      "Remove the comma from the text. The wizard itself writes texts as they are typed.",
-     {"exports.csv", "[-1.5:1.5 T]Field at", "[-1.5:1.5 T]Field, at", "\"Field, at\" and at"},
+     {"exports.csv", "[-1.5:1.5 T]Field at the probes", "[-1.5:1.5 T]Field, at the probes",
+      "\"Field, at the probes\""},
      looks::tooManyFields},
     {"too-few-fields",
      warning,
