@@ -58,7 +58,7 @@ void BoxField::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::InsertLineSeparator)) {
     textCursor().insertBlock();
   } else {
-    QPlainTextEdit::keyPressEvent(event);
+    FieldWidget::keyPressEvent(event);
   }
 }
 

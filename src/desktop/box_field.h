@@ -20,11 +20,11 @@ class BoxField : public FieldWidget<QPlainTextEdit> {
   QSize minimumSizeHint() const override { return sizeOf(16, 3); }
 
  protected:
+  void takeCaret() override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void takeEdit();
-  void takeCaret();
   /// With room for so many characters and lines.
   QSize sizeOf(int columns, int lines) const;
 

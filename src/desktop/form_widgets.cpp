@@ -63,6 +63,8 @@ void FormWidgets::make(const DesignedControl& control) {
   made->setAccessibleDescription(toShown(design.toolTip, codePage_));
   made->setAccessibleName(spokenName(design));
   made->installEventFilter(&acts_);
+  auto* const* field = std::get_if<TextField*>(&control.control);
+  focus_.watch(*made, field == nullptr ? nullptr : *field);
   shown_.emplace(design.name, Shown{.design = &design, .widget = made});
 }
 

@@ -51,7 +51,7 @@ void LineField::keyPressEvent(QKeyEvent* event) {
     event->accept();
     field_.keyDown(TextField::enterKey);
   } else {
-    QLineEdit::keyPressEvent(event);
+    FieldWidget::keyPressEvent(event);
   }
 }
 

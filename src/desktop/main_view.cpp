@@ -73,6 +73,8 @@ void MainView::buildForm() {
   setCentralWidget(all);
   connect(qApp, &QApplication::focusChanged, area, [this, area](QWidget*, QWidget* now) {
     if (now == nullptr || !form_->isAncestorOf(now)) return;
+    // A form that moved under the pressed mouse would take the click from what was pressed.
+    if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
     // The toolkit would show the caret of a field and not the field.
     const QRect place(now->mapTo(form_, QPoint()), now->size());
     constexpr int margin = 8;

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+// What the toolkit does with hands otherwise than an engineer means it.
+#include <QClipboard>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <filesystem>
+
+#include "desktop/message_boxes.h"
+#include "window/desk.h"
+
+namespace kova::test {
+namespace {
+
+const CodePage page = CodePage::windows1252();
+
+struct Hands : testing::Test {
+  Hands() { std::filesystem::copy(KOVA_EXAMPLE, home.path("MAGNET")); }
+  void TearDown() override { EXPECT_EQ(engineer.messages.size(), 0); }
+
+  /// Lines of the device box, clicked at the end of one.
+  void clickLine(int line) const {
+    auto& edit = desk.widget<QPlainTextEdit>("deviceNamesInputText");
+    QTextCursor cursor(edit.document()->findBlockByNumber(line));
+    cursor.movePosition(QTextCursor::EndOfBlock);
+    desk.click(*edit.viewport(), edit.cursorRect(cursor).center());
+  }
+  /// Holds a key down until it has repeated itself twice.
+  static void hold(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QWindow* window = QGuiApplication::focusWindow();
+    const QString text(QChar(key == Qt::Key_Return ? u'\r' : static_cast<char16_t>(key)));
+    for (const bool repeated : {false, true, true}) {
+      QTest::simulateEvent(window, true, key, modifiers, text.toLower(), repeated);
+      QTest::simulateEvent(window, false, key, modifiers, text.toLower(), !repeated);
+    }
+  }
+
+  TemporaryFolder home;
+  Engineer engineer{home.path()};
+  Form1& form = engineer.program.wizard.form;
+  Desk desk{engineer.program, page};
+};
+
+TEST_F(Hands, AClickCountsWhereItLandsAlsoInASelection) {
+  form.deviceNamesInputText.setText("NORTH\r\nEAST\r\nWEST");
+  clickLine(0);
+  desk.key("Ctrl+A");
+  clickLine(2);
+  EXPECT_EQ(form.deviceNumberInputText.text(), " 2");
+}
+
+TEST_F(Hands, AButtonTakesAClickOnItsLastVisibleLine) {
+  int clicks = 0;
+  form.Command1.onClick = [&] { ++clicks; };
+  const QWidget& button = desk.widget("Command1");
+  auto& area = *desk.view.findChild<QScrollArea*>();
+  desk.view.resize(desk.view.width(), desk.view.height() / 2);
+  area.verticalScrollBar()->setValue(button.y() + 3 - area.viewport()->height());
+  desk.click(button, {button.width() / 2, 1});
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(Hands, ALetterWithAltIsNeverText) {
+  desk.key("F10 Return Tab Tab Return Return");
+  EXPECT_EQ(engineer.field("ParamText").text(), "1");
+  desk.key("Alt+N");
+  EXPECT_EQ(engineer.field("ParamText").text(), "1");
+  desk.key("Escape");
+  desk.click("deviceNamesInputText");
+  desk.key("Alt+J");
+  EXPECT_EQ(form.deviceNamesInputText.text(), "Device 0");
+}
+
+TEST_F(Hands, APressAheadOfTheWindowLeavesTheFormerField) {
+  const auto pressFromAnotherWindow = [&](const std::string& name) {
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+    desk.click(name);
+  };
+  desk.write("NumDevices", "3");
+  pressFromAnotherWindow("almMaskText");
+  EXPECT_EQ(form.deviceNamesInputText.text(), "Device 0\r\nDevice 1\r\nDevice 2\r\n");
+  form.almHiText.setText("40");
+  EXPECT_EQ(desk.focused(), "almMaskText");
+  EXPECT_EQ(form.almHiText.text(), "40") << "it had the focus already";
+  pressFromAnotherWindow("HistoryCheck");
+  pressFromAnotherWindow("almMaskText");
+  EXPECT_EQ(form.almHiText.text(), "0");
+}
+
+}  // namespace
+}  // namespace kova::test
