@@ -92,5 +92,31 @@ TEST_F(Hands, APressAheadOfTheWindowLeavesTheFormerField) {
   EXPECT_EQ(form.almHiText.text(), "0");
 }
 
+TEST_F(Hands, AHeldKeyIsOneAct) {
+  int adds = 0;
+  form.AddProperty.onClick = [&] { ++adds; };
+  hold(Qt::Key_A, Qt::AltModifier);
+  EXPECT_EQ(adds, 1);
+  hold(Qt::Key_Return);
+  EXPECT_EQ(adds, 2);
+  hold(Qt::Key_Space);
+  EXPECT_EQ(adds, 3);
+
+  desk.key("F10 Return Tab Tab");
+  hold(Qt::Key_Return);
+  EXPECT_EQ(engineer.program.helper.paramIndex, 1);
+}
+
+TEST_F(Hands, AKeyHeldFromBeforeAnswersNoMessage) {
+  const MessageBox ask = messageBoxes(desk.view, page, "Wizard");
+  desk.soon([&] {
+    QWidget* box = QApplication::activeModalWidget();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return box->isActiveWindow(); }));
+    QTest::simulateEvent(box->windowHandle(), true, Qt::Key_Return, {}, "\r", true);
+    desk.key("Escape");
+  });
+  EXPECT_EQ(ask({.text = "Sure?", .buttons = Buttons::okCancel}), Answer::cancel);
+}
+
 }  // namespace
 }  // namespace kova::test
