@@ -118,5 +118,30 @@ TEST_F(Hands, AKeyHeldFromBeforeAnswersNoMessage) {
   EXPECT_EQ(ask({.text = "Sure?", .buttons = Buttons::okCancel}), Answer::cancel);
 }
 
+TEST_F(Hands, TheDialogTakesWhatIsTypedAndStaysInSight) {
+  desk.key("F10 Return");
+  desk.type("Mag");
+  EXPECT_EQ(engineer.field("ParamText").text(), "Mag");
+  EXPECT_EQ(desk.focused(), "ParamText");
+  HelperView& dialog = desk.view.helper();
+  EXPECT_EQ(dialog.windowHandle()->transientParent(), desk.view.windowHandle());
+  dialog.showMinimized();
+  form.srvGuide.click();
+  EXPECT_FALSE(dialog.isMinimized());
+  desk.view.close();
+  EXPECT_EQ(dialog.windowHandle()->transientParent(), nullptr) << "it lives on alone";
+  dialog.close();
+}
+
+TEST_F(Hands, ADoubleClickOfAnotherButtonSwallowsNoClick) {
+  int clicks = 0;
+  form.LocalName.onClick = [&] { ++clicks; };
+  const QWidget& field = desk.widget("LocalName");
+  QTest::mouseDClick(desk.view.windowHandle(), Qt::MiddleButton, {},
+                     field.mapTo(&desk.view, field.rect().center()));
+  desk.click("LocalName");
+  EXPECT_EQ(clicks, 1);
+}
+
 }  // namespace
 }  // namespace kova::test
