@@ -29,6 +29,7 @@ class LineField : public FieldWidget<QLineEdit> {
 
  private:
   void takeEdit(const QString& edited);
+  void replaceEdit(const QString& kept);
   QSize sizeFor(int characters) const;
 
   Characters characters_;

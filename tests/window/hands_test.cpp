@@ -143,5 +143,49 @@ TEST_F(Hands, ADoubleClickOfAnotherButtonSwallowsNoClick) {
   EXPECT_EQ(clicks, 1);
 }
 
+TEST_F(Hands, AThirdClickSelectsANameWithoutItsLineEnd) {
+  auto& edit = desk.widget<QPlainTextEdit>("deviceNamesInputText");
+  desk.write("NumDevices", "2");
+  desk.click("Units");
+  clickLine(1);
+  clickLine(1);
+  desk.doubleClick(*edit.viewport(), {15, edit.cursorRect().center().y()});
+  desk.click(*edit.viewport(), {15, edit.cursorRect().center().y()});
+  desk.type("EAST");
+  EXPECT_EQ(form.deviceNamesInputText.text(), "Device 0\r\nEAST\r\n");
+}
+
+TEST_F(Hands, TheBoxShowsItsBarAndTheLineOfTheCaret) {
+  auto& edit = desk.widget<QPlainTextEdit>("deviceNamesInputText");
+  EXPECT_TRUE(edit.verticalScrollBar()->isVisible());
+  desk.write("NumDevices", "2");
+  desk.click("Units");
+  const auto colourOfLine = [&](int line) {
+    const QRect place = edit.cursorRect(QTextCursor(edit.document()->findBlockByNumber(line)));
+    return edit.viewport()->grab().toImage().pixelColor(edit.viewport()->width() - 20,
+                                                        place.center().y());
+  };
+  for (const int line : {0, 1}) {
+    clickLine(line);
+    clickLine(line);
+    EXPECT_NE(colourOfLine(line), colourOfLine(2));
+    EXPECT_EQ(colourOfLine(1 - line), colourOfLine(2));
+  }
+}
+
+TEST_F(Hands, APasteThatIsCutCanBeUndone) {
+  QGuiApplication::clipboard()->setText(QStringLiteral("one\ntwo"));
+  desk.write("PropertyDescription", "ab");
+  desk.key("Left Ctrl+V");
+  EXPECT_EQ(form.PropertyDescription.text(), "aoneb");
+  EXPECT_EQ(form.PropertyDescription.caret(), 4);
+  desk.key("Ctrl+Z");
+  EXPECT_EQ(form.PropertyDescription.text(), "ab");
+  desk.key("Ctrl+Shift+Z");
+  EXPECT_EQ(form.PropertyDescription.text(), "aoneb");
+  desk.key("Ctrl+A Ctrl+V");
+  EXPECT_EQ(form.PropertyDescription.text(), "one");
+}
+
 }  // namespace
 }  // namespace kova::test
