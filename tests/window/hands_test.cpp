@@ -187,5 +187,31 @@ TEST_F(Hands, APasteThatIsCutCanBeUndone) {
   EXPECT_EQ(form.PropertyDescription.text(), "one");
 }
 
+TEST_F(Hands, TypingInTheListFindsAName) {
+  desk.type("MAGNET");
+  desk.widget("PropertyList").setFocus();
+  desk.type("ra");
+  EXPECT_EQ(form.PropertyName.text(), "RAMP.START");
+  desk.type("mp.r");
+  EXPECT_EQ(form.PropertyName.text(), "RAMP.RESUME");
+  QTest::qWait(1100);
+  desk.type("f");
+  EXPECT_EQ(form.PropertyName.text(), "FIELD");
+}
+
+TEST_F(Hands, TheListGoesOnWhereALineWasRemoved) {
+  desk.type("MAGNET");
+  for (const QString key : {"Up", "Down"}) {
+    desk.click(desk.list(), desk.placeOfLine(5));
+    form.RemoveProperty.click();
+    desk.key(key);
+    EXPECT_EQ(form.PropertyList.selectedIndex(), 5);
+  }
+  desk.click(desk.list(), desk.placeOfLine(5));
+  form.RemoveProperty.click();
+  desk.key("Down");
+  EXPECT_EQ(form.PropertyList.selectedIndex(), 4) << "it was the last line";
+}
+
 }  // namespace
 }  // namespace kova::test
