@@ -179,6 +179,8 @@ QWidget* FormWidgets::make(DropDownList& list, const ControlDesign& /*design*/, 
       made->addItem(toShown(entries[shown], codePage_));
     }
     made->setCurrentIndex(list.selectedIndex());
+    // A screen reader speaks the value of a list that takes typed text, and of no other.
+    made->setAccessibleDescription(made->currentText());
     made->setEnabled(list.enabled());
   });
   return made;

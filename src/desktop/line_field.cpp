@@ -78,7 +78,8 @@ void LineField::keyPressEvent(QKeyEvent* event) {
 QSize LineField::sizeFor(int characters) const {
   QSize size = QLineEdit::sizeHint();
   const QFontMetrics metrics = fontMetrics();
-  const int frame = size.width() - toolkitCharacters * metrics.horizontalAdvance(u'x');
+  const int mark = textMargins().left() + textMargins().right();
+  const int frame = size.width() - mark - toolkitCharacters * metrics.horizontalAdvance(u'x');
   size.setWidth(frame +
                 characters * std::max(metrics.horizontalAdvance(u'0'), metrics.averageCharWidth()));
   return size;

@@ -136,6 +136,15 @@ void LineList::mouseDoubleClickEvent(QMouseEvent* event) {
   }
 }
 
+void LineList::currentChanged(const QModelIndex& now, const QModelIndex& before) {
+  if (hasFocus()) {
+    QListView::currentChanged(now, before);
+  } else {
+    // Its own class would tell a screen reader that the focus is in the line.
+    QAbstractItemView::currentChanged(now, before);
+  }
+}
+
 void LineList::keyPressEvent(QKeyEvent* event) {
   const bool moves = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
   if (moves && list_.selectedIndex() == ListBox::none && !list_.lines().empty()) {

@@ -52,6 +52,7 @@ class LineList : public QListView {
   void mouseReleaseEvent(QMouseEvent* /*event*/) override {}
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void currentChanged(const QModelIndex& now, const QModelIndex& before) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
