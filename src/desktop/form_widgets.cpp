@@ -63,6 +63,8 @@ void FormWidgets::make(const DesignedControl& control) {
   made->setAccessibleDescription(toShown(design.toolTip, codePage_));
   made->setAccessibleName(spokenName(design));
   made->installEventFilter(&acts_);
+  auto* const* field = std::get_if<TextField*>(&control.control);
+  focus_.watch(*made, field == nullptr ? nullptr : *field);
   shown_.emplace(design.name, Shown{.design = &design, .widget = made});
 }
 
@@ -177,6 +179,8 @@ QWidget* FormWidgets::make(DropDownList& list, const ControlDesign& /*design*/, 
       made->addItem(toShown(entries[shown], codePage_));
     }
     made->setCurrentIndex(list.selectedIndex());
+    // A screen reader speaks the value of a list that takes typed text, and of no other.
+    made->setAccessibleDescription(made->currentText());
     made->setEnabled(list.enabled());
   });
   return made;

@@ -11,6 +11,7 @@
 
 #include "controls/control_design.h"
 #include "desktop/act_filter.h"
+#include "desktop/field_focus.h"
 #include "desktop/hooks.h"
 #include "desktop/layouts.h"
 #include "platform/code_page.h"
@@ -65,6 +66,7 @@ class FormWidgets {
   const CodePage& codePage_;
   const Handler changed_;
   ActFilter acts_;
+  FieldFocus focus_;
   ShownControls shown_;
   std::vector<Naming> namings_;
   std::vector<Handler> labels_;  ///< each shows one of them

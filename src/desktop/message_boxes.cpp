@@ -5,11 +5,13 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QScreen>
 #include <QStyle>
 #include <algorithm>
 #include <vector>
 
+#include "desktop/act_filter.h"
 #include "desktop/text_seam.h"
 
 namespace kova {
@@ -78,9 +80,12 @@ MessageBox messageBoxes(QWidget& window, const CodePage& codePage, const std::st
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     box.setText(toShownMessage(message.text, codePage));
+    // What is still held down from before has not been an answer.
+    ActFilter acts;
+    box.installEventFilter(&acts);
     const auto buttons = buttonsOf(message);
     for (const AnswerButton& one : buttons) {
-      box.addButton(one.button);
+      box.addButton(one.button)->installEventFilter(&acts);
       if (one.answer == message.enter) box.setDefaultButton(one.button);
     }
     box.setEscapeButton(buttons.back().button);
