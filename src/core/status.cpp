@@ -153,6 +153,12 @@ void reportForeignChanges(Wizard& wizard) {
   report(wizard, foreignSentences(wizard.state));
 }
 
+void reportRestored(Wizard& wizard, const std::vector<std::string>& files) {
+  std::string names;
+  for (const std::string& file : files) (names += names.empty() ? "" : ", ") += file;
+  report(wizard, names + " restored. " + wizard.statusLine.sentence);
+}
+
 void reportNotFinished(Wizard& wizard) {
   report(wizard, "The project is not finished." + foreignSentences(wizard.state));
 }

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/wizard.h"
 
@@ -48,6 +49,8 @@ void reportRemoval(Wizard& wizard, const std::string& property);
 void reportRepositoryNotUsed(Wizard& wizard, const std::string& notUsed);
 /// Tables that somebody else has written, as far as Done has come.
 void reportForeignChanges(Wizard& wizard);
+/// Ahead of what entering the project anew has brought.
+void reportRestored(Wizard& wizard, const std::vector<std::string>& files);
 /// Done has ended ahead of its time.
 void reportNotFinished(Wizard& wizard);
 

@@ -61,6 +61,10 @@ QPalette withReadableTexts(QPalette palette) {
   return palette;
 }
 
+QColor tinted(const QPalette& palette, const QColor& colour) {
+  return blend(colour, palette.color(QPalette::Base), 2);
+}
+
 QColor currentLine(const QPalette& palette) {
   return blend(palette.color(QPalette::Text), palette.color(QPalette::Base), 1);
 }

@@ -2,8 +2,10 @@
 #include "desktop/main_view.h"
 
 #include <QApplication>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -51,25 +53,59 @@ void MainView::buildForm() {
   auto* all = new QWidget(this);
   auto* area = new FormArea(all);
   form_ = new QWidget(area);
-  statusLine_ = new SpokenLine(all);
-  statusLine_->setObjectName(QStringLiteral("statusLine"));
   widgets_ = std::make_unique<FormWidgets>(*form_, mainWindowSketches(),
                                            designedControls(setup_.wizard.form), codePage_, [this] {
                                              if (marks_) marks_->follow();
+                                             if (review_) review_->follow();
                                            });
   marks_ = std::make_unique<FieldMarks>(widgets_->fields(), codePage_, setup_.wizard,
                                         [this] { mirrorStatusLine(); });
   area->setWidget(form_);
 
   auto* layout = new QVBoxLayout(all);
-  const QMargins margins = form_->layout()->contentsMargins();
-  statusLine_->setContentsMargins(margins.left(), 0, margins.right(), margins.bottom());
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(area, 1);
-  layout->addWidget(statusLine_);
+  layout->addWidget(buildFoot(form_->layout()->contentsMargins()));
   setCentralWidget(all);
   followFocus(*area);
+}
+
+/// The status line, and behind it the way to the review. Both are outside of the form.
+QWidget* MainView::buildFoot(const QMargins& margins) {
+  auto* foot = new QWidget;
+  statusLine_ = new SpokenLine(foot);
+  statusLine_->setObjectName(QStringLiteral("statusLine"));
+  auto* review = new ActButton(false, foot);
+  review->setObjectName(QStringLiteral("Review"));
+  review->setText(QStringLiteral("Review"));
+  review->setShortcut(QKeySequence(QStringLiteral("Alt+Q")));
+  review->setToolTip(QStringLiteral("What Done will write, findings, and backups (Alt+Q)"));
+  review->setAccessibleDescription(review->toolTip());
+  // A click there leaves no field of the form.
+  review->setFocusPolicy(Qt::TabFocus);
+  connect(review, &QPushButton::clicked, this, &MainView::openReview);
+  auto* layout = new QHBoxLayout(foot);
+  layout->setContentsMargins(margins.left(), 0, margins.right(), margins.bottom());
+  layout->addWidget(statusLine_, 1);
+  layout->addWidget(review);
+  return foot;
+}
+
+void MainView::openReview() {
+  if (!review_) {
+    review_ = std::make_unique<ReviewWindow>(
+        setup_.wizard, codePage_, [this](const std::string& property) { showInForm(property); });
+  }
+  review_->open();
+}
+
+void MainView::showInForm(const std::string& property) {
+  if (!isVisible()) return;
+  activateWindow();
+  raise();
+  widget("PropertyList")->setFocus(Qt::OtherFocusReason);
+  selectProperty(setup_.wizard, property);
 }
 
 void MainView::followFocus(FormArea& area) {
@@ -120,6 +156,7 @@ void MainView::mirrorWindow() {
   const Window& window = setup_.wizard.form.window;
   if (!window.visible()) {
     close();
+    if (review_) review_->close();
     return;
   }
   setWindowTitle(toShown(window.title, codePage_));
@@ -148,6 +185,7 @@ std::string MainView::sentence() const {
 }
 
 void MainView::mirrorStatusLine() {
+  if (review_) review_->follow();
   statusLine_->say(toShown(sentence(), codePage_));
 }
 

@@ -15,6 +15,7 @@
 #include "desktop/form_widgets.h"
 #include "desktop/helper_view.h"
 #include "desktop/long_act.h"
+#include "desktop/review_window.h"
 #include "desktop/small_widgets.h"
 #include "desktop/spoken_line.h"
 #include "wizard/wiring.h"
@@ -31,6 +32,8 @@ class MainView : public QMainWindow {
   QWidget* widget(std::string_view name) const { return widgets_->widget(name); }
   /// The guided dialog.
   HelperView& helper() const { return *helper_; }
+  /// The review, once it has been opened.
+  ReviewWindow* review() const { return review_.get(); }
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -41,6 +44,9 @@ class MainView : public QMainWindow {
  private:
   void buildForm();
   void followFocus(FormArea& area);
+  QWidget* buildFoot(const QMargins& margins);
+  void openReview();
+  void showInForm(const std::string& property);
   void buildMenu();
   void attach();
   void mirrorWindow();
@@ -57,6 +63,7 @@ class MainView : public QMainWindow {
   std::unique_ptr<FieldMarks> marks_;
   std::unique_ptr<LongAct> longAct_;
   std::unique_ptr<HelperView> helper_;
+  std::unique_ptr<ReviewWindow> review_;
   EndOfActs endOfActs_;
   QTimer afterPalette_;
   Hooks hooks_;

@@ -4,7 +4,6 @@
 #include <array>
 
 #include "completion/done.h"
-#include "review/overlay_files.h"
 
 namespace kova {
 namespace {
@@ -53,10 +52,14 @@ void copyState(const WizardState& from, WizardState& to) {
 }  // namespace
 
 Preview preview(const Wizard& wizard) {
+  OverlayFiles files(wizard.platform.files);
+  return preview(wizard, files);
+}
+
+Preview preview(const Wizard& wizard, OverlayFiles& files) {
   Preview result;
   result.folder = wizard.state.projectPath;
   if (wizard.state.exportCount == 0) return result;
-  OverlayFiles files(wizard.platform.files);
   NoPrograms programs;
   const Platform platform{files, wizard.platform.environment, wizard.platform.clock, programs};
   Wizard trial(platform, [&](const Message& message) {

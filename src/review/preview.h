@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/wizard.h"
+#include "review/overlay_files.h"
 
 namespace kova {
 
@@ -23,5 +24,7 @@ struct Preview {
 /// Asks nothing, starts nothing, and changes neither the wizard nor the disk. Without a property
 /// Done writes nothing.
 Preview preview(const Wizard& wizard);
+/// The same, written into `files`, which begin as those of the wizard.
+Preview preview(const Wizard& wizard, OverlayFiles& files);
 
 }  // namespace kova
