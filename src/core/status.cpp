@@ -9,6 +9,8 @@ std::string counted(std::size_t number, std::string_view singular, std::string_v
   return std::to_string(number) + " " + std::string(number == 1 ? singular : plural);
 }
 
+}  // namespace
+
 std::string unwrittenSentence(const WizardState& state) {
   const Unwritten unwritten = findUnwritten(state);
   std::string text;
@@ -22,6 +24,8 @@ std::string unwrittenSentence(const WizardState& state) {
   count(unwritten.removals, "removal", "removals");
   return text.empty() ? text : text + " not yet written.";
 }
+
+namespace {
 
 void report(Wizard& wizard, const std::string& sentence) {
   wizard.statusLine.sentence = stripBlanks(sentence);
@@ -153,10 +157,8 @@ void reportForeignChanges(Wizard& wizard) {
   report(wizard, foreignSentences(wizard.state));
 }
 
-void reportRestored(Wizard& wizard, const std::vector<std::string>& files) {
-  std::string names;
-  for (const std::string& file : files) (names += names.empty() ? "" : ", ") += file;
-  report(wizard, names + " restored. " + wizard.statusLine.sentence);
+void reportRestored(Wizard& wizard, std::size_t files) {
+  report(wizard, counted(files, "file", "files") + " restored. " + wizard.statusLine.sentence);
 }
 
 void reportNotFinished(Wizard& wizard) {

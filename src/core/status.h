@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "core/wizard.h"
 
@@ -34,6 +33,9 @@ struct ProjectRead {
 /// What just happened, and behind it what of the project is not yet on disk at this moment.
 std::string statusText(const Wizard& wizard);
 
+/// What of the project is not yet on disk, with a blank ahead of it; empty if everything is.
+std::string unwrittenSentence(const WizardState& state);
+
 /// Ahead of what entering the home has brought, values of the environment that are not used.
 void reportStart(Wizard& wizard, const std::string& notUsed);
 /// `rows` of the former directory are gone. Leaves the line as it is if there were none.
@@ -50,7 +52,7 @@ void reportRepositoryNotUsed(Wizard& wizard, const std::string& notUsed);
 /// Tables that somebody else has written, as far as Done has come.
 void reportForeignChanges(Wizard& wizard);
 /// Ahead of what entering the project anew has brought.
-void reportRestored(Wizard& wizard, const std::vector<std::string>& files);
+void reportRestored(Wizard& wizard, std::size_t files);
 /// Done has ended ahead of its time.
 void reportNotFinished(Wizard& wizard);
 

@@ -96,6 +96,7 @@ void MainView::openReview() {
   if (!review_) {
     review_ = std::make_unique<ReviewWindow>(
         setup_.wizard, codePage_, [this](const std::string& property) { showInForm(property); });
+    review_->move(frameGeometry().center() - review_->rect().center());
   }
   review_->open();
 }

@@ -2,7 +2,7 @@
 #include "desktop/review_page_view.h"
 
 #include <QEvent>
-#include <QSplitter>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include "desktop/colours.h"
@@ -34,14 +34,13 @@ ReviewPageView::ReviewPageView(const CodePage& codePage,
                                std::function<void(const std::string&)> chosen)
     : codePage_(codePage),
       heading_(new QLabel(this)),
+      halves_(new QSplitter(this)),
       groups_(new QListWidget),
       lines_(new QTreeWidget) {
-  auto* halves = new QSplitter(this);
-  halves->addWidget(groups_);
-  halves->addWidget(lines_);
-  halves->setStretchFactor(0, 1);
-  halves->setStretchFactor(1, 3);
-  halves->setChildrenCollapsible(false);
+  halves_->addWidget(groups_);
+  halves_->addWidget(lines_);
+  halves_->setStretchFactor(1, 1);
+  halves_->setChildrenCollapsible(false);
   heading_->setTextFormat(Qt::PlainText);
   heading_->setWordWrap(true);
   groups_->setAccessibleName(QStringLiteral("Files"));
@@ -50,7 +49,7 @@ ReviewPageView::ReviewPageView(const CodePage& codePage,
   lines_->setAllColumnsShowFocus(true);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(heading_);
-  layout->addWidget(halves, 1);
+  layout->addWidget(halves_, 1);
   connect(groups_, &QListWidget::currentRowChanged, this, [this] {
     fillLines();
     if (moved) moved();
@@ -113,8 +112,16 @@ void ReviewPageView::fillGroups() {
     }
     if (groups_->currentRow() < 0) groups_->setCurrentRow(0);
   }
+  makeRoomForGroups();
   fillLines();
   if (moved) moved();
+}
+
+/// They get the width of their names, as long as half of the page is left for the lines.
+void ReviewPageView::makeRoomForGroups() {
+  const int edges = 2 * groups_->frameWidth() + style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  const int wanted = std::min(groups_->sizeHintForColumn(0) + edges, width() / 2);
+  if (groups_->width() < wanted) halves_->setSizes({wanted, width() - wanted});
 }
 
 void ReviewPageView::fillLines() {

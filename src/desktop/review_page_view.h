@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QListWidget>
+#include <QSplitter>
 #include <QTreeWidget>
 #include <functional>
 #include <string>
@@ -35,6 +36,7 @@ class ReviewPageView : public QWidget {
 
  private:
   void fillGroups();
+  void makeRoomForGroups();
   void fillLines();
   QTreeWidgetItem* itemOf(const ReviewLine& line) const;
   QString shown(const std::string& text) const;
@@ -42,6 +44,7 @@ class ReviewPageView : public QWidget {
   const CodePage& codePage_;
   ReviewPage page_;
   QLabel* heading_;
+  QSplitter* halves_;
   QListWidget* groups_;
   QTreeWidget* lines_;
 };

@@ -10,7 +10,7 @@ namespace kova {
 namespace {
 
 constexpr int pause = 150;  // milliseconds behind the last act, so that typing is not slowed down
-constexpr QSize charactersAndLines(110, 28);
+constexpr QSize charactersAndLines(130, 32);
 
 }  // namespace
 

@@ -63,11 +63,28 @@ std::string joined(const std::vector<std::string>& names) {
   return text;
 }
 
+/// Null if there are several. The number of a device is what its row is known by.
+const FieldChange* onlyField(std::string_view file, const RowChange& row) {
+  const FieldChange* only = nullptr;
+  for (const FieldChange& field : row.fields) {
+    if (kindOfFile(file) == TableKind::devices && field.column == "DEVICE_NUMBER") continue;
+    if (only != nullptr) return nullptr;
+    only = &field;
+  }
+  return only;
+}
+
 ReviewLine lineOf(std::string_view file, const RowChange& row) {
   auto line = withSign<ReviewLine>(row.sign);
   const bool alsoMoved = row.moved && row.sign != Sign::moved;
   line.texts = {joined(row.names) + (alsoMoved ? " (moved)" : "")};
   line.property = propertyOf(file, row.names);
+  // A row of which there is just one thing to say has it in its own line.
+  if (const FieldChange* only = onlyField(file, row)) {
+    line.texts.front() += kindOfFile(file) == TableKind::devices ? "" : ": " + only->column;
+    line.texts.insert(line.texts.end(), {only->before, only->after});
+    return line;
+  }
   for (const FieldChange& field : row.fields) {
     auto below = withSign<ReviewLine>(row.sign);
     below.texts = {field.column, field.before, field.after};
@@ -95,14 +112,17 @@ std::vector<ReviewGroup> groupsOf(const std::vector<FileDifference>& files) {
   return groups;
 }
 
-std::string headingOf(const Preview& done, const std::vector<FileDifference>& files) {
+/// With the count of the status line.
+std::string headingOf(const Wizard& wizard, const Preview& done,
+                      const std::vector<FileDifference>& files) {
   if (!done.failure.empty()) return "Done would end with: " + done.failure;
   if (done.files.empty()) return "Done would write nothing: there is no property yet.";
   std::size_t rows = 0;
   for (const FileDifference& file : files) rows += file.rows.size();
   if (files.empty()) return "Done would change nothing: every file has these rows already.";
   return "Done would change " + counted(rows, "row", "rows") + " in " +
-         counted(files.size(), "file", "files") + " of " + done.folder + '.';
+         counted(files.size(), "file", "files") + " of " + done.folder + '.' +
+         unwrittenSentence(wizard.state);
 }
 
 ReviewLine lineOf(const ProjectReading& project, const Finding& finding) {
@@ -195,7 +215,7 @@ ReviewGroup groupOf(const Wizard& wizard, const Path& folder, const ProjectFiles
                     const BackupSet& set) {
   ReviewGroup group;
   group.name =
-      localTime(set.first) + " (" + ageText(set.last, wizard.platform.clock.unixTime()) + " ago)";
+      localTime(set.first) + ", " + ageText(set.last, wizard.platform.clock.unixTime()) + " ago";
   try {
     const auto differences =
         compareProjects(presentOf(present, set), filesOf(wizard.platform.files, folder, set));
@@ -226,7 +246,7 @@ ReviewOfDone reviewDone(const Wizard& wizard, const CodePage& codePage) {
   OverlayFiles files(wizard.platform.files);
   const Preview done = preview(wizard, files);
   const auto differences = comparePreview(wizard.platform.files, done);
-  return {.writing = {.heading = headingOf(done, differences),
+  return {.writing = {.heading = headingOf(wizard, done, differences),
                       .columns = {"Row", "Is now", "Would be"},
                       .groups = groupsOf(differences)},
           .findings = findingsPage(files, wizard.state.projectPath, codePage)};
@@ -278,7 +298,7 @@ void restoreIfWanted(Wizard& wizard, const BackupSet& set, const std::vector<std
     failure = notBegun.what();
   }
   ProjectDir_Change(wizard);
-  if (failure.empty()) return reportRestored(wizard, restored.files);
+  if (failure.empty()) return reportRestored(wizard, restored.files.size());
   tell(wizard, "Could not restore " +
                    (restored.missing.empty() ? "anything" : joined(restored.missing)) + " : " +
                    failure +
