@@ -45,7 +45,7 @@ ProjectFiles filesOf(const FileSystem& files, const Path& folder, const BackupSe
 struct Restored {
   std::vector<std::string> files;    ///< that hold what the set holds, in its order
   std::vector<std::string> kept;     ///< backups of what was there ahead of it
-  std::vector<std::string> missing;  ///< files that are as they were; empty unless it failed
+  std::vector<std::string> missing;  ///< files that are as they were, since it has failed
   std::string failure;               ///< why it ended ahead of its time
 };
 
