@@ -58,6 +58,7 @@ struct ProjectOnDisk {
   FolderStamps stamps;            ///< by which a foreign change shows
   bool backupsUnflushed = false;  ///< the entry has made backups that a power cut may still empty
   std::vector<ForeignChange> foreignChanges;  ///< that the last Done has found
+  bool notWaitedFor = false;  ///< the last Done has gone on beside a wizard that was finishing too
 };
 
 /// Rows that the disk does not hold as they are here, by table, and rows that it alone holds.

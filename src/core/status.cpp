@@ -88,6 +88,9 @@ std::string stopSentence(const FileSystem& files, const FileRead& file) {
 
 std::string foreignSentences(const WizardState& state) {
   std::string text;
+  if (state.onDisk.notWaitedFor) {
+    text += " Another wizard is finishing this project as well; it was waited for in vain.";
+  }
   for (const ForeignChange& change : state.onDisk.foreignChanges) {
     text += " What somebody else has written to " + change.file + " since is kept as " +
             change.backup + ".";

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "review/backup_sets.h"
 
+#include <algorithm>
+
 #include "project_tool/diff_text.h"
 
 namespace kova {

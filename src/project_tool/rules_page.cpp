@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The page of all rules, docs/checking.md.
+#include <sstream>
 #include <string>
 
 #include "project_tool/tool.h"
@@ -16,9 +17,25 @@ constexpr std::string_view head = R"(# What kova-project checks
 by these rules. A *note* is worth knowing, a *warning* costs something, an *error* loses rows or
 keeps them from being read. A project that the wizard has written from good input breaks none.
 
-In the examples, a byte that can't be shown here stands as its number, such as `<0A>` for an LF that
-has no CR ahead of it.
+An example shows the part of a file that matters. A byte that can't be shown here stands as its
+number, such as `<0A>` for an LF that has no CR ahead of it.
 )";
+
+constexpr std::size_t width = 100;
+
+/// A paragraph in lines of the page's width.
+std::string wrapped(const std::string& paragraph) {
+  std::string lines;
+  std::size_t column = 0;
+  std::istringstream words(paragraph);
+  for (std::string word; words >> word;) {
+    const bool fits = column + 1 + word.size() <= width;
+    if (column > 0) lines += fits ? ' ' : '\n';
+    column = (column > 0 && fits ? column + 1 : 0) + word.size();
+    lines += word;
+  }
+  return lines + '\n';
+}
 
 std::string shownByte(char character) {
   constexpr std::string_view digits = "0123456789ABCDEF";
@@ -61,7 +78,8 @@ Ending listRules(const Tool& tool) {
   for (const Rule& rule : rules()) {
     tool.out << "\n## " << rule.id << "\n\n*" << nameOf(rule.severity) << ".* " << rule.title
              << ".\n\n"
-             << rule.effect << "\n\n**What to do:** " << rule.cure << '\n';
+             << wrapped(std::string(rule.effect)) << '\n'
+             << wrapped("**What to do:** " + std::string(rule.cure));
     printExample(tool, rule.example);
   }
   return Ending::nothingFound;

@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <array>
 #include <ctime>
-#include <limits>
+#include <iterator>
 #include <map>
 #include <utility>
 
-#include "completion/replace_table.h"
+#include "completion/table_gate.h"
 #include "review/table_text.h"
 #include "tables/backup.h"
 
@@ -49,12 +49,6 @@ struct StoppedClock : Clock {
   std::int32_t unixTime() const override { return now; }
   std::int32_t now;
 };
-
-/// Whatever lies in the way of the gate is something that it has not written itself, so it is
-/// backed up.
-void passGate(Wizard& gateKeeper, const Path& file, const std::string& content) {
-  replaceTable(gateKeeper, file, [&] { replace(gateKeeper.platform.files, file, content); });
-}
 
 bool isThereAlready(const FileSystem& files, const Path& file, const std::string& content) {
   try {
@@ -141,6 +135,8 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
   StoppedClock clock(platform.clock.unixTime());
   Wizard gateKeeper({files, platform.environment, clock, platform.programs}, {});
   gateKeeper.state.projectPath = folder;
+  // Whatever it finds is something that it has not written itself, so it backs it up.
+  TableGate gate(gateKeeper);
   Restored restored;
   const auto attempt = [&](const std::string& what, const auto& act) {
     try {
@@ -151,7 +147,7 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
   };
   for (const auto& [name, content] : contents) {
     attempt(name, [&, file = path / name, &bytes = content] {
-      if (!isThereAlready(files, file, bytes)) passGate(gateKeeper, file, bytes);
+      if (!isThereAlready(files, file, bytes)) gate.replace(file, bytes);
       restored.files.push_back(name);
     });
     if (!restored.failure.empty()) break;

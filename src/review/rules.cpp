@@ -17,8 +17,8 @@ constexpr auto table = std::to_array<Rule>({
     {"unreadable-file",
      error,
      "A table can't be read",
-     "The wizard goes on as if the table were not there, and can't back it up either: the project "
-     "is not read at all, or what the table holds is missing.",
+     "What your account can't read it can't back up either, and the project is not read at all. A "
+     "table of more than 64 MiB is passed over.",
      "Make the file readable for your account, or move it away.",
      {},
      looks::unreadable},
@@ -215,8 +215,8 @@ constexpr auto table = std::to_array<Rule>({
     {"separator-in-name",
      error,
      "A name holds a separator of paths",
-     "No file and no directory can be called so: Done stops at device names of such a property, "
-     "and no project of such a server is found.",
+     "No file can be called so: Done stops at the device names of such a property, and the "
+     "directory of such a server is not one of its name.",
      "Rename it.",
      {"exports.csv", "MAGNET,MAGEQM,RAMP.START", "MAGNET,MAGEQM,A/RAMP.START",
       "MAGNET,MAGEQM, RAMP.START"},
