@@ -61,6 +61,7 @@ class OverlayFiles : public FileSystem {
   const FileSystem& below_;
   std::map<Path, Remembered> files_;
   std::set<Path> folders_;  ///< made here
+  Path lastFolder_;         ///< in which a file was created
   std::int64_t changes_ = 0;
 };
 
