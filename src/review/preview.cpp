@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "review/preview.h"
 
-#include <array>
+#include <algorithm>
 
 #include "completion/done.h"
+#include "core/project_entry.h"
 #include "review/overlay_files.h"
 
 namespace kova {
@@ -54,7 +55,7 @@ void copyState(const WizardState& from, WizardState& to) {
 
 Preview preview(const Wizard& wizard) {
   Preview result;
-  result.folder = wizard.state.projectPath;
+  result.folder = projectDirectory(wizard);
   if (wizard.state.exportCount == 0) return result;
   OverlayFiles files(wizard.platform.files);
   NoPrograms programs;
