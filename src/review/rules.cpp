@@ -8,12 +8,9 @@
 namespace kova {
 namespace {
 
-constexpr Severity note = Severity::note;
-constexpr Severity warning = Severity::warning;
-constexpr Severity error = Severity::error;
+using enum Severity;
 
 constexpr auto table = std::to_array<Rule>({
-    // Files
     {"unreadable-file",
      error,
      "A table can't be read",
@@ -82,8 +79,6 @@ constexpr auto table = std::to_array<Rule>({
      "Restore it under the name of its file, or delete it.",
      {"notes-1700000000.txt", "", "Ask for new probes\r\n", ""},
      looks::orphanBackup},
-
-    // How far the readers come
     {"reading-stops",
      error,
      "A reader stops ahead of the end of a table",
@@ -108,8 +103,6 @@ constexpr auto table = std::to_array<Rule>({
       "NUM_MODULES,DESCRIPTION\r\n",
       ""},
      looks::noRows},
-
-    // Columns and fields
     {"missing-column",
      error,
      "A column is missing",
@@ -186,8 +179,6 @@ constexpr auto table = std::to_array<Rule>({
      "Correct the number, or look for a comma too many or too few.",
      {"exports.csv", "FIELD,4,double", "FIELD,four,double", "FIELD, 4 ,double"},
      looks::textForNumber},
-
-    // Names and numbers of the export table
     {"nameless-property",
      error,
      "A property lacks a name",
@@ -256,8 +247,6 @@ constexpr auto table = std::to_array<Rule>({
      "Give all rows the number of the server's devices.",
      {"exports.csv", "READ|WRITE, 4,", "READ|WRITE, 5,", "READ|WRITE,4.0,"},
      looks::severalModuleCounts},
-
-    // What a property is
     {"unknown-format",
      warning,
      "A format that no list holds",
@@ -303,8 +292,6 @@ constexpr auto table = std::to_array<Rule>({
      {"exports.csv", "RAMP.PAUSE,0,NULL,0,NULL, 3,WRITE,4,[0:3 ]Pause current ramp,3",
       "WAIT,0,NULL,0,NULL, 3,WRITE,4,Wait,0", "RAMP.PAUSE,0,NULL,0,NULL, 9,WRITE,4,[0:3 ]Pause,3"},
      looks::incompleteProcess},
-
-    // History and alarm watches
     {"history-without-property",
      warning,
      "A history row without a property",
@@ -369,8 +356,6 @@ constexpr auto table = std::to_array<Rule>({
      "Fill in the local name and the property.",
      {"almwatch.csv", "MAGEQM,#0,STATE", ",#0,STATE", "MAGEQM,,STATE"},
      looks::namelessAlarm},
-
-    // Device names
     {"unread-devices",
      note,
      "The server's device names are not read",
