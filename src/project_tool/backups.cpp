@@ -9,7 +9,7 @@ namespace kova {
 namespace {
 
 Path folderOf(const Tool& tool, const std::string& text) {
-  const Path folder = tool.machine.files->path(text);
+  Path folder = tool.machine.files->path(text);
   if (!tool.machine.files->folderExists(folder)) throw Failure("there is no such directory");
   return folder;
 }

@@ -37,7 +37,7 @@ States sinceBackups(const Tool& tool, const Path& folder, const std::string& sta
 }
 
 Path folderOf(const Tool& tool, const std::string& directory) {
-  const Path folder = tool.machine.files->path(tool.wizardText(directory));
+  Path folder = tool.machine.files->path(tool.wizardText(directory));
   if (tool.machine.files->folderExists(folder)) return folder;
   throw Failure(directory + ": there is no such directory");
 }
