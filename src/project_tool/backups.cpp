@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "review/backup_sets.h"
 
-#include <algorithm>
-
 #include "project_tool/diff_text.h"
 
 namespace kova {
@@ -15,19 +13,9 @@ Path folderOf(const Tool& tool, const std::string& text) {
 }
 
 BackupSet chosenSet(const Tool& tool, const Path& folder, const RestoreOptions& options) {
-  auto set = findBackupSet(backupSets(*tool.machine.files, folder), options.stamp);
+  const auto set = findBackupSet(backupSets(*tool.machine.files, folder), options.stamp);
   if (!set) throw Failure("there are no backups of " + std::to_string(options.stamp));
-  if (options.files.empty()) return *set;
-  const auto isNamed = [&](const BackedUpFile& file) {
-    return std::find(options.files.begin(), options.files.end(), file.name) != options.files.end();
-  };
-  for (const std::string& name : options.files) {
-    const bool isThere = std::any_of(set->files.begin(), set->files.end(),
-                                     [&](const BackedUpFile& file) { return file.name == name; });
-    if (!isThere) throw Failure("the backups of that time hold no " + name);
-  }
-  std::erase_if(set->files, [&](const BackedUpFile& file) { return !isNamed(file); });
-  return *set;
+  return partOf(*set, options.files);
 }
 
 void printList(const Tool& tool, const char* title, const std::vector<std::string>& names) {

@@ -30,19 +30,6 @@ bool continues(const BackupSet& set, std::int32_t stamp, const std::vector<Backe
                       [&](const BackedUpFile& file) { return holds(set, file.name); });
 }
 
-std::vector<BackedUpFile> chosenFiles(const BackupSet& set, const std::vector<std::string>& names) {
-  if (names.empty()) return set.files;
-  std::vector<BackedUpFile> chosen;
-  for (const std::string& name : names) {
-    if (!holds(set, name)) throw Failure("the backups of that time hold no " + name);
-  }
-  std::copy_if(set.files.begin(), set.files.end(), std::back_inserter(chosen),
-               [&](const BackedUpFile& file) {
-                 return std::find(names.begin(), names.end(), file.name) != names.end();
-               });
-  return chosen;
-}
-
 /// All backups that a restoring makes are one set.
 struct StoppedClock : Clock {
   explicit StoppedClock(std::int32_t moment) : now(moment) {}
@@ -123,12 +110,23 @@ ProjectFiles filesOf(const FileSystem& files, const Path& folder, const BackupSe
   return tables;
 }
 
-Restored restore(const Platform& platform, std::string_view folder, const BackupSet& set,
-                 const std::vector<std::string>& names) {
+BackupSet partOf(const BackupSet& set, const std::vector<std::string>& names) {
+  if (names.empty()) return set;
+  for (const std::string& name : names) {
+    if (!holds(set, name)) throw Failure("the backups of that time hold no " + name);
+  }
+  BackupSet part = set;
+  std::erase_if(part.files, [&](const BackedUpFile& file) {
+    return std::find(names.begin(), names.end(), file.name) == names.end();
+  });
+  return part;
+}
+
+Restored restore(const Platform& platform, std::string_view folder, const BackupSet& set) {
   FileSystem& files = platform.files;
   const Path path = files.path(folder);
   std::vector<std::pair<std::string, std::string>> contents;
-  for (const BackedUpFile& file : chosenFiles(set, names)) {
+  for (const BackedUpFile& file : set.files) {
     contents.emplace_back(file.name,
                           naming(file.backup, [&] { return files.read(path / file.backup); }));
   }

@@ -29,7 +29,8 @@ class BackupSets : public testing::Test {
 
   std::vector<BackupSet> sets() const { return backupSets(*files, Path{folder.path("P")}); }
   Restored bringBack(FileSystem& disk, const std::vector<std::string>& names = {}) {
-    return restore({disk, environment, clock, programs}, folder.path("P"), sets().back(), names);
+    return restore({disk, environment, clock, programs}, folder.path("P"),
+                   partOf(sets().back(), names));
   }
 
   test::TemporaryFolder folder;
