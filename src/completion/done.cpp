@@ -17,8 +17,6 @@
 namespace kova {
 namespace {
 
-constexpr const char* serverDevicesFile = "devices.csv";
-
 /// A writer has failed: the file stays as it was and the sequence ends.
 class WritingFailed : public Failure {
  public:
@@ -76,7 +74,7 @@ struct Finishing {
     copy(std::string(historyFileName));
     copy(std::string(alarmFileName));
     if (state.deviceNamesDefined) {
-      state.onDisk.deviceNames = writeDevices(serverDevicesFile, state.deviceNames);
+      state.onDisk.deviceNames = writeDevices(std::string(serverDevicesFile), state.deviceNames);
     }
     for (std::int16_t i = 0; i < state.exportCount; ++i) {
       PropertyRecord& row = exportRow(wizard, i);
@@ -221,6 +219,7 @@ void Command1_Click(Wizard& wizard) {
     reportNotFinished(wizard);
     return tell(wizard, failure.what());
   }
+  reportAllWritten(wizard);
   startGenerators(wizard);
   quitApplication(wizard);
 }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "wizard/focus_sentence.h"
 
+#include "completion/done_sentence.h"
 #include "core/status.h"
+#include "editing/commit.h"
 #include "editing/field_warnings.h"
 
 namespace kova {
@@ -14,18 +16,41 @@ bool leadsToDirectory(const Wizard& wizard, const TextField& field) {
          !wizard.state.homeDrive.empty();
 }
 
+/// What of the form is not in the tables.
+std::string formSentence(const Wizard& wizard) {
+  const std::string& name = wizard.form.PropertyName.text();
+  if (name.empty()) return {};
+  const std::int16_t index = findPropertyIndex(wizard, name);
+  if (index >= wizard.state.exportCount) {
+    return " " + name + " stands in the form only and is not part of it.";
+  }
+  const PropertyRecord& row = wizard.state.exportTable[static_cast<std::size_t>(index)];
+  if (!formDiffersFrom(wizard, row)) return {};
+  return " The form differs from " + name + " and is not part of it.";
+}
+
+std::string processSentence(const Wizard& wizard, const TextField& field) {
+  const Form1& form = wizard.form;
+  if (&field != &form.PropertyName || !form.ProcessCheck.ticked()) return {};
+  return "Add would make a process of five rows.";
+}
+
+std::string joined(const std::string& one, const std::string& other) {
+  return one.empty() || other.empty() ? one + other : one + ' ' + other;
+}
+
 std::string fieldSentence(const Wizard& wizard, const TextField& field) {
-  std::string text = fieldWarning(wizard, field);
-  if (!leadsToDirectory(wizard, field)) return text;
-  const std::string drops = dropWarning(wizard.state);
-  return text.empty() || drops.empty() ? text + drops : text + ' ' + drops;
+  const std::string text = joined(fieldWarning(wizard, field), processSentence(wizard, field));
+  return leadsToDirectory(wizard, field) ? joined(text, dropWarning(wizard.state)) : text;
 }
 
 }  // namespace
 
 std::string focusSentence(const Wizard& wizard, const ControlPointer& control) {
   if (const auto* field = std::get_if<TextField*>(&control)) return fieldSentence(wizard, **field);
-  return {};
+  const auto* button = std::get_if<CommandButton*>(&control);
+  if (button == nullptr || *button != &wizard.form.Command1) return {};
+  return doneSentence(wizard) + (wizard.state.exportCount > 0 ? formSentence(wizard) : "");
 }
 
 }  // namespace kova

@@ -76,9 +76,11 @@ TEST_F(Status, RowsOfAllTablesCount) {
 
   form.EditCmd.click();
   form.EditCmd.click();
-  EXPECT_EQ(shown,
-            "Property P replaced. 1 property, 1 history row, 3 alarm watch rows, 4 device names "
-            "not yet written.");
+  EXPECT_EQ(
+      shown,
+      "Property P replaced. It has a further alarm watch row; the former ones stay. 1 property, "
+      "1 history row, 3 alarm watch rows, 4 device names "
+      "not yet written.");
 }
 
 TEST_F(Status, NamesThatDoneWouldNotWriteDoNotCount) {
@@ -113,7 +115,7 @@ TEST_F(Status, AProjectThatWasReadCountsWhereItDiffers) {
 TEST_F(Status, RemovalsCountUnlessTheDiskNeverHeldTheRow) {
   type(form.ExportName, "MAGNET");
   remove(0);
-  EXPECT_EQ(shown, "Property FIELD removed. 1 removal not yet written.");
+  EXPECT_EQ(shown, "Property FIELD removed: Add puts it back. 1 removal not yet written.");
   remove(0);
   EXPECT_EQ(shown, "Property STATE removed. 2 removals not yet written.");
 
@@ -210,7 +212,7 @@ TEST_F(Status, AnEntryTellsWhatItDroppedAndWhatItCouldNotRead) {
   type(form.ExportName, "MAGNET");
   type(form.ExportName, "MAGNETS");
   EXPECT_EQ(shown,
-            "3 rows dropped by the change of directory. Project read: 3 properties, 0 history "
+            "Project read: 3 properties, 0 history "
             "rows, 0 alarm watch rows, 3 device names; 3 backups made. history.csv can't be read: "
             "Is a directory. Reading almwatch.csv stopped at line 2: 99999999999 is outside "
             "-2147483648 to 2147483647.");
@@ -220,7 +222,9 @@ TEST_F(Status, ADirectoryThatIsLeftCountsNoMore) {
   type(form.ExportName, "MAGNET");
   remove(0);
   type(form.ExportName, "MAGNETS");
-  EXPECT_EQ(shown, "2 rows dropped by the change of directory. 4 device names not yet written.")
+  EXPECT_EQ(
+      shown,
+      "1 unwritten removal dropped by the change of directory. 4 device names not yet written.")
       << "the names go along to the next server";
 
   type(form.ExportName, "MAGNET");
