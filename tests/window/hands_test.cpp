@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the toolkit does with hands otherwise than an engineer means it.
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
@@ -211,6 +212,22 @@ TEST_F(Hands, TheListGoesOnWhereALineWasRemoved) {
   form.RemoveProperty.click();
   desk.key("Down");
   EXPECT_EQ(form.PropertyList.selectedIndex(), 4) << "it was the last line";
+}
+
+TEST_F(Hands, AMessageTakesAnyTextOfATableAtOnce) {
+  const MessageBox ask = messageBoxes(desk.view, page, "Wizard");
+  for (const char* piece : {"x", "ab "}) {
+    const QByteArray text = QByteArray(piece).repeated(32767).left(32767);
+    QElapsedTimer time;
+    desk.soon([&] {
+      EXPECT_LT(time.elapsed(), 100);
+      QWidget* box = QApplication::activeModalWidget();
+      EXPECT_TRUE(QTest::qWaitFor([&] { return box->isActiveWindow(); }));
+      desk.key("Escape");
+    });
+    time.start();
+    ask({.text = text.toStdString(), .buttons = Buttons::okCancel});
+  }
 }
 
 }  // namespace
