@@ -13,6 +13,9 @@ namespace kova {
 /// Fills the four drop-down lists and the table names, and selects the first choices.
 void fillCombos(Wizard& wizard);
 
+/// The letters a to z in their upper case.
+std::string upperCase(std::string_view text);
+
 /// Short form of the code that a name stands for, case ignored, 255 if there is none.
 std::uint8_t formatFromString(std::string_view name);
 

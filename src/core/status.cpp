@@ -9,18 +9,23 @@ std::string counted(std::size_t number, std::string_view singular, std::string_v
   return std::to_string(number) + " " + std::string(number == 1 ? singular : plural);
 }
 
-std::string unwrittenSentence(const WizardState& state) {
-  const Unwritten unwritten = findUnwritten(state);
+/// "2 properties, 1 removal"; empty if there is nothing.
+std::string listed(const Unwritten& unwritten) {
   std::string text;
   const auto count = [&](std::size_t number, std::string_view singular, std::string_view plural) {
-    if (number > 0) text += (text.empty() ? " " : ", ") + counted(number, singular, plural);
+    if (number > 0) text += (text.empty() ? "" : ", ") + counted(number, singular, plural);
   };
   count(unwritten.properties, "property", "properties");
   count(unwritten.historyRows, "history row", "history rows");
   count(unwritten.alarmRows, "alarm watch row", "alarm watch rows");
   count(unwritten.deviceNames, "device name", "device names");
   count(unwritten.removals, "removal", "removals");
-  return text.empty() ? text : text + " not yet written.";
+  return text;
+}
+
+std::string unwrittenSentence(const WizardState& state) {
+  const std::string text = listed(findUnwritten(state));
+  return text.empty() ? text : " " + text + " not yet written.";
 }
 
 void report(Wizard& wizard, const std::string& sentence) {
@@ -88,6 +93,9 @@ std::string stopSentence(const FileSystem& files, const FileRead& file) {
 
 std::string foreignSentences(const WizardState& state) {
   std::string text;
+  if (state.onDisk.notWaitedFor) {
+    text += " Another wizard is finishing this project as well; it was waited for in vain.";
+  }
   for (const ForeignChange& change : state.onDisk.foreignChanges) {
     text += " What somebody else has written to " + change.file + " since is kept as " +
             change.backup + ".";
@@ -99,6 +107,11 @@ std::string foreignSentences(const WizardState& state) {
 
 std::string statusText(const Wizard& wizard) {
   return wizard.statusLine.sentence + unwrittenSentence(wizard.state);
+}
+
+std::string dropWarning(const WizardState& state) {
+  const std::string text = listed(findDroppable(state));
+  return text.empty() ? text : "A change here drops " + text + " not yet written.";
 }
 
 void reportStart(Wizard& wizard, const std::string& notUsed) {

@@ -33,6 +33,9 @@ struct ProjectRead {
 /// What just happened, and behind it what of the project is not yet on disk at this moment.
 std::string statusText(const Wizard& wizard);
 
+/// What a change of directory would drop at this moment; empty if nothing is unwritten.
+std::string dropWarning(const WizardState& state);
+
 /// Ahead of what entering the home has brought, values of the environment that are not used.
 void reportStart(Wizard& wizard, const std::string& notUsed);
 /// `rows` of the former directory are gone. Leaves the line as it is if there were none.

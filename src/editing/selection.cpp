@@ -107,7 +107,7 @@ class Filling {
       PropertyRecord& property = row();
       if (property.hasDeviceList) return;
       const ReadResult read = ReadDevicesFile(wizard_.platform.files, wizard_.state.projectPath,
-                                              property.propertyName + "-names.csv",
+                                              namesFile(property.propertyName),
                                               form_.NumDevices.text(), property.devices);
       if (read.rows < 1) return;
       property.hasDeviceList = true;

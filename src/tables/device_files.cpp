@@ -47,6 +47,10 @@ bool store(DeviceNames& devNames, std::int16_t number, std::string_view name, st
 
 }  // namespace
 
+std::string namesFile(std::string_view propertyName) {
+  return std::string(propertyName) + "-names.csv";
+}
+
 Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name) {
   if (name.find(pathSeparator) != std::string_view::npos) {
     throw Failure("The name holds a \"" + std::string(1, pathSeparator) + '"');
@@ -95,15 +99,13 @@ std::int16_t UpdateDevicesFile(std::string_view panelText, DeviceNames& devNames
                                         : static_cast<std::int16_t>(devNames.size());
 }
 
-void WriteDevicesFile(FileSystem& files, std::string_view folder, std::string_view devFileName,
-                      DeviceNames& devNames) {
-  const Path file = fileInFolder(files, folder, devFileName);
+void WriteDevicesFile(const ReplaceFile& replace, const Path& file, DeviceNames& devNames) {
   std::string content = csvLine(std::array{std::string(numberTag), std::string(nameTag)});
   for (std::size_t index = 0; index < devNames.size(); ++index) {
     if (devNames[index].empty()) devNames[index] = displayName(devNames, index);
     content += csvLine(std::array{numberText(index), devNames[index]});
   }
-  replace(files, file, content);
+  replace(file, content);
 }
 
 std::string displayName(const DeviceNames& devNames, std::size_t index) {

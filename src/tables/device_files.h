@@ -15,6 +15,9 @@ namespace kova {
 /// never been sized.
 using DeviceNames = std::vector<std::string>;
 
+/// Bare name of the file with the device names of one property.
+std::string namesFile(std::string_view propertyName);
+
 /// Path of a file that lies directly in `folder`. Throws Failure if `name` holds a separator and so
 /// names a file elsewhere.
 Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name);
@@ -32,8 +35,7 @@ std::int16_t UpdateDevicesFile(std::string_view panelText, DeviceNames& devNames
 
 /// Writes the names and stores the default name of each empty entry in the array as well. Throws
 /// Failure; the file on disk is then as it was.
-void WriteDevicesFile(FileSystem& files, std::string_view folder, std::string_view devFileName,
-                      DeviceNames& devNames);
+void WriteDevicesFile(const ReplaceFile& replace, const Path& file, DeviceNames& devNames);
 
 /// Name by which entry `index` is shown and written: the entry, or "Device" and its number.
 std::string displayName(const DeviceNames& devNames, std::size_t index);

@@ -189,7 +189,7 @@ TEST_F(Status, EachDoneTellsOnceWhatSomebodyElseHasWritten) {
   form.Command1.click();
   EXPECT_EQ(shown,
             "The project is not finished. What somebody else has written to exports.csv since is "
-            "kept as exports-1700000000.csv. 1 device name not yet written.")
+            "kept as exports-1700000001.csv. 1 device name not yet written.")
       << "Done has named the device without a name";
   form.Command1.click();
   EXPECT_EQ(shown, "The project is not finished. 1 device name not yet written.");
@@ -200,7 +200,7 @@ TEST_F(Status, EachDoneTellsOnceWhatSomebodyElseHasWritten) {
   EXPECT_TRUE(engineer.ended);
   EXPECT_EQ(statusText(wizard),
             "What somebody else has written to exports.csv since is kept as "
-            "exports-1700000000.csv.");
+            "exports-1700000002.csv.");
 }
 
 TEST_F(Status, AnEntryTellsWhatItDroppedAndWhatItCouldNotRead) {

@@ -54,6 +54,9 @@ class TableFiles : public ::testing::Test {
   CodePage page = CodePage::windows1252();
   std::unique_ptr<FileSystem> files = posixFileSystem(page);
   Path file{folder.path("t.csv")};
+  ReplaceFile put = [&](const Path& target, std::string_view content) {
+    replace(*files, target, content);
+  };
   HistoryTable history{static_cast<std::size_t>(tableRows)};
   AlarmTable alarms{static_cast<std::size_t>(tableRows)};
   std::int16_t historyCount = 0;
@@ -79,12 +82,12 @@ TEST_F(TableFiles, ExportRowsComeBackByteForByte) {
 TEST_F(TableFiles, HistoryRowsComeBackAndTheFormIsAdded) {
   const std::string added = ",MYSRV,MYSRVL,RAMP,#1, 2,short, 5, 6, 7,1, 8, 9\r\n";
   EXPECT_FALSE(readHistory(historyHeader + historyRow).stop);
-  WriteHistoryFile(*files, file, history, historyCount, form);
+  WriteHistoryFile(put, file, history, historyCount, form);
   EXPECT_EQ(folder.read("t.csv"), historyHeader + historyRow + " 2" + added);
 
-  WriteHistoryFile(*files, file, history, 0, form);
+  WriteHistoryFile(put, file, history, 0, form);
   form.archiveRate.clear();
-  EXPECT_THROW(WriteHistoryFile(*files, file, history, 0, form), Failure);
+  EXPECT_THROW(WriteHistoryFile(put, file, history, 0, form), Failure);
   EXPECT_EQ(folder.read("t.csv"), historyHeader + " 0" + added);
 }
 
@@ -123,24 +126,24 @@ TEST_F(TableFiles, HistoryLimits) {
   EXPECT_EQ(historyCount, 1);
   readHistory("INDEX\r32767");
   EXPECT_EQ(failing([&] { appendHistory(); }), FormValue::historyIndex);
-  EXPECT_THROW(WriteHistoryFile(*files, file, history, 1, form), Failure);
+  EXPECT_THROW(WriteHistoryFile(put, file, history, 1, form), Failure);
 }
 
 TEST_F(TableFiles, AlarmRowsComeBack) {
   EXPECT_FALSE(readAlarms(alarmHeader + alarmRow + "\r\n,#0,P\r\nL\r\n").stop);
   EXPECT_EQ(alarmCount, 1);
-  WriteAlarmWatchFile(*files, file, alarms, alarmCount);
-  WriteAlarmWatchFile(*files, file, alarms, 0);
+  WriteAlarmWatchFile(put, file, alarms, alarmCount);
+  WriteAlarmWatchFile(put, file, alarms, 0);
   EXPECT_EQ(folder.read("t.csv"), alarmHeader + alarmRow);
 }
 
 TEST_F(TableFiles, AColumnThatAForeignAlarmTableLacksLeavesWhatTheRowHeld) {
   readAlarms(alarmHeader + alarmRow);
   readAlarms("LOCAL_NAME,DEVICE,PROPERTY,SIZE,FORMAT,SEVERITY,ALARMSYSTEM\rL,D,P,2,F,3,4");
-  WriteAlarmWatchFile(*files, file, alarms, alarmCount);
+  WriteAlarmWatchFile(put, file, alarms, alarmCount);
   EXPECT_EQ(folder.read("t.csv"), alarmHeader + "L,D,P, 2,F, 3, 4, 40.5,-3, 0, .25,0,0\r\n");
   readAlarms("local name,LOCALNAME,property\rL,M,P");
-  WriteAlarmWatchFile(*files, file, alarms, alarmCount);
+  WriteAlarmWatchFile(put, file, alarms, alarmCount);
   EXPECT_EQ(folder.read("t.csv"), alarmHeader + "L,,P, 0,, 0, 0, 40.5,-3, 0, .25,0,0\r\n");
 }
 
