@@ -235,6 +235,13 @@ void FormWidgets::setTabOrder() {
   }
 }
 
+std::optional<ControlPointer> FormWidgets::control(const QWidget* widget) const {
+  for (const DesignedControl& one : controls_) {
+    if (shown_.at(one.design->name).widget == widget) return one.control;
+  }
+  return std::nullopt;
+}
+
 QWidget* FormWidgets::firstInTabOrder() const {
   const auto found = std::find_if(tabOrder_.begin(), tabOrder_.end(),
                                   [this](QWidget* shown) { return shown->isEnabledTo(&window_); });

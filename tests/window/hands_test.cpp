@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // What the toolkit does with hands otherwise than an engineer means it.
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <ctime>
 #include <filesystem>
 
 #include "desktop/message_boxes.h"
@@ -218,14 +218,14 @@ TEST_F(Hands, AMessageTakesAnyTextOfATableAtOnce) {
   const MessageBox ask = messageBoxes(desk.view, page, "Wizard");
   for (const char* piece : {"x", "ab "}) {
     const QByteArray text = QByteArray(piece).repeated(32767).left(32767);
-    QElapsedTimer time;
+    std::clock_t start = 0;  // of what the process uses, whatever else the machine has to do
     desk.soon([&] {
-      EXPECT_LT(time.elapsed(), 100);
+      EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC / 10);
       QWidget* box = QApplication::activeModalWidget();
       EXPECT_TRUE(QTest::qWaitFor([&] { return box->isActiveWindow(); }));
       desk.key("Escape");
     });
-    time.start();
+    start = std::clock();
     ask({.text = text.toStdString(), .buttons = Buttons::okCancel});
   }
 }
