@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the toolkit does with hands otherwise than an engineer means it.
 #include <QClipboard>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
@@ -228,6 +229,18 @@ TEST_F(Hands, AMessageTakesAnyTextOfATableAtOnce) {
     start = std::clock();
     ask({.text = text.toStdString(), .buttons = Buttons::okCancel});
   }
+}
+
+TEST_F(Hands, TheReasonOfAMarkStandsInTheStatusLineWhileItsFieldHasTheFocus) {
+  const auto* line = desk.view.findChild<QLabel*>(QStringLiteral("statusLine"));
+  const QString last = line->text();
+  const QString tip = desk.widget("PropertyName").toolTip();
+  desk.write("PropertyName", "A,B");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return line->text().startsWith("The comma moves"); }));
+  EXPECT_EQ(desk.widget("PropertyName").toolTip(), tip);
+  EXPECT_TRUE(desk.widget("PropertyName").accessibleDescription().endsWith(line->text()));
+  desk.click("Units");
+  EXPECT_EQ(line->text(), last);
 }
 
 }  // namespace
