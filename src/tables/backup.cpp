@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <limits>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -59,8 +58,8 @@ class Walk {
 
   void copy(const std::string& name) {
     const Path file = directory_ / name;
+    const Path backup = directory_ / backupName(name, clock_.unixTime());
     try {
-      const Path backup = placeFor(name);
       // Looked at ahead of the copy, so that a change in between shows as one.
       if (const auto stamp = files_.stamp(file)) {
         result_.stamps.emplace_hint(result_.stamps.end(), name, *stamp);
@@ -84,24 +83,6 @@ class Walk {
       } catch (const Failure&) {
         continue;  // the others can go all the same
       }
-    }
-  }
-
-  // Of this second, unless another wizard has put something else there: Done keeps what it replaces
-  // under such names, and nowhere else.
-  Path placeFor(const std::string& name) const {
-    for (std::int32_t stamp = clock_.unixTime();; ++stamp) {
-      Path backup = directory_ / backupName(name, stamp);
-      if (!files_.fileExists(backup) || holdAlike(directory_ / name, backup)) return backup;
-      if (stamp == std::numeric_limits<std::int32_t>::max()) throw Failure("no name is free");
-    }
-  }
-
-  bool holdAlike(const Path& file, const Path& backup) const {
-    try {
-      return files_.read(file) == files_.read(backup);
-    } catch (const Failure&) {
-      return false;
     }
   }
 
