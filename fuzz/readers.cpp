@@ -21,13 +21,16 @@ constexpr const char* table = "t.csv";
 /// Reads the table and writes it anew. False if the reader stopped on its way.
 bool rewrite(FileSystem& files, const std::string& folder, int kind) {
   const Path file = fileInFolder(files, folder, table);
+  const ReplaceFile put = [&](const Path& target, std::string_view content) {
+    replace(files, target, content);
+  };
   ReadResult result;
   std::int16_t count = 0;
   if (kind == 0) {
     std::string rows = exportHeaderLine();
     result = readExportTable(
         files, file, [&](const PropertyRecord& row) { rows += exportDataLine(row, count++); });
-    replace(files, file, rows);
+    put(file, rows);
   } else if (kind == 1) {
     HistoryTable rows(static_cast<std::size_t>(tableRows));
     result = ReadHistoryFile(files, file, rows, count);
@@ -36,15 +39,15 @@ bool rewrite(FileSystem& files, const std::string& folder, int kind) {
     form.exportName = rows[0].exportName;
     form.localName = rows[0].localName;
     form.propertyName = rows[0].propertyName;
-    if (count > 0) WriteHistoryFile(files, file, rows, count, form);
+    if (count > 0) WriteHistoryFile(put, file, rows, count, form);
   } else if (kind == 2) {
     AlarmTable rows(static_cast<std::size_t>(tableRows));
     result = ReadAlarmWatchFile(files, file, rows, count);
-    WriteAlarmWatchFile(files, file, rows, count);
+    WriteAlarmWatchFile(put, file, rows, count);
   } else {
     DeviceNames names(1);
     result = ReadDevicesFile(files, folder, table, "5", names);
-    WriteDevicesFile(files, folder, table, names);
+    WriteDevicesFile(put, file, names);
   }
   return !result.stop;
 }

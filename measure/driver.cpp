@@ -1,29 +1,54 @@
 // SPDX-License-Identifier: MIT
-// The wizard in a process of its own, driven by acts from standard input: each line is an act of
-// the tests' engineer, or "ready", which is answered. What was said is on standard output.
+// The wizard in a process of its own, driven by acts from standard input: each line is an act,
+// "ready", which is answered, or "calls", which tells the system calls since the last one: name,
+// path and, in hexadecimal, what else was given, between tabs. What was said is on standard output.
+#include <algorithm>
 #include <exception>
 #include <iostream>
-#include <regex>
+#include <utility>
 
+#include "acts.h"
 #include "core/status.h"
+#include "reliability/system_calls.h"
 #include "support/engineer.h"
 
 namespace kova {
 namespace {
 
+std::string hexadecimal(const std::string& bytes) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string text;
+  for (const char byte : bytes) {
+    text += digits[static_cast<unsigned char>(byte) >> 4U];
+    text += digits[static_cast<unsigned char>(byte) & 15U];
+  }
+  return text;
+}
+
+void tellCalls() {
+  for (const auto& call : std::exchange(test::systemCalls().made, {})) {
+    if (!call.done) continue;
+    std::cout << call.name << '\t' << call.path << '\t' << hexadecimal(call.with) << '\n';
+  }
+}
+
 void drive(const std::string& home) {
+  test::systemCalls() = {.folder = home, .flushes = true};
   test::Engineer engineer(home);
   engineer.start();
   for (std::string line; std::getline(std::cin, line);) {
     if (line == "ready") {
       std::cout << line << std::endl;
-    } else if (const std::string wrong = engineer.carryOut(line); !wrong.empty()) {
+    } else if (line == "calls") {
+      tellCalls();
+    } else if (const std::string wrong = measure::carryOut(engineer, line); !wrong.empty()) {
       std::cout << "wrong " << line << ": " << wrong << "\n";
     }
   }
-  static const std::regex lineEnd("[\r\n]+");
-  for (const std::string& message : engineer.messages) {
-    std::cout << "said " << std::regex_replace(message, lineEnd, " ") << "\n";
+  for (std::string message : engineer.messages) {
+    std::erase(message, '\r');
+    std::replace(message.begin(), message.end(), '\n', ' ');
+    std::cout << "said " << message << "\n";
   }
   std::cout << "status " << statusText(engineer.program.wizard) << "\n";
   if (engineer.ended) std::cout << "ended\n";

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "desktop/main_view.h"
+#include "review/differences.h"
 #include "support/engineer.h"
 
 namespace kova::measure {
@@ -197,6 +198,15 @@ void measureSelect(Desk& desk, BareForm& bare, const std::array<std::int32_t, 2>
   measure("select/floor", settle, [&bare, turn]() mutable { bare.show(turn()); });
 }
 
+void measurePreview(Desk& desk) {
+  const Wizard& wizard = desk.engineer.program.wizard;
+  measure(
+      "preview", [] {}, [&wizard] { benchmark::DoNotOptimize(preview(wizard)); });
+  measure(
+      "preview/differences", [] {},
+      [&wizard] { comparePreview(wizard.platform.files, preview(wizard)); });
+}
+
 void measureAll(const std::string& folder) {
   std::vector<std::unique_ptr<Desk>> desks;
   const auto desk = [&](const std::string& home, bool withWindow) -> Desk& {
@@ -208,6 +218,7 @@ void measureAll(const std::string& folder) {
     const std::string kind = withWindow ? "/window" : "";
     Desk& whole = desk("1001", withWindow);
     measureTyping("entry/1001" + kind, whole, "BENC", "BENCH");
+    if (!withWindow) measurePreview(desk("1001", false));
     measureTyping("keystroke" + kind, whole, "BENCH", "BENCHX");
     measureAdd("10", desk("9", withWindow), kind);
     measureAdd("1000", desk("999", withWindow), kind);

@@ -6,7 +6,8 @@
 
 #include "completion/export_file.h"
 #include "completion/generators.h"
-#include "completion/replace_table.h"
+#include "completion/names_files.h"
+#include "completion/table_gate.h"
 #include "core/environment_values.h"
 #include "core/form_texts.h"
 #include "core/program_end.h"
@@ -16,8 +17,6 @@
 namespace kova {
 namespace {
 
-constexpr const char* serverDevicesFile = "devices.csv";
-
 /// A writer has failed: the file stays as it was and the sequence ends.
 class WritingFailed : public Failure {
  public:
@@ -25,13 +24,16 @@ class WritingFailed : public Failure {
 };
 
 /// Folder of this server in the repository, with a trailing separator; empty if there is no
-/// repository.
+/// repository or if the server has no local name, without which it has no folder there.
 std::string repositoryPathOf(Wizard& wizard) {
+  const std::string& localName = wizard.state.exportTable.front().localName;
+  if (localName.empty()) return {};
   auto [root, notUsed] = repositoryRoot(wizard.platform.environment);
-  if (!notUsed.empty()) reportRepositoryNotUsed(wizard, notUsed);
+  wizard.state.onDisk.repositoryNotUsed = notUsed;
+  if (!notUsed.empty()) reportRepositoryNotUsed(wizard);
   if (root.empty()) return {};
   if (root.back() != pathSeparator) root += pathSeparator;
-  return root + wizard.state.exportTable.front().localName + pathSeparator;
+  return root + localName + pathSeparator;
 }
 
 bool isToBeUpdated(const Wizard& wizard, const std::string& repositoryPath) {
@@ -45,8 +47,8 @@ bool isToBeUpdated(const Wizard& wizard, const std::string& repositoryPath) {
 
 /// The local name names a folder of the repository.
 bool namesFolder(const std::string& localName) {
-  return !localName.empty() && localName != "." && localName != ".." &&
-         localName.find(pathSeparator) == std::string::npos;
+  return localName != "." && localName != ".." &&
+         localName.find_first_of({pathSeparator, '\0'}) == std::string::npos;
 }
 
 void couldNotCopy(const Wizard& wizard, const std::string& source, const std::string& dest,
@@ -59,10 +61,13 @@ struct Finishing {
   Wizard& wizard;
   const std::string repositoryPath;
   bool writeRepository = false;
+  TableGate gate{wizard};
   std::size_t done = 0;  ///< files
 
   void run() {
     WizardState& state = wizard.state;
+    checkNames();
+    flushBackups();
     writeExports();
     writeHistory();
     writeAlarms();
@@ -70,23 +75,29 @@ struct Finishing {
     copy(std::string(historyFileName));
     copy(std::string(alarmFileName));
     if (state.deviceNamesDefined) {
-      state.onDisk.deviceNames = writeDevices(serverDevicesFile, state.deviceNames);
+      state.onDisk.deviceNames = writeDevices(std::string(serverDevicesFile), state.deviceNames);
     }
     for (std::int16_t i = 0; i < state.exportCount; ++i) {
       PropertyRecord& row = exportRow(wizard, i);
       if (!row.hasDeviceList) continue;
       state.onDisk.nameLists[row.propertyName] =
-          writeDevices(row.propertyName + "-names.csv", row.devices);
+          writeDevices(namesFile(row.propertyName), row.devices);
     }
-    write(state.projectPath, [&] { files().flushFolder(pathOf("")); });
+    write(projectDirectory(wizard), [&] { files().flushFolder(pathOf("")); });
+    flushRepository();
   }
 
  private:
   FileSystem& files() const { return wizard.platform.files; }
+  const std::string& localName() const { return wizard.state.exportTable.front().localName; }
   std::string fileName(std::string_view name) const { return projectFile(wizard, name); }
   /// Throws Failure for a name that leads out of the directory.
   Path pathOf(std::string_view name) const {
     return fileInFolder(files(), wizard.state.projectPath, name);
+  }
+
+  [[noreturn]] static void couldNotWrite(const std::string& name, const std::string& why) {
+    throw WritingFailed("Could not write " + name + " : " + why);
   }
 
   /// Runs one writer. `name` is the bare name of its file.
@@ -94,28 +105,56 @@ struct Finishing {
     try {
       writer();
     } catch (const Failure& failure) {
-      throw WritingFailed("Could not write " + name + " : " + failure.what());
+      couldNotWrite(name, failure.what());
     }
   }
 
-  /// Runs the writer of a whole file; what somebody else wrote there is kept.
-  void writeTable(const std::string& name, const std::function<void()>& writer) {
-    write(name, [&] { replaceTable(wizard, pathOf(name), writer); });
+  /// Nothing is written if something can't be.
+  void checkNames() {
+    std::optional<UnwritableFile> file;
+    write(projectDirectory(wizard), [&] { file = findUnwritableNamesFile(wizard, pathOf("")); });
+    if (file) couldNotWrite(file->name, file->why);
+  }
+
+  void flushBackups() {
+    ProjectOnDisk& disk = wizard.state.onDisk;
+    if (!disk.backupsUnflushed) return;
+    write(wizard.state.exportsFileName, [&] { files().flushAll(pathOf("")); });
+    disk.backupsUnflushed = false;
+  }
+
+  void flushRepository() {
+    if (!writeRepository || !namesFolder(localName())) return;
+    const Path folder = files().path(repositoryPath);
+    if (!files().folderExists(folder)) return;
+    try {
+      files().flushFolder(folder);
+    } catch (const Failure& failure) {
+      couldNotCopy(wizard, wizard.state.projectPath, repositoryPath, failure.what());
+    }
+  }
+
+  /// Runs the writer of a whole file.
+  void writeTable(const std::string& name,
+                  const std::function<void(const ReplaceFile&, const Path&)>& writer) {
+    const ReplaceFile replace = [&](const Path& table, std::string_view content) {
+      gate.replace(table, content);
+    };
+    write(name, [&] { writer(replace, pathOf(name)); });
     countFile();
   }
 
   void writeExports() {
     const std::string& name = wizard.state.exportsFileName;
-    write(name, [&] { writeExportRows(wizard, pathOf(name)); });
+    write(name, [&] { writeExportRows(wizard, gate, pathOf(name)); });
     countFile();
   }
 
   void writeHistory() {
     WizardState& state = wizard.state;
     if (!state.historyInUse) return;
-    writeTable(std::string(historyFileName), [&] {
-      WriteHistoryFile(files(), pathOf(historyFileName), state.historyTable, state.historyCount,
-                       historyForm(wizard));
+    writeTable(std::string(historyFileName), [&](const auto& replace, const Path& file) {
+      WriteHistoryFile(replace, file, state.historyTable, state.historyCount, historyForm(wizard));
     });
     state.onDisk.historyRows = state.historyCount;
   }
@@ -123,21 +162,23 @@ struct Finishing {
   void writeAlarms() {
     WizardState& state = wizard.state;
     if (state.alarmCount < 1) return;
-    writeTable(std::string(alarmFileName), [&] {
-      WriteAlarmWatchFile(files(), pathOf(alarmFileName), state.alarmTable, state.alarmCount);
+    writeTable(std::string(alarmFileName), [&](const auto& replace, const Path& file) {
+      WriteAlarmWatchFile(replace, file, state.alarmTable, state.alarmCount);
     });
     state.onDisk.alarmRows = state.alarmCount;
   }
 
   PackedTexts writeDevices(const std::string& name, DeviceNames& devNames) {
-    writeTable(name, [&] { WriteDevicesFile(files(), wizard.state.projectPath, name, devNames); });
+    writeTable(name, [&](const auto& replace, const Path& file) {
+      WriteDevicesFile(replace, file, devNames);
+    });
     copy(name);
     return PackedTexts(devNames);
   }
 
   void copy(const std::string& name) {
     if (!writeRepository) return;
-    if (namesFolder(wizard.state.exportTable.front().localName)) {
+    if (namesFolder(localName())) {
       copyCsvFile(wizard, fileName(name), repositoryPath);
     } else if (files().fileExists(pathOf(name))) {
       couldNotCopy(wizard, fileName(name), repositoryPath,
@@ -168,13 +209,16 @@ bool writeProject(Wizard& wizard, const std::optional<std::string>& repositoryPa
   putHeader(wizard, projectFile(wizard, wizard.state.exportsFileName));
   if (!wizard.state.exportStream) return false;
   wizard.state.onDisk.foreignChanges.clear();
+  wizard.state.onDisk.notWaitedFor = false;
   try {
     Finishing{wizard, repositoryPath.value_or(std::string()), repositoryPath.has_value()}.run();
   } catch (const WritingFailed& failure) {
+    wizard.state.exportStream.reset();
     reportNotFinished(wizard);
     tell(wizard, failure.what());
     return false;
   }
+  reportAllWritten(wizard);
   return true;
 }
 

@@ -1,20 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "completion/export_file.h"
 
-#include <algorithm>
-#include <optional>
-
-#include "completion/replace_table.h"
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace kova {
 namespace {
 
-/// Shallowest folder on the way to `folder` that does not exist, or nothing.
-std::optional<std::string> firstMissing(const FileSystem& files, const std::string& folder) {
-  std::optional<std::string> missing;
+/// The folders on the way to `folder` that do not exist, the shallowest last.
+std::vector<std::string> missingFolders(const FileSystem& files, const std::string& folder) {
+  std::vector<std::string> missing;
   std::string path = folder;
   while (!path.empty() && !files.folderExists(files.path(path))) {
-    missing = path;
+    missing.push_back(path);
     const auto cut = path.rfind(pathSeparator);
     if (cut == std::string::npos) throw Failure("there is no folder " + path + " to begin with");
     path.resize(cut);
@@ -22,13 +21,16 @@ std::optional<std::string> firstMissing(const FileSystem& files, const std::stri
   return missing;
 }
 
-/// Makes the chain of folders from the top down, one a pass.
+/// Makes the chain of folders from the top down.
 void makeFolders(FileSystem& files, const std::string& folder) {
   if (folder.empty()) throw Failure("no project directory is given");
-  auto passes = std::count(folder.begin(), folder.end(), pathSeparator) + 1;
-  while (const auto missing = firstMissing(files, folder)) {
-    if (passes-- == 0) throw Failure("the folder " + *missing + " does not stay");
-    files.createFolder(files.path(*missing));
+  auto missing = missingFolders(files, folder);
+  for (; !missing.empty(); missing.pop_back()) {
+    const Path path = files.path(missing.back());
+    // A path with two separators in a row, or one at its end, names a folder twice.
+    if (files.folderExists(path)) continue;
+    files.createFolder(path);
+    if (!files.folderExists(path)) throw Failure("the folder " + missing.back() + " does not stay");
   }
 }
 
@@ -46,7 +48,7 @@ void putHeader(Wizard& wizard, const std::string& fileName) {
   }
 }
 
-void writeExportRows(Wizard& wizard, const Path& file) {
+void writeExportRows(Wizard& wizard, TableGate& gate, const Path& file) {
   WizardState& state = wizard.state;
   const std::unique_ptr<OutputFile> stream = std::move(state.exportStream);
   std::string lines;
@@ -54,7 +56,7 @@ void writeExportRows(Wizard& wizard, const Path& file) {
     lines += exportDataLine(state.exportTable[static_cast<std::size_t>(i)], i);
   }
   stream->write(lines);
-  replaceTable(wizard, file, [&] { stream->close(); });
+  gate.letPass(file, *stream);
   state.onDisk.properties = PackedTexts(state.exportTable, state.exportCount);
 }
 

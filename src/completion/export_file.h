@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "completion/table_gate.h"
 #include "core/wizard.h"
 
 namespace kova {
@@ -12,7 +13,8 @@ namespace kova {
 /// header line. Leaves the open stream in the state, or shows a message and leaves none.
 void putHeader(Wizard& wizard, const std::string& fileName);
 
-/// Writes all rows to the open stream and closes it. Throws Failure; the file is then as it was.
-void writeExportRows(Wizard& wizard, const Path& file);
+/// Writes all rows to the open stream and lets it take the file's place. Throws Failure; the file
+/// is then as it was.
+void writeExportRows(Wizard& wizard, TableGate& gate, const Path& file);
 
 }  // namespace kova

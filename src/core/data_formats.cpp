@@ -80,14 +80,6 @@ constexpr std::array<ReadName, 11> furtherNames = {{
     {"UNAME", 46},
 }};
 
-std::string upperCase(std::string_view text) {
-  std::string upper(text);
-  std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-  });
-  return upper;
-}
-
 /// Code name of a code in its full form (from 512) or its short form (from 0).
 std::string_view formatToString(std::int16_t code) {
   const int index = code < codeBase ? code : code - codeBase;
@@ -96,6 +88,14 @@ std::string_view formatToString(std::int16_t code) {
 }
 
 }  // namespace
+
+std::string upperCase(std::string_view text) {
+  std::string upper(text);
+  std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  });
+  return upper;
+}
 
 void fillCombos(Wizard& wizard) {
   Form1& form = wizard.form;

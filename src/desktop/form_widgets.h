@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -34,6 +35,8 @@ class FormWidgets {
 
   /// The widget of a control.
   QWidget* widget(std::string_view name) const { return shown_.at(name).widget; }
+  /// What the widget shows; none if it is not one of this window.
+  std::optional<ControlPointer> control(const QWidget* widget) const;
   const std::vector<ShownField>& fields() const { return fields_; }
   /// First of the widgets that take the focus at this moment, in the order of the Tab key.
   QWidget* firstInTabOrder() const;

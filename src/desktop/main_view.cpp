@@ -15,7 +15,7 @@
 #include "desktop/message_boxes.h"
 #include "desktop/sketch.h"
 #include "desktop/text_seam.h"
-#include "editing/field_warnings.h"
+#include "wizard/focus_sentence.h"
 
 namespace kova {
 namespace {
@@ -110,6 +110,7 @@ void MainView::showInForm(const std::string& property) {
 }
 
 void MainView::followFocus(FormArea& area) {
+  widgets_->widget("Command1")->installEventFilter(this);
   connect(qApp, &QApplication::focusChanged, &area, [this, &area](QWidget*, QWidget* now) {
     if (now == nullptr || !form_->isAncestorOf(now)) return;
     mirrorStatusLine();
@@ -174,13 +175,13 @@ void MainView::mirrorWindow() {
   connect(windowHandle(), &QWindow::activeChanged, this, fit, Qt::SingleShotConnection);
 }
 
-/// On the control that has the focus, else on what happened last.
+/// On what Done would do under the pointer, on the control that has the focus, else on what
+/// happened last.
 std::string MainView::sentence() const {
-  for (const ShownField& shown : widgets_->fields()) {
-    if (shown.widget != focusWidget()) continue;
-    if (std::string reason = fieldWarning(setup_.wizard, *shown.field); !reason.empty()) {
-      return reason;
-    }
+  const QWidget* done = widgets_->widget("Command1");
+  const auto control = widgets_->control(done->underMouse() ? done : focusWidget());
+  if (control) {
+    if (std::string told = focusSentence(setup_.wizard, *control); !told.empty()) return told;
   }
   return statusText(setup_.wizard);
 }
@@ -193,6 +194,14 @@ void MainView::mirrorStatusLine() {
 void MainView::openMenuByKey() {
   menuBar()->setActiveAction(guide_->menuAction());
   guide_->setActiveAction(guide_->actions().first());
+}
+
+/// The pointer comes to Done, or leaves it.
+bool MainView::eventFilter(QObject* watched, QEvent* event) {
+  const bool moves = event->type() == QEvent::Enter || event->type() == QEvent::Leave;
+  // The toolkit knows where the pointer is once the event is through.
+  if (moves) QTimer::singleShot(0, this, &MainView::mirrorStatusLine);
+  return QMainWindow::eventFilter(watched, event);
 }
 
 void MainView::closeEvent(QCloseEvent* event) {

@@ -36,6 +36,7 @@ class MainView : public QMainWindow {
   ReviewWindow* review() const { return review_.get(); }
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;

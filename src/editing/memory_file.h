@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A file in memory, for a row that is written and read back before it goes to the disk.
+// A table in memory, for a row that is written and read back before it goes to the disk.
 #pragma once
 
 #include <memory>
@@ -8,25 +8,26 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/file_system.h"
+#include "tables/tagged_csv.h"
 
 namespace kova {
 
-/// Files of which there is just one, whatever its name. Nothing here fails.
+/// Lets a writer put its table into `content`.
+inline ReplaceFile into(std::string& content) {
+  return [&content](const Path&, std::string_view table) { content = table; };
+}
+
+/// A disk with just one file, whatever its name, for readers. Creating a file throws Failure.
 class MemoryFile : public FileSystem {
  public:
-  MemoryFile() = default;
   explicit MemoryFile(std::string content) : content_(std::move(content)) {}
-
-  const std::string& content() const { return content_; }
 
   Path path(std::string_view text) const override { return {std::string(text)}; }
   bool fileExists(const Path&) const override { return true; }
   bool folderExists(const Path&) const override { return true; }
   std::string read(const Path&) const override { return content_; }
   std::unique_ptr<OutputFile> create(const Path&) override {
-    content_.clear();
-    return std::make_unique<Output>(content_);
+    throw Failure("This file is read only");
   }
   void createFolder(const Path&) override {}
   void copy(const Path&, const Path&) override {}
@@ -36,20 +37,13 @@ class MemoryFile : public FileSystem {
   std::optional<FileStamp> stamp(const Path&) const override { return std::nullopt; }
   std::unique_ptr<FolderLock> lock(const Path&) override { return nullptr; }
   bool nameFits(const Path&, std::string_view) const override { return true; }
+  std::string withoutCase(std::string_view name) const override { return std::string(name); }
   bool ignoresCase(const Path&) const override { return false; }
   void flushFolder(const Path&) override {}
   void flushAll(const Path&) override {}
   void removeLeftovers(const Path&) override {}
 
  private:
-  struct Output : OutputFile {
-    explicit Output(std::string& target) : content(target) {}
-    void write(std::string_view text) override { content += text; }
-    void flush() override {}
-    void close() override {}
-    std::string& content;
-  };
-
   std::string content_;
 };
 

@@ -34,10 +34,10 @@ std::size_t lastName(std::string_view box) {
 
 /// The names as they would be read from their file.
 DeviceNames readBack(DeviceNames names) {
-  MemoryFile file;
-  WriteDevicesFile(file, {}, {}, names);
+  std::string file;
+  WriteDevicesFile(into(file), {}, names);
   DeviceNames read;
-  ReadDevicesFile(file, {}, {}, std::to_string(names.size() - 1), read);
+  ReadDevicesFile(MemoryFile(file), {}, {}, std::to_string(names.size() - 1), read);
   return read;
 }
 

@@ -28,15 +28,15 @@ std::string exportFile(const PropertyRecord& row) {
 }
 
 std::string historyFile(const HistoryTable& table, std::int16_t count, const HistoryForm& form) {
-  MemoryFile file;
-  WriteHistoryFile(file, anyPath, table, count, form);
-  return file.content();
+  std::string file;
+  WriteHistoryFile(into(file), anyPath, table, count, form);
+  return file;
 }
 
 std::string alarmFile(const AlarmTable& table) {
-  MemoryFile file;
-  WriteAlarmWatchFile(file, anyPath, table, 1);
-  return file.content();
+  std::string file;
+  WriteAlarmWatchFile(into(file), anyPath, table, 1);
+  return file;
 }
 
 /// Room for all data lines of a file; each but the last needs a line end.

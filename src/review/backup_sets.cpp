@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <array>
 #include <ctime>
-#include <limits>
+#include <iterator>
 #include <map>
 #include <utility>
 
-#include "completion/replace_table.h"
+#include "completion/table_gate.h"
 #include "review/table_text.h"
 #include "tables/backup.h"
 
@@ -30,31 +30,12 @@ bool continues(const BackupSet& set, std::int32_t stamp, const std::vector<Backe
                       [&](const BackedUpFile& file) { return holds(set, file.name); });
 }
 
-std::vector<BackedUpFile> chosenFiles(const BackupSet& set, const std::vector<std::string>& names) {
-  if (names.empty()) return set.files;
-  std::vector<BackedUpFile> chosen;
-  for (const std::string& name : names) {
-    if (!holds(set, name)) throw Failure("the backups of that time hold no " + name);
-  }
-  std::copy_if(set.files.begin(), set.files.end(), std::back_inserter(chosen),
-               [&](const BackedUpFile& file) {
-                 return std::find(names.begin(), names.end(), file.name) != names.end();
-               });
-  return chosen;
-}
-
 /// All backups that a restoring makes are one set.
 struct StoppedClock : Clock {
   explicit StoppedClock(std::int32_t moment) : now(moment) {}
   std::int32_t unixTime() const override { return now; }
   std::int32_t now;
 };
-
-/// Whatever lies in the way of the gate is something that it has not written itself, so it is
-/// backed up.
-void passGate(Wizard& gateKeeper, const Path& file, const std::string& content) {
-  replaceTable(gateKeeper, file, [&] { replace(gateKeeper.platform.files, file, content); });
-}
 
 bool isThereAlready(const FileSystem& files, const Path& file, const std::string& content) {
   try {
@@ -129,18 +110,31 @@ ProjectFiles filesOf(const FileSystem& files, const Path& folder, const BackupSe
   return tables;
 }
 
-Restored restore(const Platform& platform, std::string_view folder, const BackupSet& set,
-                 const std::vector<std::string>& names) {
+BackupSet partOf(const BackupSet& set, const std::vector<std::string>& names) {
+  if (names.empty()) return set;
+  for (const std::string& name : names) {
+    if (!holds(set, name)) throw Failure("the backups of that time hold no " + name);
+  }
+  BackupSet part = set;
+  std::erase_if(part.files, [&](const BackedUpFile& file) {
+    return std::find(names.begin(), names.end(), file.name) == names.end();
+  });
+  return part;
+}
+
+Restored restore(const Platform& platform, std::string_view folder, const BackupSet& set) {
   FileSystem& files = platform.files;
   const Path path = files.path(folder);
   std::vector<std::pair<std::string, std::string>> contents;
-  for (const BackedUpFile& file : chosenFiles(set, names)) {
+  for (const BackedUpFile& file : set.files) {
     contents.emplace_back(file.name,
                           naming(file.backup, [&] { return files.read(path / file.backup); }));
   }
   StoppedClock clock(platform.clock.unixTime());
   Wizard gateKeeper({files, platform.environment, clock, platform.programs}, {});
   gateKeeper.state.projectPath = folder;
+  // Whatever it finds is something that it has not written itself, so it backs it up.
+  TableGate gate(gateKeeper);
   Restored restored;
   const auto attempt = [&](const std::string& what, const auto& act) {
     try {
@@ -151,7 +145,7 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
   };
   for (const auto& [name, content] : contents) {
     attempt(name, [&, file = path / name, &bytes = content] {
-      if (!isThereAlready(files, file, bytes)) passGate(gateKeeper, file, bytes);
+      if (!isThereAlready(files, file, bytes)) gate.replace(file, bytes);
       restored.files.push_back(name);
     });
     if (!restored.failure.empty()) break;

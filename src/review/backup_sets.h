@@ -49,11 +49,13 @@ struct Restored {
   std::string failure;               ///< why it ended ahead of its time
 };
 
-/// Gives the files of a set, or those named, what they held then. What is there is backed up first;
-/// each file is replaced as a whole or not at all, and the first that can't be ends it. Files that
-/// are not in the set stay. Throws Failure, and has changed nothing, if the set has no such file or
-/// one of its backups can't be read.
-Restored restore(const Platform& platform, std::string_view folder, const BackupSet& set,
-                 const std::vector<std::string>& names = {});
+/// The part of a set that these files are; all of it if none is named. Throws Failure if the set
+/// lacks one of them.
+BackupSet partOf(const BackupSet& set, const std::vector<std::string>& names);
+
+/// Gives the files of a set what they held then. What is there is backed up first; each file is
+/// replaced as a whole or not at all, and the first that can't be ends it. Files that are not in
+/// the set stay. Throws Failure, and has changed nothing, if one of the backups can't be read.
+Restored restore(const Platform& platform, std::string_view folder, const BackupSet& set);
 
 }  // namespace kova

@@ -8,8 +8,7 @@
 namespace kova::looks {
 
 std::string quoted(std::string_view text);
-/// In capital letters, as far as the letters are ASCII.
-std::string upperCase(std::string_view text);
+/// The letters A to Z in their lower case.
 std::string lowerCase(std::string_view text);
 /// The text is one number as a whole.
 bool isNumber(std::string_view text);

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "review/field_words.h"
+#include "core/data_formats.h"
 #include "review/line_ends.h"
 
 namespace kova {
@@ -30,7 +30,7 @@ std::size_t commentsOf(const TableText& table) {
 std::vector<std::string> tagsOf(const TableText& table) {
   std::vector<std::string> tags;
   for (const Cell& cell : table.header.cells) {
-    tags.push_back(looks::upperCase(cell.text));
+    tags.push_back(upperCase(cell.text));
   }
   return tags;
 }

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "core/data_formats.h"
 #include "review/field_words.h"
 #include "review/looks.h"
 

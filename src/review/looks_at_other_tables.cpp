@@ -113,7 +113,7 @@ bool isOwnName(const std::string& number, const std::string& name) {
 std::map<std::string, double> largestNumbers(const ProjectReading& project) {
   std::map<std::string, double> largest;
   for (const PropertyRecord& row : project.properties.rows) {
-    largest[row.propertyName + std::string(namesEnding)] = textValue(row.numModules);
+    largest[namesFile(row.propertyName)] = textValue(row.numModules);
     largest[project.devicesFile] = textValue(row.numModules);
   }
   return largest;

@@ -121,11 +121,12 @@ void repeatedProperty(const ProjectReading& project, const Report& report) {
 
 void otherCase(const ProjectReading& project, const Report& report) {
   std::map<std::string, std::string> names;
+  std::size_t index = 0;
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     const std::string& name = row.propertyName;
-    const std::string& first = names.emplace(upperCase(name), name).first->second;
-    if (first != name)
-      report(placeOf("PROPERTY"), name + " differs from " + first + " in case only");
+    const std::string& first = names.emplace(project.foldedNames.at(index++), name).first->second;
+    if (first == name) return;
+    report(placeOf("PROPERTY"), name + " differs from " + first + " in case only");
   });
 }
 

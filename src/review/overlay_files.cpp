@@ -9,6 +9,9 @@
 namespace kova {
 namespace {
 
+// Characters of a name for which every disk in use has room.
+constexpr std::size_t alwaysFits = 100;
+
 /// A folder under the one name by which it is known here.
 Path withoutEndingSeparator(Path folder) {
   while (folder.native.size() > 1 && folder.native.back() == pathSeparator) {
@@ -80,9 +83,12 @@ std::string OverlayFiles::read(const Path& file) const {
 
 std::unique_ptr<OutputFile> OverlayFiles::create(const Path& file) {
   const Path folder = folderOf(file);
-  if (!folderExists(folder)) throw Failure("There is no such folder");
+  // A thousand files mostly lie in one folder, which is looked for once.
+  if (folder != lastFolder_ && !folderExists(folder)) throw Failure("There is no such folder");
+  lastFolder_ = folder;
   if (folderExists(file)) throw Failure("The name is that of a folder");
-  if (!nameFits(folder, file.leaf())) throw Failure("The name is too long");
+  const std::string name = file.leaf();
+  if (name.size() > alwaysFits && !nameFits(folder, name)) throw Failure("The name is too long");
   return std::make_unique<Output>(*this, file);
 }
 

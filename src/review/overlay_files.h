@@ -39,6 +39,7 @@ class OverlayFiles : public FileSystem {
   std::vector<std::string> plainFiles(const Path& folder) const override;
   std::optional<FileStamp> stamp(const Path& file) const override;
   bool nameFits(const Path& folder, std::string_view name) const override;
+  std::string withoutCase(std::string_view name) const override { return below_.withoutCase(name); }
   bool ignoresCase(const Path& folder) const override;
   /// Held at once: nobody else sees these files.
   std::unique_ptr<FolderLock> lock(const Path& folder) override;
@@ -61,6 +62,7 @@ class OverlayFiles : public FileSystem {
   const FileSystem& below_;
   std::map<Path, Remembered> files_;
   std::set<Path> folders_;  ///< made here
+  Path lastFolder_;         ///< in which a file was created
   std::int64_t changes_ = 0;
 };
 

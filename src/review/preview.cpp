@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "review/preview.h"
 
-#include <array>
+#include <algorithm>
 
 #include "completion/done.h"
+#include "core/project_entry.h"
 
 namespace kova {
 namespace {
@@ -30,7 +31,7 @@ void copyForm(const Form1& from, Form1& to) {
 
 template <class Table>
 void copyRows(const Table& from, std::int16_t count, Table& to) {
-  std::copy_n(from.begin(), count, to.begin());
+  to.assign(from.begin(), from.begin() + count);
 }
 
 void copyState(const WizardState& from, WizardState& to) {
@@ -58,7 +59,7 @@ Preview preview(const Wizard& wizard) {
 
 Preview preview(const Wizard& wizard, OverlayFiles& files) {
   Preview result;
-  result.folder = wizard.state.projectPath;
+  result.folder = projectDirectory(wizard);
   if (wizard.state.exportCount == 0) return result;
   NoPrograms programs;
   const Platform platform{files, wizard.platform.environment, wizard.platform.clock, programs};

@@ -30,7 +30,8 @@ struct Reader {
     project.devices.result =
         ReadDevicesFile(files, folder, project.devicesFile, last.numModules, project.devices.rows);
     for (PropertyRecord& row : project.properties.rows) {
-      const std::string name = row.propertyName + std::string(namesEnding);
+      project.foldedNames.push_back(files.withoutCase(row.propertyName));
+      const std::string name = namesFile(row.propertyName);
       const ReadResult result = ReadDevicesFile(files, folder, name, row.numModules, row.devices);
       row.hasDeviceList = result.rows > 0;
       project.nameLists.insert_or_assign(name, result);

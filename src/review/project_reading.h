@@ -34,6 +34,8 @@ struct ProjectReading {
 
   /// Each row holds the device names that the wizard reads as soon as it is selected.
   TableReading<std::vector<PropertyRecord>> properties;
+  std::vector<std::string>
+      foldedNames;  ///< of the properties, as a disk compares them without case
   TableReading<HistoryTable> history;
   TableReading<AlarmTable> alarms;
   std::string devicesFile;  ///< from which the server's devices are read

@@ -8,17 +8,14 @@
 namespace kova {
 namespace {
 
-constexpr Severity note = Severity::note;
-constexpr Severity warning = Severity::warning;
-constexpr Severity error = Severity::error;
+using enum Severity;
 
 constexpr auto table = std::to_array<Rule>({
-    // Files
     {"unreadable-file",
      error,
      "A table can't be read",
-     "The wizard goes on as if the table were not there, and can't back it up either: the project "
-     "is not read at all, or what the table holds is missing.",
+     "What your account can't read it can't back up either, and the project is not read at all. A "
+     "table of more than 64 MiB is passed over.",
      "Make the file readable for your account, or move it away.",
      {},
      looks::unreadable},
@@ -82,8 +79,6 @@ constexpr auto table = std::to_array<Rule>({
      "Restore it under the name of its file, or delete it.",
      {"notes-1700000000.txt", "", "Ask for new probes\r\n", ""},
      looks::orphanBackup},
-
-    // How far the readers come
     {"reading-stops",
      error,
      "A reader stops ahead of the end of a table",
@@ -108,8 +103,6 @@ constexpr auto table = std::to_array<Rule>({
       "NUM_MODULES,DESCRIPTION\r\n",
       ""},
      looks::noRows},
-
-    // Columns and fields
     {"missing-column",
      error,
      "A column is missing",
@@ -129,7 +122,7 @@ constexpr auto table = std::to_array<Rule>({
      "A column is there twice",
      "Only the first is read, and Done drops the other.",
      "Remove one of them.",
-     {"almwatch.csv", "NORMAL", "NORMAL,HIGH", " Normal "},
+     {"almwatch.csv", "NORMAL", "NORMAL,HIGH", " Normal"},
      looks::repeatedColumn},
     {"unnamed-column",
      warning,
@@ -137,7 +130,7 @@ constexpr auto table = std::to_array<Rule>({
      "It answers to the name of every column that is not found ahead of it, whose fields are then "
      "read from here.",
      "Name the column or remove it.",
-     {"almwatch.csv", "NORMAL", ",NORMAL", "NORMAL "},
+     {"almwatch.csv", "NORMAL", ",NORMAL", " Normal"},
      looks::unnamedColumn},
     {"empty-line",
      warning,
@@ -186,8 +179,6 @@ constexpr auto table = std::to_array<Rule>({
      "Correct the number, or look for a comma too many or too few.",
      {"exports.csv", "FIELD,4,double", "FIELD,four,double", "FIELD, 4 ,double"},
      looks::textForNumber},
-
-    // Names and numbers of the export table
     {"nameless-property",
      error,
      "A property lacks a name",
@@ -201,7 +192,7 @@ constexpr auto table = std::to_array<Rule>({
      "Edit replaces the first, whichever of them is selected, and generator programs get two "
      "properties of one name.",
      "Remove one of them.",
-     {"exports.csv", "MAGNET,MAGEQM,FIELD", "MAGNET,MAGEQM,STATE", "MAGNET,MAGEQM,FIELD "},
+     {"exports.csv", "MAGNET,MAGEQM,FIELD", "MAGNET,MAGEQM,STATE", " MAGNET,MAGEQM,FIELD"},
      looks::repeatedProperty},
     {"names-alike",
      warning,
@@ -210,13 +201,13 @@ constexpr auto table = std::to_array<Rule>({
      "to write it.",
      "Rename one of them.",
      {"exports.csv", "MAGNET,MAGEQM,RAMP.STATUS", "MAGNET,MAGEQM,state",
-      "MAGNET,MAGEQM,RAMP.STATUS "},
+      " MAGNET,MAGEQM,RAMP.STATUS"},
      looks::otherCase},
     {"separator-in-name",
      error,
      "A name holds a separator of paths",
-     "No file and no directory can be called so: Done stops at device names of such a property, "
-     "and no project of such a server is found.",
+     "No file can be called so: Done stops at the device names of such a property, and the "
+     "directory of such a server is not one of its name.",
      "Rename it.",
      {"exports.csv", "MAGNET,MAGEQM,RAMP.START", "MAGNET,MAGEQM,A/RAMP.START",
       "MAGNET,MAGEQM, RAMP.START"},
@@ -256,8 +247,6 @@ constexpr auto table = std::to_array<Rule>({
      "Give all rows the number of the server's devices.",
      {"exports.csv", "READ|WRITE, 4,", "READ|WRITE, 5,", "READ|WRITE,4.0,"},
      looks::severalModuleCounts},
-
-    // What a property is
     {"unknown-format",
      warning,
      "A format that no list holds",
@@ -303,8 +292,6 @@ constexpr auto table = std::to_array<Rule>({
      {"exports.csv", "RAMP.PAUSE,0,NULL,0,NULL, 3,WRITE,4,[0:3 ]Pause current ramp,3",
       "WAIT,0,NULL,0,NULL, 3,WRITE,4,Wait,0", "RAMP.PAUSE,0,NULL,0,NULL, 9,WRITE,4,[0:3 ]Pause,3"},
      looks::incompleteProcess},
-
-    // History and alarm watches
     {"history-without-property",
      warning,
      "A history row without a property",
@@ -369,8 +356,6 @@ constexpr auto table = std::to_array<Rule>({
      "Fill in the local name and the property.",
      {"almwatch.csv", "MAGEQM,#0,STATE", ",#0,STATE", "MAGEQM,,STATE"},
      looks::namelessAlarm},
-
-    // Device names
     {"unread-devices",
      note,
      "The server's device names are not read",

@@ -78,14 +78,14 @@ void AppendAlarmWatchFile(AlarmTable& alarmTable, std::int16_t& alarmCount, cons
   alarmTable[static_cast<std::size_t>(alarmCount++)] = std::move(record);
 }
 
-void WriteAlarmWatchFile(FileSystem& files, const Path& file, const AlarmTable& alarmTable,
+void WriteAlarmWatchFile(const ReplaceFile& replace, const Path& file, const AlarmTable& alarmTable,
                          std::int16_t alarmCount) {
   if (alarmCount < 1) return;
   std::string content = headerLine(columns);
   for (const auto& row : liveRows(alarmTable, alarmCount)) {
     if (hasNames(row)) content += dataLine(columns, row);
   }
-  replace(files, file, content);
+  replace(file, content);
 }
 
 const AlarmWatchRecord* findAlarm(const AlarmTable& alarmTable, std::int16_t alarmCount,

@@ -67,7 +67,7 @@ ReadResult ReadAlarmWatchFile(const FileSystem& files, const Path& file, AlarmTa
 void AppendAlarmWatchFile(AlarmTable& alarmTable, std::int16_t& alarmCount, const AlarmForm& form);
 
 /// Writes the rows that have both names. Throws Failure; the file on disk is then as it was.
-void WriteAlarmWatchFile(FileSystem& files, const Path& file, const AlarmTable& alarmTable,
+void WriteAlarmWatchFile(const ReplaceFile& replace, const Path& file, const AlarmTable& alarmTable,
                          std::int16_t alarmCount);
 
 /// First live row with this pair of names, or null. Valid until the table changes.

@@ -69,8 +69,7 @@ class Walk {
       if (isNew) added_.emplace_back(backup, files_.stamp(backup));
     } catch (const Failure& failure) {
       takeBack();
-      const auto trouble = canBeRead(file) ? BackupTrouble::notCopied : BackupTrouble::notReadable;
-      throw BackupFailure(failure, trouble, name, result_.deleted);
+      throw BackupFailure(failure, BackupTrouble::notCopied, name, result_.deleted);
     }
     ++result_.copied;
   }
@@ -85,15 +84,6 @@ class Walk {
         continue;  // the others can go all the same
       }
     }
-  }
-
-  bool canBeRead(const Path& file) const {
-    try {
-      files_.read(file);
-    } catch (const Failure&) {
-      return false;
-    }
-    return true;
   }
 
   void countFile() {

@@ -49,7 +49,7 @@ struct BackupResult {
 };
 
 /// Why a walk has ended ahead of its time.
-enum class BackupTrouble { notDeleted, notReadable, notCopied };
+enum class BackupTrouble { notDeleted, notCopied };
 
 /// A file that a walk could not deal with.
 class BackupFailure : public Failure {

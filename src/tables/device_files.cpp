@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tables/device_files.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -46,6 +47,14 @@ bool store(DeviceNames& devNames, std::int16_t number, std::string_view name, st
 }
 
 }  // namespace
+
+std::string serverNamesFile(std::string_view localName) {
+  return std::string(localName) + "-devices.csv";
+}
+
+std::string namesFile(std::string_view propertyName) {
+  return std::string(propertyName) + "-names.csv";
+}
 
 Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name) {
   if (name.find(pathSeparator) != std::string_view::npos) {
@@ -101,15 +110,21 @@ std::int16_t UpdateDevicesFile(std::string_view panelText, DeviceNames& devNames
                                         : static_cast<std::int16_t>(devNames.size());
 }
 
-void WriteDevicesFile(FileSystem& files, std::string_view folder, std::string_view devFileName,
-                      DeviceNames& devNames) {
-  const Path file = fileInFolder(files, folder, devFileName);
+std::size_t linesBeyond(std::string_view panelText, const DeviceNames& devNames) {
+  const auto lines = panelLines(panelText);
+  const auto first = std::min(devNames.size(), lines.size());
+  const auto holdsSomething = [](std::string_view line) { return !line.empty(); };
+  return static_cast<std::size_t>(std::count_if(lines.begin() + static_cast<std::ptrdiff_t>(first),
+                                                lines.end(), holdsSomething));
+}
+
+void WriteDevicesFile(const ReplaceFile& replace, const Path& file, DeviceNames& devNames) {
   std::string content = csvLine(std::array{std::string(numberTag), std::string(nameTag)});
   for (std::size_t index = 0; index < devNames.size(); ++index) {
     if (devNames[index].empty()) devNames[index] = displayName(devNames, index);
     content += csvLine(std::array{numberText(index), devNames[index]});
   }
-  replace(files, file, content);
+  replace(file, content);
 }
 
 std::string displayName(const DeviceNames& devNames, std::size_t index) {

@@ -20,6 +20,13 @@ using DeviceNames = std::vector<std::string>;
 /// The columns of the files in their order.
 std::span<const ColumnFacts> deviceColumns();
 
+/// The file that the server's device names are written to.
+inline constexpr std::string_view serverDevicesFile = "devices.csv";
+/// Bare name of the file that they are read from.
+std::string serverNamesFile(std::string_view localName);
+/// Bare name of the file with the device names of one property.
+std::string namesFile(std::string_view propertyName);
+
 /// Path of a file that lies directly in `folder`. Throws Failure if `name` holds a separator and so
 /// names a file elsewhere.
 Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name);
@@ -35,10 +42,12 @@ ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
 /// without a line become "DEVICE" and their number. Returns the number of entries.
 std::int16_t UpdateDevicesFile(std::string_view panelText, DeviceNames& devNames);
 
+/// Lines of the panel's text that hold something and have no entry.
+std::size_t linesBeyond(std::string_view panelText, const DeviceNames& devNames);
+
 /// Writes the names and stores the default name of each empty entry in the array as well. Throws
 /// Failure; the file on disk is then as it was.
-void WriteDevicesFile(FileSystem& files, std::string_view folder, std::string_view devFileName,
-                      DeviceNames& devNames);
+void WriteDevicesFile(const ReplaceFile& replace, const Path& file, DeviceNames& devNames);
 
 /// Name by which entry `index` is shown and written: the entry, or "Device" and its number.
 std::string displayName(const DeviceNames& devNames, std::size_t index);

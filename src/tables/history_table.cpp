@@ -125,13 +125,14 @@ void AppendHistoryFile(HistoryTable& historyTable, std::int16_t& historyCount,
   historyTable[static_cast<std::size_t>(historyCount++)] = std::move(record);
 }
 
-void WriteHistoryFile(FileSystem& files, const Path& file, const HistoryTable& historyTable,
-                      std::int16_t historyCount, const HistoryForm& form) {
+void WriteHistoryFile(const ReplaceFile& replace, const Path& file,
+                      const HistoryTable& historyTable, std::int16_t historyCount,
+                      const HistoryForm& form) {
   std::string content = headerLine(columns);
   for (const auto& row : liveRows(historyTable, historyCount)) content += dataLine(columns, row);
   const HistorySlot slot = findHistorySlot(historyTable, historyCount, form);
   if (!slot.exists) content += formLine(form, slot.nextIndex);
-  replace(files, file, content);
+  replace(file, content);
 }
 
 const HistoryRecord* findHistory(const HistoryTable& historyTable, std::int16_t historyCount,

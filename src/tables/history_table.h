@@ -30,6 +30,8 @@ struct HistoryRecord {
   std::string tolerance;         ///< percent or absolute, as typed
   std::int32_t shortDepth = 0;   ///< samples
   std::int32_t longDepth = 0;    ///< months
+
+  bool operator==(const HistoryRecord&) const = default;
 };
 
 /// The history settings of the property in the form, as typed.
@@ -68,8 +70,9 @@ void AppendHistoryFile(HistoryTable& historyTable, std::int16_t& historyCount,
 
 /// Writes the rows, and one more for the form if no row has its three names. Throws Failure; the
 /// file on disk is then as it was.
-void WriteHistoryFile(FileSystem& files, const Path& file, const HistoryTable& historyTable,
-                      std::int16_t historyCount, const HistoryForm& form);
+void WriteHistoryFile(const ReplaceFile& replace, const Path& file,
+                      const HistoryTable& historyTable, std::int16_t historyCount,
+                      const HistoryForm& form);
 
 /// First live row with this pair of names, or null. Valid until the table changes.
 const HistoryRecord* findHistory(const HistoryTable& historyTable, std::int16_t historyCount,

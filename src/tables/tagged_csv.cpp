@@ -142,7 +142,11 @@ ReadResult readTable(const FileSystem& files, const Path& file,
     CsvFields fields;
     while (const auto line = lines.next()) {
       splitCsvLine(*line, fields);
-      if (row(fields, result.rows)) ++result.rows;
+      if (row(fields, result.rows)) {
+        ++result.rows;
+      } else {
+        ++result.skipped;
+      }
     }
   } catch (const Failure& failure) {
     result.stop = ReadStop{std::max(opened, lines.number()), failure.what()};

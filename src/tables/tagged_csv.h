@@ -22,6 +22,9 @@ inline constexpr std::int16_t tableRows = 1001;
 /// shows its fields would not cope with it.
 inline constexpr std::size_t longestLine = 32767;
 
+/// Gives a file its whole content. Throws Failure; the file on disk is then as it was.
+using ReplaceFile = std::function<void(const Path& file, std::string_view content)>;
+
 /// Position of the column that the header line names `tag`, case and blanks around it ignored. The
 /// first empty column answers to every tag. -1 if there is none.
 std::int16_t getCsvColumn(std::string_view line, std::string_view tag);
@@ -71,6 +74,7 @@ struct ReadResult {
   std::optional<ReadStop> stop;
   /// Only line feeds separate its lines, so that all of it was one line.
   bool onlyLineFeeds = false;
+  std::size_t skipped = 0;  ///< data lines that became no row
 };
 
 /// Takes a data line behind `rows` accepted ones. True if it becomes a row.

@@ -9,9 +9,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <string_view>
+#include <utility>
 
 namespace kova::test {
 
@@ -33,16 +36,28 @@ std::string pathOf(int file) {
   return {path.data(), static_cast<std::size_t>(length < 0 ? 0 : length)};
 }
 
-/// Notes a call; true if it is to fail.
+/// The note of a call; null for a file that does not count.
 template <class File>
-bool strikes(const char* name, File file) {
+SystemCalls::Call* note(const char* name, File file) {
   SystemCalls& calls = systemCalls();
-  if (calls.folder.empty()) return false;
-  const std::string path = pathOf(file);
-  if (!path.starts_with(calls.folder)) return false;
-  calls.made.push_back({name, path});
+  if (calls.folder.empty()) return nullptr;
+  std::string path = pathOf(file);
+  if (!path.starts_with(calls.folder)) return nullptr;
+  return &calls.made.emplace_back(SystemCalls::Call{.name = name, .path = std::move(path)});
+}
+
+bool strikes(const SystemCalls::Call* noted) {
+  const SystemCalls& calls = systemCalls();
   const std::size_t number = calls.made.size();
-  return number == calls.at || (calls.onwards && number > calls.at);
+  return noted != nullptr && (number == calls.at || (calls.onwards && number > calls.at));
+}
+
+template <class Result>
+Result keep(SystemCalls::Call* noted, Result result, std::string_view with = {}) {
+  if (noted == nullptr || result == -1) return result;
+  noted->done = true;
+  noted->with = with;
+  return result;
 }
 
 int fail() {
@@ -57,8 +72,21 @@ Result pass(const char* name, Arguments... arguments) {
 }
 
 template <class Result = int, class File, class... Arguments>
+Result callWith(std::string_view with, const char* name, File file, Arguments... arguments) {
+  SystemCalls::Call* const noted = note(name, file);
+  if (strikes(noted)) return fail();
+  return keep(noted, pass<Result>(name, file, arguments...), with);
+}
+
+template <class Result = int, class File, class... Arguments>
 Result call(const char* name, File file, Arguments... arguments) {
-  return strikes(name, file) ? fail() : pass<Result>(name, file, arguments...);
+  return callWith<Result>({}, name, file, arguments...);
+}
+
+int flush(const char* name, int file) {
+  SystemCalls::Call* const noted = note(name, file);
+  if (strikes(noted)) return fail();
+  return keep(noted, systemCalls().flushes ? pass(name, file) : 0);
 }
 
 }  // namespace
@@ -66,7 +94,7 @@ Result call(const char* name, File file, Arguments... arguments) {
 extern "C" {
 
 int open(const char* path, int flags, mode_t mode) {
-  return call("open", path, flags, mode);
+  return callWith(std::to_string(flags), "open", path, flags, mode);
 }
 int fcntl(int file, int command, long argument) {
   return call("fcntl", file, command, argument);
@@ -78,20 +106,35 @@ ssize_t read(int file, void* data, size_t size) {
   return call<ssize_t>("read", file, data, size);
 }
 ssize_t write(int file, const void* data, size_t size) {
-  if (!strikes("write", file)) return pass<ssize_t>("write", file, data, size);
-  pass<ssize_t>("write", file, data, size / 2);
-  return fail();
+  SystemCalls::Call* const noted = note("write", file);
+  const bool fails = strikes(noted);
+  const auto count = pass<ssize_t>("write", file, data, fails ? size / 2 : size);
+  const auto written = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+  keep(noted, count, {static_cast<const char*>(data), written});
+  return fails ? fail() : count;
+}
+ssize_t copy_file_range(int from, off_t* at, int to, off_t* into, size_t size, unsigned flags) {
+  SystemCalls::Call* const noted = note("copy_file_range", to);
+  if (strikes(noted)) return fail();
+  const auto count = pass<ssize_t>("copy_file_range", from, at, to, into, size, flags);
+  std::string bytes(noted == nullptr || count < 0 ? 0 : static_cast<std::size_t>(count), '\0');
+  static_cast<void>(::pread(to, bytes.data(), bytes.size(), ::lseek(to, 0, SEEK_CUR) - count));
+  return keep(noted, count, bytes);
 }
 int close(int file) {
-  const bool fails = strikes("close", file);
-  const int closed = pass("close", file);
+  SystemCalls::Call* const noted = note("close", file);
+  const bool fails = strikes(noted);
+  const int closed = keep(noted, pass("close", file));
   return fails ? fail() : closed;
 }
 int fsync(int file) {
-  return strikes("fsync", file) ? fail() : 0;
+  return flush("fsync", file);
 }
 int syncfs(int file) noexcept {
-  return strikes("syncfs", file) ? fail() : 0;
+  return flush("syncfs", file);
+}
+int ftruncate(int file, off_t size) noexcept {
+  return callWith(std::to_string(size), "ftruncate", file, size);
 }
 int fchmod(int file, mode_t mode) noexcept {
   return call("fchmod", file, mode);
@@ -100,10 +143,12 @@ int futimens(int file, const timespec* times) noexcept {
   return call("futimens", file, times);
 }
 int rename(const char* from, const char* to) noexcept {
-  return call("rename", from, to);
+  return callWith(to, "rename", from, to);
 }
 int renameat2(int a, const char* from, int b, const char* to, unsigned flags) noexcept {
-  return strikes("rename", from) ? fail() : pass("renameat2", a, from, b, to, flags);
+  SystemCalls::Call* const noted = note("rename", from);
+  if (strikes(noted)) return fail();
+  return keep(noted, pass("renameat2", a, from, b, to, flags), to);
 }
 int unlink(const char* path) noexcept {
   return call("unlink", path);
@@ -115,7 +160,7 @@ int stat(const char* path, struct stat* state) noexcept {
   return call("stat", path, state);
 }
 DIR* opendir(const char* path) {
-  return strikes("opendir", path) ? (fail(), nullptr) : pass<DIR*>("opendir", path);
+  return strikes(note("opendir", path)) ? (fail(), nullptr) : pass<DIR*>("opendir", path);
 }
 }
 

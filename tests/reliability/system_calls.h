@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Stands between a test program and the system: calls about the files below a folder are noted, and
-// fail or kill the program on request. No file is flushed, so that a run takes milliseconds.
+// fail or kill the program on request.
 #pragma once
 
 #include <cstddef>
@@ -13,12 +13,15 @@ struct SystemCalls {
   struct Call {
     std::string name;
     std::string path;
+    bool done = false;      ///< not failed
+    std::string with = {};  ///< once done: what else was given: bytes, new name, size, flags
   };
 
   std::string folder = {};  ///< the files whose calls count; none if it is empty
   std::size_t at = 0;       ///< number of the call that fails, from 1; 0 lets all pass
   int error = 0;            ///< with which it fails; 0 kills the program in place of that
   bool onwards = false;     ///< whether all later calls fail as well
+  bool flushes = false;     ///< whether flushes reach the disk; without, a run takes milliseconds
   std::vector<Call> made = {};
 };
 

@@ -22,13 +22,13 @@ class GoodEngineer {
     engineer_.start();
     const std::string server = name(3 + number(4));
     for (std::size_t typed = 1; typed <= server.size(); ++typed) {
-      act("type ExportName " + server.substr(0, typed));
+      type("ExportName", server.substr(0, typed));
     }
     const int devices = 1 + number(9);
-    act("type NumDevices " + std::to_string(devices));
-    if (happens()) act("leave NumDevices");
+    type("NumDevices", std::to_string(devices));
+    if (happens()) engineer_.field("NumDevices").lostFocus();
     for (int property = 1 + number(8); property > 0; --property) addProperty(devices, property);
-    act("click Command1");
+    click("Command1");
     return home_.path(server);
   }
 
@@ -48,32 +48,35 @@ class GoodEngineer {
     for (int letter = 0; letter < length; ++letter) text += static_cast<char>('A' + number(26));
     return text;
   }
-  void act(const std::string& line) { EXPECT_EQ(engineer_.carryOut(line), "") << line; }
-  void maybe(const std::string& line) {
-    if (happens()) act(line);
+  void type(const std::string& field, const std::string& text) {
+    test::type(engineer_.field(field), text);
+  }
+  void click(const std::string& control) { test::click(engineer_.control(control)); }
+  void maybe(const std::string& box) {
+    if (happens()) click(box);
   }
 
   void addProperty(int devices, int place) {
-    act("type PropertyName " + name(1 + number(6)) + std::to_string(place));
-    act("type PropertyDescription " + name(number(5)) + " \xFC" + std::to_string(number(99)));
+    type("PropertyName", name(1 + number(6)) + std::to_string(place));
+    type("PropertyDescription", name(number(5)) + " \xFC" + std::to_string(number(99)));
     chooseAny("OutputDataFormat");
-    act("type OutputDataSize " + std::to_string(1 + number(devices)));
+    type("OutputDataSize", std::to_string(1 + number(devices)));
     if (happens()) chooseAny("ArrayTypeCombo");
     chooseAny("InputDataFormat");
-    act("type InputDataSize " + std::to_string(number(9)));
+    type("InputDataSize", std::to_string(number(9)));
     chooseAny("AccessMode");
-    act("type MinValue " + std::to_string(-number(9)));
-    act("type MaxValue " + std::to_string(number(900)));
-    maybe("type Units kV");
+    type("MinValue", std::to_string(-number(9)));
+    type("MaxValue", std::to_string(number(900)));
+    if (happens()) type("Units", "kV");
     const bool isProcess = number(6) == 0;
-    if (isProcess) act("click ProcessCheck");
-    if (isProcess) act("type NumStepsText " + std::to_string(1 + number(9)));
+    if (isProcess) click("ProcessCheck");
+    if (isProcess) type("NumStepsText", std::to_string(1 + number(9)));
     // Who watches a property reads values of it.
     const bool isRead = !isProcess && list("OutputDataFormat").text() != "NULL";
-    if (isRead) maybe("click HistoryCheck");
-    if (isRead) maybe("click AlarmWatchCheck");
-    if (!isProcess) maybe("click DeviceListCheck");
-    act(happens() ? "click AddProperty" : "click EditCmd");
+    if (isRead) maybe("HistoryCheck");
+    if (isRead) maybe("AlarmWatchCheck");
+    if (!isProcess) maybe("DeviceListCheck");
+    click(happens() ? "AddProperty" : "EditCmd");
   }
 
   DropDownList& list(const std::string& name) {

@@ -7,6 +7,7 @@
 
 #include "platform/posix.h"
 #include "review/findings.h"
+#include "review/overlay_files.h"
 #include "support/temporary_folder.h"
 
 namespace kova {
@@ -61,6 +62,34 @@ TEST(Rules, FireOnTheirExampleAndNotOnWhatComesClose) {
   EXPECT_GE(known.size(), 25U);
 }
 
+/// A disk that does not let one file be read.
+struct ClosedFile : OverlayFiles {
+  using OverlayFiles::OverlayFiles;
+  std::string read(const Path& file) const override {
+    if (file.leaf() == "history.csv") throw Failure("Permission denied");
+    return OverlayFiles::read(file);
+  }
+};
+
+TEST(Rules, SeeTablesThatAreTooLongOrThatCanNotBeRead) {
+  const Project project;
+  std::string watch = project.folder.read("MAGNET/almwatch.csv");
+  const std::string row = watch.substr(watch.find("\r\n") + 2);
+  for (int rows = 2; rows <= 1001; rows += 2) watch += row;
+  const Project tooLong;
+  tooLong.change({"almwatch.csv", "", "", ""}, watch);
+  EXPECT_TRUE(tooLong.ids().contains("table-full"));
+  tooLong.change({"almwatch.csv", "", "", ""}, watch.substr(0, watch.size() - row.size()));
+  EXPECT_FALSE(tooLong.ids().contains("table-full"));
+
+  const ClosedFile closed(*project.files);
+  const auto findings =
+      findFindings(readProject(closed, project.folder.path("MAGNET"), project.page));
+  ASSERT_EQ(findings.size(), 1U);
+  EXPECT_EQ(findings.front().rule->id, "unreadable-file");
+  EXPECT_EQ(findings.front().what, "can't be read: Permission denied");
+}
+
 TEST(Rules, TellPlaceAndReason) {
   struct Case {
     Example example;
@@ -71,6 +100,15 @@ TEST(Rules, TellPlaceAndReason) {
       {{"history.csv", " 2,MAGNET", " 32768,MAGNET", ""},
        "history.csv:3:1",
        "the reading ends here: 32768 is outside -32768 to 32767; 1 line is not read"},
+      {{"almwatch.csv", "MAGEQM,#0,STATE", ";\r\nMAGEQM,#0, STATES", ""},
+       "almwatch.csv:2:1",
+       "a comment"},
+      {{"exports.csv", "[0:250 A]", "[0;250 A]", ""},
+       "exports.csv:9:64",
+       "the range in \"[0;250 A]Current of each supply\" can't be taken apart"},
+      {{"history.csv", "#0, 4,FLOAT.CHANNEL, 18000", "#0, 4,LONG, 18000", ""},
+       "history.csv:3:32",
+       "CURRENT has format LONG, while FLOAT.CHANNEL belongs to the property's float.CHANNEL"},
   };
   for (const Case& one : cases) {
     const Project project;

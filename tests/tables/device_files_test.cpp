@@ -36,11 +36,14 @@ TEST(DeviceFiles, ReadingWritingAndThePanel) {
   }
   EXPECT_EQ(UpdateDevicesFile("A\r\n B\r\n", names), 4);
   EXPECT_EQ(names, (DeviceNames{"A", " B", "", "DEVICE 3"}));
-  WriteDevicesFile(*files, folder.path(), "d.csv", names);
+  const ReplaceFile put = [&](const Path& file, std::string_view content) {
+    replace(*files, file, content);
+  };
+  WriteDevicesFile(put, fileInFolder(*files, folder.path(), "d.csv"), names);
   EXPECT_EQ(folder.read("d.csv"),
             "DEVICE_NUMBER,DEVICE_NAME\r\n 0,A\r\n 1, B\r\n 2,Device 2\r\n 3,DEVICE 3\r\n");
   EXPECT_EQ(names[2], "Device 2");
-  EXPECT_THROW(WriteDevicesFile(*files, folder.path(), "../d.csv", names), Failure);
+  EXPECT_THROW(fileInFolder(*files, folder.path(), "../d.csv"), Failure);
   EXPECT_EQ(UpdateDevicesFile("", names), 4);
   EXPECT_EQ(names[0], "DEVICE 0");
 }

@@ -49,17 +49,9 @@ TEST(TaggedCsv, Fields) {
 
 TEST(TaggedCsv, Blanks) {
   const std::initializer_list<std::pair<std::string, std::string>> cases{
-      {"   ", ""},
-      {"\r\n  x\t\r\n", "x"},
-      {"\r x", " x"},
-      {"x\n\n", "x\n"},
-      {"x\n\r", "x"},
-      {"\r\r\nx", "\r\nx"},
-      {"\r\nx y", "x y"},
-      {"x\r \r", "x\r "},
-      {"\r\n", ""},
-      {"x\n\r", "x"},
-      {std::string("\0x", 2), "x"}};
+      {"   ", ""},    {"\r\n  x\t\r\n", "x"},      {"\r x", " x"},     {"x\n\n", "x\n"},
+      {"x\n\r", "x"}, {"\r\r\nx", "\r\nx"},        {"\r\nx y", "x y"}, {"x\r \r", "x\r "},
+      {"\r\n", ""},   {std::string("\0x", 2), "x"}};
   for (const auto& [text, stripped] : cases) EXPECT_EQ(stripBlanks(text), stripped) << text;
 }
 
@@ -79,10 +71,10 @@ TEST(TaggedCsv, LinesAndStops) {
       return first != "skipped";
     };
     const auto header = [&](std::string_view line) { seen.append(line).append(":"); };
-    const auto [rows, stop, onlyLineFeeds] = readTable(*files, {folder.path("t.csv")}, header, row);
+    const ReadResult read = readTable(*files, {folder.path("t.csv")}, header, row);
     EXPECT_EQ(seen, lines) << content;
-    EXPECT_EQ(stop ? stop->line : 0, stopLine) << content;
-    EXPECT_EQ(onlyLineFeeds, content == "h\na\nb") << content;
+    EXPECT_EQ(read.stop ? read.stop->line : 0, stopLine) << content;
+    EXPECT_EQ(read.onlyLineFeeds, content == "h\na\nb") << content;
   };
   expectLines("", "", 1);
   expectLines("\r\n", ":", 0);

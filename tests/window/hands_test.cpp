@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What the toolkit does with hands otherwise than an engineer means it.
 #include <QClipboard>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <ctime>
 #include <filesystem>
 
 #include "desktop/message_boxes.h"
@@ -40,7 +42,7 @@ struct Hands : testing::Test {
   TemporaryFolder home;
   Engineer engineer{home.path()};
   Form1& form = engineer.program.wizard.form;
-  Desk desk{engineer.program, page};
+  Desk desk{engineer, page};
 };
 
 TEST_F(Hands, AClickCountsWhereItLandsAlsoInASelection) {
@@ -211,6 +213,34 @@ TEST_F(Hands, TheListGoesOnWhereALineWasRemoved) {
   form.RemoveProperty.click();
   desk.key("Down");
   EXPECT_EQ(form.PropertyList.selectedIndex(), 4) << "it was the last line";
+}
+
+TEST_F(Hands, AMessageTakesAnyTextOfATableAtOnce) {
+  const MessageBox ask = messageBoxes(desk.view, page, "Wizard");
+  for (const char* piece : {"x", "ab "}) {
+    const QByteArray text = QByteArray(piece).repeated(32767).left(32767);
+    std::clock_t start = 0;  // of what the process uses, whatever else the machine has to do
+    desk.soon([&] {
+      EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC / 10);
+      QWidget* box = QApplication::activeModalWidget();
+      EXPECT_TRUE(QTest::qWaitFor([&] { return box->isActiveWindow(); }));
+      desk.key("Escape");
+    });
+    start = std::clock();
+    ask({.text = text.toStdString(), .buttons = Buttons::okCancel});
+  }
+}
+
+TEST_F(Hands, TheReasonOfAMarkStandsInTheStatusLineWhileItsFieldHasTheFocus) {
+  const auto* line = desk.view.findChild<QLabel*>(QStringLiteral("statusLine"));
+  const QString last = line->text();
+  const QString tip = desk.widget("PropertyName").toolTip();
+  desk.write("PropertyName", "A,B");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return line->text().startsWith("The comma moves"); }));
+  EXPECT_EQ(desk.widget("PropertyName").toolTip(), tip);
+  EXPECT_TRUE(desk.widget("PropertyName").accessibleDescription().endsWith(line->text()));
+  desk.click("Units");
+  EXPECT_EQ(line->text(), last);
 }
 
 }  // namespace
