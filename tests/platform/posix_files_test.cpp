@@ -323,8 +323,8 @@ TEST_F(PosixFiles, OnlyHiddenFilesThatNobodyHoldsAreRemoved) {
   const std::string longest(255, 'x');
   folder.write("from", "");
   const Act killed = [&] {
-    files->create(path(longest)).release();
-    files->create(path("t.csv")).release();
+    static_cast<void>(files->create(path(longest)).release());
+    static_cast<void>(files->create(path("t.csv")).release());
     refusing({SYS_unlink}, EIO)();
     refusing({SYS_rename}, EIO)();
     files->copy(path("from"), path("to"));

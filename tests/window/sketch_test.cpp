@@ -33,7 +33,7 @@ TEST(Sketches, ThatDoNotFitTheirWindowAreRefused) {
     Form1 form;
     QWidget window;
     try {
-      FormWidgets(window, sketches, designedControls(form), page, [] {});
+      const FormWidgets widgets(window, sketches, designedControls(form), page, [] {});
       ADD_FAILURE() << picture;
     } catch (const Failure& failure) {
       EXPECT_TRUE(std::string(failure.what()).ends_with(expected)) << failure.what();
