@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Start-up, names, entering a project, Done, the guided dialog.
+#include <chrono>
 #include <filesystem>
 
+#include "completion/names_files.h"
+#include "editing/memory_file.h"
 #include "support/flow.h"
 
 namespace kova::test {
@@ -199,10 +202,20 @@ TEST_F(Project, StaysOutOfTheRepositoryUnlessTheEngineerSaysYes) {
   EXPECT_EQ(engineer.programs.started, Lines{});
 }
 
+TEST_F(Project, WithoutALocalNameHasNoPlaceInTheRepository) {
+  engineer.environment.values["FEC_HOME"] = home.path("fec");
+  project("E", {"E,,P,1,double,0,NULL, 1,READ,1,x,0"});
+  open("E");
+  done();
+  EXPECT_EQ(said(), "nothing");
+  EXPECT_TRUE(engineer.ended);
+}
+
 TEST_F(Project, ThatCantBeCopiedCostsAMessageAFile) {
   engineer.environment.values["FEC_HOME"] = home.path("none");
   const Cases cases = {{"EEQM", "No such file or directory"},
-                       {"../x", "the local name names no folder of its own"}};
+                       {"../x", "the local name names no folder of its own"},
+                       {{"A\0B", 3}, "the local name names no folder of its own"}};
   for (const auto& [localName, why] : cases) {
     project("E", {"E," + localName + ",P,1,double,0,NULL, 1,READ,1,x,0"});
     open("");
@@ -266,6 +279,74 @@ TEST_F(Project, WithoutADirectoryToWriteToStaysAsItIs) {
     EXPECT_EQ(said(), "Could not create exports.csv file : " + why);
     EXPECT_EQ(engineer.rows(), (Rows{.properties = 1, .alarms = 1})) << folder;
   }
+}
+
+/// A disk on which names that differ in case are one.
+struct CaselessDisk : MemoryFile {
+  CaselessDisk() : MemoryFile("") {}
+  bool ignoresCase(const Path&) const override { return true; }
+  std::string withoutCase(std::string_view name) const override {
+    std::string folded(name);
+    for (char& letter : folded) letter = CodePage::windows1252().capital(letter);
+    return folded;
+  }
+};
+
+TEST_F(Project, IsNotWrittenWhereTheDiskCantKeepANamesFile) {
+  const std::string tooLong(250, 'x');
+  open("NEW");
+  for (const std::string& property :
+       {std::string("P\xE9"), std::string("P"), std::string("P\xC9"), tooLong}) {
+    type(form.PropertyName, property);
+    form.DeviceListCheck.setValue(1);
+    form.EditCmd.click();
+  }
+  done();
+  EXPECT_EQ(said(),
+            "Could not write " + tooLong + "-names.csv : this disk can't hold a file of that name");
+  EXPECT_EQ(home.files("NEW").size(), 0U);
+
+  CaselessDisk disk;
+  const WizardState& state = engineer.program.wizard.state;
+  Wizard other({disk, engineer.environment, engineer.clock, engineer.programs}, {});
+  other.state.exportTable = state.exportTable;
+  other.state.exportCount = state.exportCount;
+  const auto file = findUnwritableNamesFile(other, {});
+  EXPECT_EQ(file.value().name, "P\xC9-names.csv");
+  EXPECT_EQ(file->why, "this disk takes it for P\xE9-names.csv");
+}
+
+TEST_F(Project, KeepsWhatAColleagueHasWrittenSinceItWasRead) {
+  open("MAGNET");
+  form.PropertyList.select(5);
+  for (const char* name : {"almwatch.csv", "history.csv"}) {
+    home.write(std::string("MAGNET/") + name, "by a colleague");
+  }
+  engineer.clock.now += 100;
+  type(form.ArchiveRateText, "often");
+
+  done();
+  EXPECT_EQ(said(), "Could not write history.csv : Archive Rate: \"often\" is not a number");
+  EXPECT_EQ(home.read("MAGNET/almwatch.csv"), "by a colleague");
+  EXPECT_FALSE(home.has("MAGNET/history-1700000100.csv")) << "it was not replaced";
+  EXPECT_EQ(engineer.programs.started, Lines{});
+
+  type(form.ArchiveRateText, "10");
+  done();
+  EXPECT_EQ(home.read("MAGNET/almwatch.csv"), example.at("almwatch.csv"));
+  EXPECT_EQ(home.read("MAGNET/almwatch-1700000100.csv"), "by a colleague");
+  EXPECT_FALSE(home.has("MAGNET/exports-1700000100.csv")) << "its own writing";
+}
+
+TEST_F(Project, WaitsOnceForAnotherWizardThatIsFinishingIt) {
+  open("MAGNET");
+  const auto held = engineer.files->lock({magnet});
+  const auto begin = std::chrono::steady_clock::now();
+  done();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(6)) << "five tables";
+  EXPECT_EQ(status(),
+            "Another wizard is finishing this project as well; it was waited for in vain.");
+  EXPECT_TRUE(engineer.ended);
 }
 
 struct GuidedDialog : Flow {

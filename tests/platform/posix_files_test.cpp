@@ -298,6 +298,12 @@ TEST_F(PosixFiles, WhatMustOutlastALossOfPowerIsFlushed) {
   expect(refusing({SYS_syncfs}, ENOSYS), flushAll, "no failure");
   // A folder may need no flush; its files do.
   expect(refusing({SYS_fsync, SYS_syncfs}, EINVAL), flushAll, "Invalid argument");
+  // Where the kind of disk can't be told, nor is a flush for all believed.
+  const Act unknownDisk = [] {
+    refusing({SYS_fstatfs}, EIO)();
+    refusing({SYS_fsync}, EROFS)();
+  };
+  expect(unknownDisk, flushAll, "Read-only file system");
   const Act flushEarlier = [&] {
     const auto output = files->create(path("t.csv"));
     output->write("whole");
