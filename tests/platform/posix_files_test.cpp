@@ -235,9 +235,12 @@ TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
     allow(name, mode);
   };
   const auto expectCopy = [&](const Act& prepare, const std::string& from, mode_t mode) {
-    const Act copy = [&] { files->copy(path(from), path("to")); };
+    std::filesystem::remove(folder.path("fresh"));
+    const Act copy = [&] {
+      for (const char* to : {"to", "fresh"}) files->copy(path(from), path(to));
+    };
     EXPECT_TRUE(failsInChild(prepare, copy, "no failure")) << from;
-    EXPECT_EQ(modeOf("to"), S_IFREG | mode) << from;
+    for (const char* to : {"to", "fresh"}) EXPECT_EQ(modeOf(to), S_IFREG | mode) << to << from;
   };
   original("group", 0660);
   expectCopy([] {}, "group", 0660);
@@ -254,14 +257,16 @@ TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
   original("list", 0644);
   if (!setList("list", accessListName)) GTEST_SKIP() << "no access lists";
   expectCopy([] {}, "list", 0640);
-  EXPECT_TRUE(hasList("to"));
+  EXPECT_TRUE(hasList("to") && hasList("fresh"));
   expectCopy(refusing({SYS_fsetxattr}, ENOTSUP), "list", 0600);
   expectCopy(becomeNobody, "list", 0600);
-  const std::string to = folder.path("to");
-  EXPECT_EQ(::getxattr(to.c_str(), accessListName, nullptr, 0), -1);
+  const auto expectNoList = [&](const std::string& to) {
+    EXPECT_EQ(::getxattr(folder.path(to).c_str(), accessListName, nullptr, 0), -1) << to;
+  };
+  expectNoList("to");
   ASSERT_TRUE(setList(".", newFilesListName));
   expectCopy([] {}, "group", 0660);
-  EXPECT_EQ(::getxattr(to.c_str(), accessListName, nullptr, 0), -1);
+  for (const char* to : {"to", "fresh"}) expectNoList(to);
 }
 
 TEST_F(PosixFiles, RightsThatCannotBeChosenAreNoFailure) {
@@ -329,7 +334,7 @@ TEST_F(PosixFiles, OnlyHiddenFilesThatNobodyHoldsAreRemoved) {
     files->create(path(longest)).release();
     files->create(path("t.csv")).release();
     refusing({SYS_unlink}, EIO)();
-    refusing({SYS_rename}, EIO)();
+    refusing({SYS_rename, SYS_linkat}, EIO)();
     files->copy(path("from"), path("to"));
   };
   EXPECT_TRUE(failsInChild([] {}, killed, "Input/output error"));
