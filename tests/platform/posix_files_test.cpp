@@ -183,6 +183,31 @@ TEST_F(PosixFiles, AFailureLeavesTheFormerContent) {
   EXPECT_EQ(folder.names(), (Names{"big", "t.csv"}));
 }
 
+TEST_F(PosixFiles, AFileThatHoldsTheBytesAlreadyStaysAndIsFlushed) {
+  folder.write("t.csv", std::string(40000, 'a'));
+  const auto stamp = files->stamp(path("t.csv"));
+  const Act same = [&] { replaceBy("t.csv", std::string(40000, 'a')); };
+  same();
+  EXPECT_EQ(files->stamp(path("t.csv")), stamp);
+  EXPECT_EQ(folder.names(), Names{"t.csv"});
+  EXPECT_TRUE(failsInChild(refusing({SYS_fsync}, EIO), same, "Input/output error"));
+  EXPECT_TRUE(failsInChild(refusing({SYS_rename}, EIO), same, "no failure"));
+  allow("t.csv", 0444);
+  EXPECT_TRUE(failsInChild(becomeNobody, same, "Permission denied"));
+  for (const std::string other : {"b", ""}) {
+    const std::string bytes = std::string(39999, 'a') + other;
+    replaceBy("t.csv", bytes);
+    EXPECT_EQ(folder.read("t.csv"), bytes);
+  }
+  const auto output = files->create(path("t.csv"));
+  output->write("of the wizard");
+  folder.write("t.csv", "of the wizard");
+  output->flush();
+  folder.write("t.csv", "somebody's");
+  output->close();
+  EXPECT_EQ(folder.read("t.csv"), "of the wizard");
+}
+
 TEST_F(PosixFiles, LeftoversAreUsedAgainAndLocksRespected) {
   for (const char* name : {".t.csv.kova~1", ".t.csv.kova~2"})
     folder.write(name, "left by a killed run");

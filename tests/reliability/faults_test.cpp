@@ -233,7 +233,7 @@ TEST_F(Faults, DoneReplacesTablesOnceAllBytesAreFlushedAndFlushesTheNamesInTheEn
     const SystemCalls::Call& call = calls[at];
     const std::filesystem::path path(call.path);
     if (call.name == "write") bytes.insert(path);
-    if (call.name == "fsync") bytes.erase(path);
+    if (call.name == "fsync" || call.name == "unlink") bytes.erase(path);
     if (call.name == "fsync") names.erase(path);
     if (call.name == "syncfs") bytes.clear();
     if (call.name != "rename" && call.name != "linkat") continue;
