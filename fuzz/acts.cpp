@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Random acts of an engineer on the whole wizard. Two bytes are an act and what it is done with;
-// what stands behind 0xFF is the content of every table that lies there already.
+// Random acts of an engineer on the whole wizard, two bytes each. What stands behind 0xFF is the
+// content of every table that lies there already.
 #include <algorithm>
+#include <array>
 #include <filesystem>
+#include <functional>
+#include <iterator>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "harness.h"
@@ -14,55 +18,105 @@
 namespace kova::fuzz {
 namespace {
 
-/// The parts of `text`, each behind `head`.
-std::vector<std::string> split(const std::string& text, char mark, const std::string& head) {
-  std::vector<std::string> parts;
+using test::Engineer;
+using namespace std::string_view_literals;
+
+std::vector<std::string> words(const std::string& text) {
   std::istringstream stream(text);
-  for (std::string part; std::getline(stream, part, mark);) parts.push_back(head + part);
-  return parts;
+  return {std::istream_iterator<std::string>(stream), {}};
 }
 
-std::vector<std::string> everyAct() {
-  const std::string fields =
-      "ExportName LocalName PropertyName NumDevices PropertyDescription MaxValue MinValue Units "
-      "InputDataSize OutputDataSize NumStepsText ParamText ArchiveRateText toleranceText almHiText "
-      "almSeverityText almMaskText deviceNumberInputText deviceNamesInputText ProjectDir";
-  const std::string clicked =
-      "ExportName LocalName PropertyName ProjectDir AddProperty EditCmd RemoveProperty "
-      "PropertyList HistoryCheck AlarmWatchCheck DeviceListCheck ProcessCheck ServerOption "
-      "propertyOption Label9 nextParam lastParam DoneParam Command1 AddProperty EditCmd";
-  const std::string others =
-      "select,caret deviceNamesInputText,focus almHiText,focus almMaskText,leave NumDevices,"
-      "leave deviceNamesInputText,choose OutputDataFormat Single,choose OutputDataFormat NULL,"
-      "choose InputDataFormat Integer,choose InputDataFormat NULL,choose ArrayTypeCombo CHANNEL,"
-      "choose AccessMode READ|WRITE,menu server,menu property,enter ParamText,close,answer yes,"
-      "answer cancel,time 1700200000";
-  std::vector<std::string> acts = split(fields, ' ', "type ");
-  for (auto& act : split(clicked, ' ', "click ")) acts.push_back(std::move(act));
-  for (auto& act : split(others, ',', "")) acts.push_back(std::move(act));
-  return acts;
+// New ones go to the end of what can be done: the corpus goes by their places.
+const std::vector<std::string> fields = words(
+    "ExportName LocalName PropertyName NumDevices PropertyDescription MaxValue MinValue Units "
+    "InputDataSize OutputDataSize NumStepsText ParamText ArchiveRateText toleranceText almHiText "
+    "almSeverityText almMaskText deviceNumberInputText deviceNamesInputText ProjectDir");
+const std::vector<std::string> clickable = words(
+    "ExportName LocalName PropertyName ProjectDir AddProperty EditCmd RemoveProperty "
+    "PropertyList HistoryCheck AlarmWatchCheck DeviceListCheck ProcessCheck ServerOption "
+    "propertyOption Label9 nextParam lastParam DoneParam Command1 AddProperty EditCmd");
+constexpr std::array texts{
+    ""sv,         "MAG"sv,  "VAC"sv,        "FULL"sv, "VOLT"sv, "RAMP"sv, "QVX"sv,   "LONGNAMES"sv,
+    "a,b"sv,      "\"q"sv,  "#x"sv,         "../x"sv, "x/y"sv,  "*"sv,    "-1"sv,    "0"sv,
+    "1"sv,        "2"sv,    "3"sv,          "300"sv,  "1.5"sv,  "1E9"sv,  "32767"sv, "32768"sv,
+    "[0:1 V]y"sv, "none"sv, "A\r\nB\r\n"sv, "\xB0"sv, "x\0y"sv};
+
+void checkNumDevices(const Wizard& wizard) {
+  const double value = textValue(wizard.form.NumDevices.text());
+  if (value < 0.6 || value > 32767) return;
+  for (std::size_t k = 0; k < wizard.form.PropertyList.lines().size(); ++k) {
+    require(wizard.state.exportTable[k].numModules == std::to_string(toInt16(value)),
+            "rows follow");
+  }
+  require(std::ssize(wizard.state.deviceNames) == toInt16(value), "a device has a name");
 }
 
-/// The act as a line of a script; empty where the window does not offer it.
-std::string lineOf(const test::Engineer& engineer, std::uint8_t act, std::uint8_t with) {
-  static const std::vector<std::string> acts = everyAct();
-  static const std::vector<std::string> texts = split(
-      "|MAG|VAC|FULL|VOLT|RAMP|QVX|LONGNAMES|a,b|\"q|#x|../x|x/y|*|-1|0|1|2|3|300|1.5|1E9|"
-      "32767|32768|[0:1 V]y|none|A\\r\\nB\\r\\n|\xB0|x\\0y",
-      '|', "");
-  const std::string& line = acts[act % acts.size()];
-  const auto about = [&](const char* what) { return line.find(what) != std::string::npos; };
-  const std::string& directory = engineer.field("ProjectDir").text();
-  const auto rows = engineer.program.wizard.form.PropertyList.lines().size();
-  if (about("Param") && !engineer.program.helper.window.loaded()) return "";
+void checkSelection(const Form1& form, const PropertyRecord& row) {
+  require(form.HistoryCheck.ticked() == row.hasHistory, "the history box shows the row");
+  require(form.AlarmWatchCheck.ticked() == row.hasAlarmWatch, "the alarm box shows it");
+  require(form.DeviceListCheck.ticked() == row.hasDeviceList, "the list box shows it");
+}
+
+void typeInto(Engineer& engineer, const std::string& name, std::string text) {
+  TextField& field = engineer.field(name);
+  if (name == "ProjectDir") text.insert(0, engineer.home + '/');
+  const bool changes = field.text() != text;
+  test::type(field, text);
+  if (name == "NumDevices" && changes) checkNumDevices(engineer.program.wizard);
+}
+
+void select(const Wizard& wizard, ListBox& list, std::uint8_t with) {
+  if (list.lines().empty()) return;
+  list.select(static_cast<std::int32_t>(with % list.lines().size()));
+  const auto row = static_cast<std::size_t>(list.selectedIndex());
+  const auto& table = wizard.state.exportTable;
+  if (row < table.size()) checkSelection(wizard.form, table[row]);
+}
+
+/// Two bytes are an act and what it is done with.
+void play(Engineer& engineer, std::size_t act, std::uint8_t with) {
+  Wizard& wizard = engineer.program.wizard;
+  Form1& form = wizard.form;
+  ExportHelper& dialog = engineer.program.helper;
+  const std::array<std::function<void()>, 19> others{
+      [&] { select(wizard, form.PropertyList, with); },
+      [&] { test::clickAt(form.deviceNamesInputText, with); },
+      [&] { form.almHiText.gotFocus(); },
+      [&] { form.almMaskText.gotFocus(); },
+      [&] { form.NumDevices.lostFocus(); },
+      [&] { form.deviceNamesInputText.lostFocus(); },
+      [&] { form.OutputDataFormat.setText("Single"); },
+      [&] { form.OutputDataFormat.setText("NULL"); },
+      [&] { form.InputDataFormat.setText("Integer"); },
+      [&] { form.InputDataFormat.setText("NULL"); },
+      [&] { form.ArrayTypeCombo.setText("CHANNEL"); },
+      [&] { form.AccessMode.setText("READ|WRITE"); },
+      [&] { form.srvGuide.click(); },
+      [&] { form.prpGuide.click(); },
+      [&] {
+        if (dialog.window.loaded()) dialog.ParamText.keyDown(TextField::enterKey);
+      },
+      [&] { dialog.window.unload(); },
+      [&] { engineer.answers.push_back(Answer::yes); },
+      [&] { engineer.answers.push_back(Answer::cancel); },
+      [&] { engineer.clock.now = 1700200000; }};
   // What lies outside of the home directory is none of this program's business.
-  const bool home = directory.starts_with(engineer.home + "/") && directory.find("/..") > 9999;
-  if ((about("Command1") && !home) || (about("select") && rows == 0)) return "";
-  if (line == "type ProjectDir") return line + " {home}/" + texts[with % texts.size()];
-  if (about("type")) return line + " " + texts[with % texts.size()];
-  return about("select")  ? line + " " + std::to_string(with % rows)
-         : about("caret") ? line + " " + std::to_string(with)
-                          : line;
+  const std::string& directory = form.ProjectDir.text();
+  const bool atHome = directory.starts_with(engineer.home + "/") && directory.find("/..") > 9999;
+  const auto offers = [&](std::string_view name) {
+    const bool ofDialog = name.ends_with("Param") || name == "ParamText";
+    return ofDialog ? dialog.window.loaded() : name != "Command1" || atHome;
+  };
+  act %= fields.size() + clickable.size() + others.size();
+  const std::size_t click = act - fields.size();
+  if (act < fields.size()) {
+    if (!offers(fields.at(act))) return;
+    typeInto(engineer, fields.at(act), std::string(texts.at(with % texts.size())));
+  } else if (click < clickable.size()) {
+    if (offers(clickable.at(click))) test::click(engineer.control(clickable.at(click)));
+  } else {
+    others.at(click - clickable.size())();
+  }
 }
 
 void makeProjects(const std::string& home, const std::string& content) {
@@ -103,25 +157,6 @@ void checkPanel(const CheckBox& box, const Frame& frame, bool& clicked) {
   require(!clicked || frame.enabled() == box.ticked(), "a panel is live as its box says");
 }
 
-void checkSelection(const Wizard& wizard) {
-  const auto selected = static_cast<std::size_t>(wizard.form.PropertyList.selectedIndex());
-  if (selected >= wizard.state.exportTable.size()) return;
-  const PropertyRecord& row = wizard.state.exportTable[selected];
-  require(wizard.form.HistoryCheck.ticked() == row.hasHistory, "the history box shows the row");
-  require(wizard.form.AlarmWatchCheck.ticked() == row.hasAlarmWatch, "the alarm box shows it");
-  require(wizard.form.DeviceListCheck.ticked() == row.hasDeviceList, "the list box shows it");
-}
-
-void checkNumDevices(const Wizard& wizard) {
-  const double value = textValue(wizard.form.NumDevices.text());
-  if (value < 0.6 || value > 32767) return;
-  for (std::size_t k = 0; k < wizard.form.PropertyList.lines().size(); ++k) {
-    require(wizard.state.exportTable[k].numModules == std::to_string(toInt16(value)),
-            "rows follow");
-  }
-  require(std::ssize(wizard.state.deviceNames) == toInt16(value), "a device has a name");
-}
-
 }  // namespace
 
 void check(std::string_view bytes) {
@@ -130,7 +165,7 @@ void check(std::string_view bytes) {
   const std::string input(bytes);
   const auto end = std::min(input.find('\xff'), input.size());
   makeProjects(outer.path("home"), input.substr(std::min(end + 1, input.size())));
-  test::Engineer engineer(outer.path("home"));
+  Engineer engineer(outer.path("home"));
   engineer.environment.values["FEC_HOME"] = outer.path("repo");
   const Wizard& wizard = engineer.program.wizard;
   engineer.start();
@@ -138,9 +173,7 @@ void check(std::string_view bytes) {
   bool alarmClicked = false;
   const auto byte = [&](std::size_t at) { return static_cast<std::uint8_t>(input[at]); };
   for (std::size_t at = 0; at + 1 < end; at += 2) {
-    const std::string line = lineOf(engineer, byte(at), byte(at + 1));
-    const std::string devices = engineer.field("NumDevices").text();
-    require(line.empty() || engineer.carryOut(line).empty(), "an act is carried out");
+    play(engineer, byte(at), byte(at + 1));
     const WizardState& state = wizard.state;
     for (const auto count : {state.exportCount, state.historyCount, state.alarmCount}) {
       require(count >= 0 && count <= tableRows, "counts are in bounds");
@@ -148,8 +181,6 @@ void check(std::string_view bytes) {
     checkRows(wizard);
     checkPanel(wizard.form.HistoryCheck, wizard.form.HistoryPanel, historyClicked);
     checkPanel(wizard.form.AlarmWatchCheck, wizard.form.AlarmWatchPanel, alarmClicked);
-    if (line.starts_with("select")) checkSelection(wizard);
-    if (line.starts_with("type NumD") && line.substr(16) != devices) checkNumDevices(wizard);
   }
   require(outer.names() == std::set<std::string>{"home", "repo"}, "nothing lies outside");
 }

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// The wizard in a process of its own, driven by acts from standard input: each line is an act of
-// the tests' engineer, "ready", which is answered, or "calls", which tells the system calls since
-// the last one: name, path and, in hexadecimal, what else was given, between tabs. What was said is
-// on standard output.
+// The wizard in a process of its own, driven by acts from standard input: each line is an act,
+// "ready", which is answered, or "calls", which tells the system calls since the last one: name,
+// path and, in hexadecimal, what else was given, between tabs. What was said is on standard output.
+#include <algorithm>
 #include <exception>
 #include <iostream>
-#include <regex>
 #include <utility>
 
+#include "acts.h"
 #include "core/status.h"
 #include "reliability/system_calls.h"
 #include "support/engineer.h"
@@ -41,13 +41,14 @@ void drive(const std::string& home) {
       std::cout << line << std::endl;
     } else if (line == "calls") {
       tellCalls();
-    } else if (const std::string wrong = engineer.carryOut(line); !wrong.empty()) {
+    } else if (const std::string wrong = measure::carryOut(engineer, line); !wrong.empty()) {
       std::cout << "wrong " << line << ": " << wrong << "\n";
     }
   }
-  static const std::regex lineEnd("[\r\n]+");
-  for (const std::string& message : engineer.messages) {
-    std::cout << "said " << std::regex_replace(message, lineEnd, " ") << "\n";
+  for (std::string message : engineer.messages) {
+    std::erase(message, '\r');
+    std::replace(message.begin(), message.end(), '\n', ' ');
+    std::cout << "said " << message << "\n";
   }
   std::cout << "status " << statusText(engineer.program.wizard) << "\n";
   if (engineer.ended) std::cout << "ended\n";

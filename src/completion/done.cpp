@@ -49,7 +49,7 @@ bool isToBeUpdated(const Wizard& wizard, const std::string& repositoryPath) {
 /// The local name names a folder of the repository.
 bool namesFolder(const std::string& localName) {
   return localName != "." && localName != ".." &&
-         localName.find(pathSeparator) == std::string::npos;
+         localName.find_first_of({pathSeparator, '\0'}) == std::string::npos;
 }
 
 void couldNotCopy(const Wizard& wizard, const std::string& source, const std::string& dest,
@@ -84,7 +84,7 @@ struct Finishing {
       state.onDisk.nameLists[row.propertyName] =
           writeDevices(namesFile(row.propertyName), row.devices);
     }
-    write(state.projectPath, [&] { files().flushFolder(pathOf("")); });
+    write(projectDirectory(wizard), [&] { files().flushFolder(pathOf("")); });
     flushRepository();
   }
 
@@ -113,7 +113,7 @@ struct Finishing {
   /// Nothing is written if something can't be.
   void checkNames() {
     std::optional<UnwritableFile> file;
-    write(wizard.state.projectPath, [&] { file = findUnwritableNamesFile(wizard, pathOf("")); });
+    write(projectDirectory(wizard), [&] { file = findUnwritableNamesFile(wizard, pathOf("")); });
     if (file) couldNotWrite(file->name, file->why);
   }
 

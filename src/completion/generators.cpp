@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "core/project_entry.h"
+
 namespace kova {
 namespace {
 
@@ -17,7 +19,7 @@ void start(const Wizard& wizard, const std::string& commandLine) {
 }  // namespace
 
 void startGenerators(const Wizard& wizard) {
-  const std::string& project = wizard.state.projectPath;
+  const std::string& project = projectDirectory(wizard);
   if (wizard.form.vbProject.ticked()) start(wizard, "vbskelgen.exe " + project);
   if (wizard.form.cProject.ticked()) start(wizard, "cskelgen.exe " + project + " LINUX");
 }

@@ -3,8 +3,6 @@
 
 #include <map>
 
-#include "core/data_formats.h"
-
 namespace kova {
 namespace {
 
@@ -18,7 +16,7 @@ bool isBareName(std::string_view name) {
 
 std::optional<UnwritableFile> findUnwritableNamesFile(Wizard& wizard, const Path& folder) {
   const FileSystem& files = wizard.platform.files;
-  std::map<std::string, std::string> names;  // by their upper case
+  std::map<std::string, std::string> names;  // by what a disk that ignores case makes of them
   std::optional<bool> ignoresCase;
   for (std::int16_t i = 0; i < wizard.state.exportCount; ++i) {
     const PropertyRecord& row = exportRow(wizard, i);
@@ -27,7 +25,7 @@ std::optional<UnwritableFile> findUnwritableNamesFile(Wizard& wizard, const Path
     if (!files.nameFits(folder, files.path(name).native)) {
       return UnwritableFile{name, "this disk can't hold a file of that name"};
     }
-    const std::string& first = names.emplace(upperCase(name), name).first->second;
+    const std::string& first = names.emplace(files.withoutCase(name), name).first->second;
     if (first == name) continue;
     if (!ignoresCase) ignoresCase = files.ignoresCase(folder);
     if (*ignoresCase) return UnwritableFile{name, "this disk takes it for " + first};

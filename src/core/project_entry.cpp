@@ -41,7 +41,8 @@ bool mayBeEntered(Wizard& wizard, std::string_view directory) {
   if (depth == 0) return true;
   const bool tooDeep = depth >= deepestEntry;
   if (!tooDeep && liesDirectlyInHomeDrive(state, directory)) return true;
-  state.refusedEntry = RefusedEntry{wizard.form.ExportName.text(), tooDeep};
+  state.refusedEntry =
+      RefusedEntry{wizard.form.ExportName.text(), state.directoriesBeingEntered.front(), tooDeep};
   return false;
 }
 
@@ -68,7 +69,7 @@ std::size_t dropTables(Wizard& wizard) {
 void readProject(Wizard& wizard, const Path& exportsFile, std::size_t dropped) {
   WizardState& state = wizard.state;
   FileSystem& files = wizard.platform.files;
-  const Path folder = projectFolder(wizard);
+  const Path folder = files.path(projectDirectory(wizard));
   files.removeLeftovers(folder);
   BackupResult backups = backupExistingFiles(files, wizard.platform.clock, folder, wizard.progress);
   state.onDisk.stamps = std::move(backups.stamps);
@@ -124,10 +125,10 @@ std::string projectFile(const Wizard& wizard, std::string_view name) {
   return wizard.state.projectPath + pathSeparator + std::string(name);
 }
 
-Path projectFolder(const Wizard& wizard) {
+const std::string& projectDirectory(const Wizard& wizard) {
   const std::string& path = wizard.state.projectPath;
   // The root is all trailing separator: nothing is left of it.
-  return wizard.platform.files.path(path.empty() ? wizard.form.ProjectDir.text() : path);
+  return path.empty() ? wizard.form.ProjectDir.text() : path;
 }
 
 void ProjectDir_Change(Wizard& wizard) {

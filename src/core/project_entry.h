@@ -12,8 +12,8 @@ namespace kova {
 /// Text of the path of a file in the project directory.
 std::string projectFile(const Wizard& wizard, std::string_view name);
 
-/// The project directory itself, "/" included. Throws Failure if none is given.
-Path projectFolder(const Wizard& wizard);
+/// Text of the project directory itself, "/" included; empty if none is given.
+const std::string& projectDirectory(const Wizard& wizard);
 
 /// Drops all rows. If the directory in the field holds an export table, backs its files up and
 /// reads its tables. Whatever fails ends it silently but for the status line. While a project is

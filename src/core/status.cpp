@@ -50,26 +50,22 @@ std::string readSentence(const WizardState& state, const ProjectRead& project) {
 /// Where the rows have led, if that was too far.
 std::string refusedSentence(const WizardState& state) {
   if (!state.refusedEntry) return {};
-  const auto& [exportName, tooDeep] = *state.refusedEntry;
+  const auto& [exportName, directory, tooDeep] = *state.refusedEntry;
   return " Project " + exportName + " not read: " +
          (tooDeep ? "too many projects lead to one another by the export names of their last rows"
                   : "this export name of the last row is no plain name of a directory in " +
                         state.homeDrive) +
-         ". Click into Project Directory and type the wanted directory.";
+         ". Click into Project Directory and type " + directory + ".";
 }
 
 std::string backupTroubleSentence(const BackupFailure& failure) {
   const std::string why = failure.file() + ": " + failure.what() + ". ";
-  switch (failure.trouble()) {
-    case BackupTrouble::notDeleted:
-      return "old backup " + why + "Delete the file or ask its owner to.";
-    case BackupTrouble::notReadable:
-      return "backup of " + why + "Move the file away or make it readable.";
-    case BackupTrouble::notCopied:
-      break;
+  if (failure.trouble() == BackupTrouble::notDeleted) {
+    return "old backup " + why + "Delete the file or ask its owner to.";
   }
   return "backup of " + why +
-         "Move the file away, or see that the directory is writable and has room.";
+         "Move the file away, or see that it is readable and that the directory is writable and "
+         "has room.";
 }
 
 /// Where and why a reader did not come to the end of a file; empty if it did or found no file.

@@ -33,6 +33,7 @@ struct ProcessTemplate {
 /// A directory that a row led to and that was not entered.
 struct RefusedEntry {
   std::string exportName;  ///< of the row
+  std::string directory;   ///< of the project from which the rows led there
   bool tooDeep = false;    ///< too many projects led to it; else it lies outside the home drive
 };
 

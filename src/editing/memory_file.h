@@ -37,6 +37,7 @@ class MemoryFile : public FileSystem {
   std::optional<FileStamp> stamp(const Path&) const override { return std::nullopt; }
   std::unique_ptr<FolderLock> lock(const Path&) override { return nullptr; }
   bool nameFits(const Path&, std::string_view) const override { return true; }
+  std::string withoutCase(std::string_view name) const override { return std::string(name); }
   bool ignoresCase(const Path&) const override { return false; }
   void flushFolder(const Path&) override {}
   void flushAll(const Path&) override {}

@@ -27,6 +27,8 @@ class CodePage {
   char32_t character(char byte) const { return characters_[static_cast<unsigned char>(byte)]; }
   /// Byte of a Unicode character, "?" if the code page has none.
   char byte(char32_t character) const;
+  /// The capital of a letter, in any locale; the byte itself if the code page has none.
+  char capital(char letter) const;
   /// A text as UTF-8, and UTF-8 as text ("?" for what the code page lacks or what is no UTF-8).
   std::string toUtf8(std::string_view text) const;
   std::string fromUtf8(std::string_view utf8) const;

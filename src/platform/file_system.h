@@ -105,6 +105,8 @@ struct FileSystem {
   virtual std::optional<FileStamp> stamp(const Path& file) const = 0;
   /// True if the folder's file system can hold a file of this name, in the machine's own form.
   virtual bool nameFits(const Path& folder, std::string_view name) const = 0;
+  /// A name in the wizard's text as a disk that ignores case compares it.
+  virtual std::string withoutCase(std::string_view name) const = 0;
   /// True if two names that differ only in case are one in `folder`, as a short-lived hidden file
   /// shows. Throws Failure if none can be made.
   virtual bool ignoresCase(const Path& folder) const = 0;

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cwchar>
+#include <cwctype>
+#include <locale>
 
 #include "platform/code_page.h"
 
@@ -138,6 +140,14 @@ CodePage CodePage::windows(int number) {
   page.characters_ = charactersOf([&](unsigned byte) { return table.character(byte); });
   fillUp(page.characters_);
   return page;
+}
+
+char CodePage::capital(char letter) const {
+  // The locale of the process may be one that knows letters of its own only.
+  static const locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  if (unicode == nullptr) return static_cast<char>(std::toupper(letter, std::locale::classic()));
+  const char found = byte(::towupper_l(character(letter), unicode));
+  return found == '?' ? letter : found;
 }
 
 CodePage CodePage::ofLocale() {

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <dirent.h>
+#include <linux/magic.h>
 #include <sys/file.h>
+#include <sys/vfs.h>
 
 #include <algorithm>
-#include <cctype>
 #include <chrono>
 #include <csignal>
 #include <new>
@@ -155,10 +156,10 @@ bool isNotPossibleHere(int error) {
   return error == EINVAL || error == ENOSYS || error == ENOTSUP || error == EOPNOTSUPP;
 }
 
-std::string upperCase(std::string name) {
-  const auto upper = [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); };
-  std::transform(name.begin(), name.end(), name.begin(), upper);
-  return name;
+// One flush for all tells nothing to the program behind a FUSE mount, and succeeds all the same.
+bool hasFlushForAll(const Descriptor& folder) {
+  struct statfs system {};
+  return ::fstatfs(folder.number(), &system) == 0 && system.f_type != FUSE_SUPER_MAGIC;
 }
 
 // The folder itself is what is locked, so that nothing is left behind however the program ends.
@@ -278,10 +279,16 @@ class PosixFileSystem final : public FileSystem {
     return errno != ENAMETOOLONG && errno != EINVAL && errno != EILSEQ;
   }
 
+  std::string withoutCase(std::string_view name) const override {
+    std::string capitals(name);
+    for (char& letter : capitals) letter = codePage_.capital(letter);
+    return capitals;
+  }
+
   bool ignoresCase(const Path& folder) const override {
     const posix::HiddenFile hidden(folder, "case");
     const Path path{hidden.path()};
-    const Path other = folder / upperCase(path.leaf());
+    const Path other = folder / withoutCase(path.leaf());
     struct stat made {};
     struct stat seen {};
     checked(::lstat, path.native.c_str(), &made);
@@ -298,8 +305,10 @@ class PosixFileSystem final : public FileSystem {
   void flushAll(const Path& folder) override {
     const Descriptor names = openFolder(folder);
     if (!names.open()) fail(errno);
-    if (posix::uninterrupted(::syncfs, names.number()) == 0) return;
-    if (!isNotPossibleHere(errno)) fail(errno);
+    if (hasFlushForAll(names)) {
+      if (posix::uninterrupted(::syncfs, names.number()) == 0) return;
+      if (!isNotPossibleHere(errno)) fail(errno);
+    }
     for (const auto& name : plainFiles(folder)) flushIfReadable(folder / name);
     flush(names);
   }

@@ -3,8 +3,6 @@
 #include <sched.h>
 #include <unistd.h>
 
-#include <cstdlib>
-
 #include "support/flow.h"
 
 namespace kova::test {
@@ -12,25 +10,19 @@ namespace {
 
 using std::filesystem::perms;
 
-const std::string wayOut = ". Click into Project Directory and type the wanted directory.";
-
-/// Rights stop at other people's files only for an account that is not root's.
-struct AnotherAccount {
-  AnotherAccount() : taken(::geteuid() == 0 && ::seteuid(65534) == 0) {}
-  AnotherAccount(const AnotherAccount&) = delete;
-  AnotherAccount& operator=(const AnotherAccount&) = delete;
-  AnotherAccount(AnotherAccount&&) = delete;
-  AnotherAccount& operator=(AnotherAccount&&) = delete;
-  ~AnotherAccount() {
-    if (taken && ::seteuid(0) != 0) std::abort();
-  }
-  const bool taken;
-};
+const std::string wayOut = ". Click into Project Directory and type ";
 
 struct Entry : Flow {
-  Entry() { form.ProjectDir.click(); }
+  /// Of an account whose rights stop at other people's files, which root's don't.
+  std::string enteredByAnother(const std::string& folder) {
+    const uid_t account = ::geteuid();
+    if (account == 0 && ::seteuid(65534) != 0) return "no account";
+    const std::string sentence = entered(folder);
+    return ::seteuid(account) == 0 ? sentence : "no way back";
+  }
   /// The sentence of an entry that another one has gone ahead of.
   std::string entered(const std::string& folder) {
+    form.ProjectDir.click();
     type(form.ProjectDir, home.path());
     type(form.ProjectDir, home.path(folder));
     return status();
@@ -53,7 +45,22 @@ TEST_F(Entry, TellsHowManyOldBackupsItDeleted) {
   const std::string made = std::to_string(example.size() + 2) + " backups made";
   EXPECT_NE(entered("MAGNET").find(made + ", 2 old backups deleted."), std::string::npos);
   EXPECT_TRUE(engineer.program.wizard.state.onDisk.backupsUnflushed);
+  EXPECT_TRUE(home.has("MAGNET/invoice-1600000000.pdf"));
   EXPECT_NE(entered("MAGNET").find(made + "."), std::string::npos) << status();
+}
+
+TEST_F(Entry, KeepsWhatDoneHasSavedInTheSameSecond) {
+  Engineer colleague(home.path());
+  colleague.start();
+  colleague.clock.now -= 100;
+  type(colleague.program.wizard.form.ExportName, "MAGNET");
+  home.write("MAGNET/history.csv", "saved by hand");
+  colleague.clock.now += 100;
+  colleague.program.wizard.form.Command1.click();
+  for (int time = 0; time < 2; ++time) entered("MAGNET");
+  EXPECT_EQ(home.read("MAGNET/history-1700000000.csv"), "saved by hand");
+  EXPECT_EQ(home.read("MAGNET/history-1700000001.csv"), home.read("MAGNET/history.csv"));
+  EXPECT_FALSE(home.has("MAGNET/history-1700000002.csv")) << "saved twice";
 }
 
 TEST_F(Entry, TellsWhereNoLineEndsInCr) {
@@ -66,7 +73,8 @@ TEST_F(Entry, TellsWhereNoLineEndsInCr) {
 TEST_F(Entry, NamesTheFileWithoutABackupAndLeavesNoCopies) {
   const std::string file(250, 'z');
   const std::string text = "Project not read: backup of " + file + ": File name too long. Move " +
-                           "the file away, or see that the directory is writable and has room.";
+                           "the file away, or see that it is readable and that the directory is " +
+                           "writable and has room.";
   home.write("MAGNET/" + file, "whose backup no disk can name");
   home.write("MAGNET/exports-1600000000.csv", "old");
   home.write("MAGNET/exports-1700000000.csv", "of the same second");
@@ -75,7 +83,7 @@ TEST_F(Entry, NamesTheFileWithoutABackupAndLeavesNoCopies) {
   using Folder = std::filesystem::directory_iterator;
   EXPECT_EQ(static_cast<std::size_t>(std::distance(Folder(home.path("MAGNET")), Folder())),
             example.size() + 2);
-  EXPECT_EQ(home.read("MAGNET/exports-1700000000.csv"), example.at("exports.csv"));
+  EXPECT_EQ(home.read("MAGNET/exports-1700000000.csv"), "of the same second");
 }
 
 TEST_F(Entry, TellsWhatToDoAboutFilesOfOthers) {
@@ -83,38 +91,28 @@ TEST_F(Entry, TellsWhatToDoAboutFilesOfOthers) {
   std::filesystem::permissions(home.path("MAGNET/private"), perms::none);
   std::filesystem::permissions(home.path("MAGNET"), perms::all | perms::sticky_bit);
   std::filesystem::permissions(home.path(), perms(0755));
-  {
-    const AnotherAccount account;
-    EXPECT_EQ(entered("MAGNET"),
-              "Project not read: backup of private: Permission denied. Move the file away or make "
-              "it readable.");
-    if (!account.taken) return;
-  }
+  EXPECT_EQ(enteredByAnother("MAGNET"),
+            "Project not read: backup of private: Permission denied. Move the file away, or see "
+            "that it is readable and that the directory is writable and has room.");
+  if (::geteuid() != 0) return;
   home.write("MAGNET/exports-1600000000.csv", "of a colleague");
-  const AnotherAccount account;
-  EXPECT_EQ(entered("MAGNET"),
+  EXPECT_EQ(enteredByAnother("MAGNET"),
             "Project not read: old backup exports-1600000000.csv: Operation not permitted. Delete "
             "the file or ask its owner to.");
 }
 
 TEST_F(Entry, RowsLeadOnlyToPlainNamesInTheHomeDrive) {
-  for (const std::string name : {"deep/archive", "../out", "..", "MAGNET/"}) {
-    TemporaryFolder top;
-    Engineer another(top.path("home"));
-    for (const auto& folder : {"home/A", "home/deep/archive", "out", "home/MAGNET"}) {
-      const std::string table = exportHeaderLine() + name + ",L,P,1,short,0,NULL,1,READ,3,x,0\r\n";
-      top.write(std::string(folder) + "/exports.csv", table);
-    }
-    another.start();
-    type(another.program.wizard.form.ExportName, "A");
+  const std::string out = "../" + home.path().substr(home.path().rfind('/') + 1) + "/MAGNET";
+  for (const std::string& name : {std::string("deep/archive"), out, std::string("MAGNET/")}) {
+    std::filesystem::create_directories(home.path("deep/archive"));
+    project("A", {name + ",L,P,1,short,0,NULL,1,READ,3,x,0"});
+    open("");
+    open("A");
     const std::string sentence = " Project " + name + " not read: this export name of the last " +
-                                 "row is no plain name of a directory in " + top.path("home");
-    EXPECT_TRUE(statusText(another.program.wizard).ends_with(sentence + wayOut)) << name;
-    EXPECT_EQ(another.rows(), Rows{});
-    EXPECT_EQ(top.names().size(), 2U);
-    for (const std::string folder : {"home/deep/archive", "out", "home/MAGNET"}) {
-      EXPECT_FALSE(top.has(folder + "/exports-1700000000.csv")) << folder;
-    }
+                                 "row is no plain name of a directory in " + home.path();
+    EXPECT_TRUE(status().ends_with(sentence + wayOut + home.path("A."))) << status();
+    EXPECT_EQ(engineer.rows().properties, 0);
+    EXPECT_FALSE(home.has("MAGNET/exports-1700000000.csv"));
   }
   project("deep/archive", {"deep/archive,L,P,1,short,0,NULL,1,READ,3,x,0"});
   EXPECT_TRUE(entered("deep/archive").starts_with("Project read: 1 property")) << "typed";
@@ -125,16 +123,14 @@ TEST_F(Entry, AChainOfProjectsEndsWithAWord) {
     project("P" + std::to_string(link),
             {"P" + std::to_string(link + 1) + ",L,P,1,short,0,NULL,1,READ,3,x,0"});
   }
-  Engineer another(home.path());
-  another.start();
-  type(another.program.wizard.form.ExportName, "P0");
-  EXPECT_EQ(another.program.wizard.state.projectPath, home.path("P16"));
+  open("P0");
+  EXPECT_EQ(form.ProjectDir.text(), home.path("P16"));
   const std::string sentence =
       " Project P16 not read: too many projects lead to one another by "
       "the export names of their last rows";
-  EXPECT_TRUE(statusText(another.program.wizard).ends_with(sentence + wayOut));
-  type(another.program.wizard.form.ExportName, "MAGNET");
-  EXPECT_TRUE(statusText(another.program.wizard).starts_with("Project read: 8 properties"));
+  EXPECT_TRUE(status().ends_with(sentence + wayOut + home.path("P0."))) << status();
+  open("MAGNET");
+  EXPECT_TRUE(status().starts_with("Project read: 8 properties")) << status();
 }
 
 TEST_F(Entry, TheRootCanBeAProject) {
@@ -142,8 +138,11 @@ TEST_F(Entry, TheRootCanBeAProject) {
     // As another account this takes a name space of its own.
     if (::geteuid() != 0 && ::unshare(CLONE_NEWUSER) != 0) ::_exit(2);
     if (::chroot(home.path("MAGNET").c_str()) != 0 || ::chdir("/") != 0) ::_exit(3);
+    form.ProjectDir.click();
     type(form.ProjectDir, "/");
-    ::_exit(engineer.rows() == Rows{.properties = 8, .history = 2, .alarms = 2} ? 0 : 1);
+    if (engineer.rows() != Rows{.properties = 8, .history = 2, .alarms = 2}) ::_exit(4);
+    form.Command1.click();
+    ::_exit(engineer.programs.started == Lines{"vbskelgen.exe /"} ? 0 : 1);
   };
   EXPECT_EXIT(enterRoot(), testing::ExitedWithCode(0), "");
 }

@@ -2,6 +2,7 @@
 // The marks beside the fields: each sentence, and that what it foretells comes true.
 #include "editing/field_warnings.h"
 
+#include <array>
 #include <regex>
 
 #include "support/flow.h"
@@ -55,80 +56,15 @@ struct Sitting {
   Form1& form = engineer.program.wizard.form;
 };
 
-struct Case {
-  std::string field, text, boxes, warning;
-};
-
-TEST(FieldWarnings, SayWhatWillHappen) {
-  const std::string column = "The comma moves the columns behind ";
-  const std::string cut = "exports.csv would be read back only up to this row.";
-  const std::string shifted = "The comma moves the columns: ";
-  const std::string comment = " is a comment: ";
-  const std::string refused = ": Add and Edit refuse it.";
-  const std::string noNumber = "This is not a number: ";
-  const std::string stays = ": the list of device names stays as it is.";
-  const std::vector<Case> cases = {
-      {"toleranceText", "0,5%", "h", column + "Tolerance: Short Depth would read as 5."},
-      {"toleranceText", "0,600", "h", column + "Tolerance: Long Depth would read as 600."},
-      {"toleranceText", "0,5%", "", ""},
-      {"toleranceText", "0,5%", "hp", ""},
-      {"toleranceText", "10%", "h", ""},
-      {"almMaskText", "1,2", "a", column + "MASK: NORMAL would read as 2."},
-      {"almNormalText", "1,2", "a", "NORMAL would read as 1."},
-      {"ExportName", "A,B", "", shifted + cut},
-      {"ExportName", ";A", "",
-       "A row that begins with ;" + comment + "exports.csv would be read back without it."},
-      {"LocalName", "#A", "a",
-       "A row that begins with #" + comment + "almwatch.csv would be read back without it."},
-      {"LocalName", "#A", "", ""},
-      {"LocalName", "MAGNETS", "", "Only the first 6 characters count: MAGNET"},
-      {"LocalName", "A/B", "", "A name with a separator names no folder in the repository."},
-      {"PropertyName", "A/B", "d", "Done can't write the device list: a file name holds no /."},
-      {"PropertyName", "A/B", "", ""},
-      {"PropertyName", " A", "d",
-       "\" A-names.csv\" would not be found again: the blanks are lost."},
-      {"PropertyDescription", "a,b", "", column + "DESCRIPTION: NUM_STEPS would read as b."},
-      {"PropertyDescription", "\"a\"", "", ""},
-      {"NumStepsText", "2,5", "p", column + "DESCRIPTION: NUM_STEPS would read as 5 ]Start x."},
-      {"NumStepsText", "1E999", "p", "The number is not finite" + refused},
-      {"NumStepsText", "3x", "p", noNumber + "it counts as 3."},
-      {"OutputDataSize", "1,,", "", column + "PROPERTY_SIZE: FORMAT would be empty."},
-      {"OutputDataSize", "many", "",
-       "\"many\" is not a number: it goes to exports.csv as it stands."},
-      {"OutputDataSize", "3E9", "h", "3000000000 is outside -2147483648 to 2147483647" + refused},
-      {"OutputDataSize", "3E9", "", ""},
-      {"InputDataSize", "3E9", "ha", ""},
-      {"NumDevices", "", "", cut},
-      {"NumDevices", "40000", "", "40000 is outside -32768 to 32767" + stays},
-      {"NumDevices", "0", "", "This is less than one device" + stays},
-      {"NumDevices", " 3", "", ""},
-      {"PollRateText", "soon", "h", noNumber + "it counts as 0."},
-      {"PollRateText", "2.5", "h", "This is rounded to 2."},
-      {"PollRateText", "soon", "", ""},
-      {"almSeverityText", "", "a", "\"\" is not a number" + refused},
-      {"almHiText", "0.25", "a", ""},
-      {"almHiText", "1e39", "a", "The number is too large for single precision" + refused},
-      {"MaxValue", "ten", "", noNumber + "the property gets no range."},
-      {"MaxValue", "1 000", "", "Max Value would read as 1."},
-      {"Units", "V]s", "", "Units would read as V."},
-      {"deviceNamesInputText", "A,1\r\n", "", "The name of device 0 would read as A."},
-      {"deviceNamesInputText", "A\r\nB\r\n", "",
-       "The list has room for 1 name: the lines behind are dropped."}};
-  for (const auto& [field, text, boxes, expected] : cases) {
-    const TemporaryFolder home;
-    Sitting sitting(home);
-    sitting.fill(field, text, boxes);
-    EXPECT_EQ(sitting.warning(field), expected) << field << ' ' << text << ' ' << boxes;
-  }
-}
-
 /// What the table with this column holds there in its first row.
 std::string cell(const Files& files, const std::string& tag) {
   for (const auto& [name, table] : files) {
-    const auto end = table.find("\r\n");
-    const std::string header = table.substr(0, end);
+    std::istringstream lines(table);
+    std::string header;
+    std::string row;
+    std::getline(lines, header, '\r');
+    std::getline(lines.ignore(), row, '\r');
     if (!has(',' + header + ',', ',' + tag + ',')) continue;
-    const std::string row = table.substr(end + 2, table.find("\r\n", end + 2) - end - 2);
     CsvFields fields;
     splitCsvLine(row, fields);
     return std::string(getCsvField(fields, getCsvColumn(header, tag)));
@@ -153,30 +89,77 @@ void expectTruth(Sitting& first, const std::string& field) {
   const std::string shown = second.engineer.field(field).text();
   const Files rewritten = second.done();
   std::smatch read;
-  if (!std::regex_search(warning, read, std::regex("([^:]*) would (be empty|read as (.*))\\.$"))) {
-    EXPECT_EQ(rewritten, written) << warning;
+  if (!std::regex_search(warning, read,
+                         std::regex("(\\w[^:]*) would (be empty|read as (.*))\\.$"))) {
+    EXPECT_EQ(rewritten == written, !has(warning, "blanks are lost")) << warning;
     return;
   }
-  const std::string subject = std::regex_replace(read.str(1), std::regex("^ "), "");
-  EXPECT_EQ(has(subject, "Value") || subject == "Units" ? shown : cell(rewritten, subject), read[3])
-      << warning;
+  const bool isShown = has(read[1], "Value") || read[1] == "Units";
+  EXPECT_EQ(isShown ? shown : cell(rewritten, read[1]), read[3]) << warning;
 }
 
-TEST(FieldWarnings, ComeTrueAtTheNextReading) {
-  const Lines texts = {"1,2", "1,2,3,4", "\"a", "1]2 :3", "3x", "9,99999999999"};
-  const std::vector<std::pair<std::string, std::string>> fields = {
-      {"ExportName", "ha"},   {"LocalName", "ha"},         {"PropertyName", "p"},
-      {"OutputDataSize", ""}, {"NumDevices", "ha"},        {"MinValue", ""},
-      {"Units", ""},          {"PropertyDescription", ""}, {"PollRateText", "h"},
-      {"toleranceText", "h"}, {"almSeverityText", "a"},    {"almMaskText", "a"}};
-  for (const auto& [field, boxes] : fields) {
-    for (const std::string& text : texts) {
-      SCOPED_TRACE(field + " [" + text + "] " + boxes);
-      const TemporaryFolder home;
-      Sitting first(home);
-      first.fill(field, text, boxes);
-      expectTruth(first, field);
-    }
+TEST(FieldWarnings, SayWhatWillHappenAndIsSo) {
+  const std::string column = "The comma moves the columns behind ";
+  const std::string cut = "exports.csv would be read back only up to this row.";
+  const std::string shifted = "The comma moves the columns: ";
+  const std::string comment = " is a comment: ";
+  const std::string refused = ": Add and Edit refuse it.";
+  const std::string noNumber = "This is not a number: ";
+  const std::string stays = ": the list of device names stays as it is.";
+  const std::vector<std::array<std::string, 4>> cases = {
+      {"toleranceText", "0,5%", "h", column + "Tolerance: Short Depth would read as 5."},
+      {"toleranceText", "0,600", "h", column + "Tolerance: Long Depth would read as 600."},
+      {"toleranceText", "0,5%", "", ""},
+      {"toleranceText", "0,5%", "hp", ""},
+      {"almMaskText", "1,2", "a", column + "MASK: NORMAL would read as 2."},
+      {"ExportName", "A,B", "", shifted + cut},
+      {"ExportName", ";A", "",
+       "A row that begins with ;" + comment + "exports.csv would be read back without it."},
+      {"LocalName", "#A", "a",
+       "A row that begins with #" + comment + "almwatch.csv would be read back without it."},
+      {"LocalName", "#A", "", ""},
+      {"LocalName", "MAGNETS", "", "Only the first 6 characters count: MAGNET"},
+      {"LocalName", "A/B", "", "A name with a separator names no folder in the repository."},
+      {"PropertyName", "A/B", "d", "Done can't write the device list: a file name holds no /."},
+      {"PropertyName", "A/B", "", ""},
+      {"PropertyName", " A", "d",
+       "\" A-names.csv\" would not be found again: the blanks are lost."},
+      {"PropertyDescription", "a,b", "", column + "DESCRIPTION: NUM_STEPS would read as b."},
+      {"NumStepsText", "2,5", "p", column + "DESCRIPTION: NUM_STEPS would read as 5 ]Start x."},
+      {"NumStepsText", "1E999", "p", "The number is not finite" + refused},
+      {"NumStepsText", "3x", "p", noNumber + "it counts as 3."},
+      {"OutputDataSize", "1,,", "", column + "PROPERTY_SIZE: FORMAT would be empty."},
+      {"OutputDataSize", "many", "",
+       "\"many\" is not a number: it goes to exports.csv as it stands."},
+      {"OutputDataSize", "3E9", "h", "3000000000 is outside -2147483648 to 2147483647" + refused},
+      {"OutputDataSize", "3E9", "", ""},
+      {"InputDataSize", "3E9", "ha", ""},
+      {"NumDevices", "", "", cut},
+      {"NumDevices", "40000", "", "40000 is outside -32768 to 32767" + stays},
+      {"NumDevices", "0", "", "This is less than one device" + stays},
+      {"PollRateText", "soon", "h", noNumber + "it counts as 0."},
+      {"PollRateText", "2.5", "h", "This is rounded to 2."},
+      {"PollRateText", "soon", "", ""},
+      {"almSeverityText", "", "a", "\"\" is not a number" + refused},
+      {"almHiText", "1e39", "a", "The number is too large for single precision" + refused},
+      {"MaxValue", "ten", "", noNumber + "the property gets no range."},
+      {"MaxValue", "1 000", "", "Max Value would read as 1."},
+      {"Units", "V]s", "", "Units would read as V."},
+      {"ExportName", "\"a", "ha",
+       "The quote moves the columns behind Export Name: Local Name would be empty."},
+      {"PropertyDescription", "1,2,3,4", "", column + "DESCRIPTION: NUM_STEPS would read as 2."},
+      {"MinValue", "1]2 :3", "", "The range would be read as part of the description."},
+      {"deviceNamesInputText", "A,1\r\n", "", "The name of device 0 would read as A."},
+      {"deviceNamesInputText", "A\r\nB\r\n", "",
+       "The list has room for 1 name: the lines behind are dropped."}};
+  for (const auto& [field, text, boxes, expected] : cases) {
+    const TemporaryFolder home;
+    Sitting sitting(home);
+    sitting.fill(field, text, boxes);
+    SCOPED_TRACE(field + " [" + text + "] " + boxes);
+    EXPECT_EQ(sitting.warning(field), expected);
+    // An entry reads the devices' names from another file than Done writes.
+    if (field != "deviceNamesInputText") expectTruth(sitting, field);
   }
 }
 

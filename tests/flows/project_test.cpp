@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Start-up, names, entering a project, Done, the guided dialog.
+#include <chrono>
 #include <filesystem>
 
+#include "completion/names_files.h"
+#include "editing/memory_file.h"
 #include "support/flow.h"
 
 namespace kova::test {
@@ -31,10 +34,6 @@ TEST_F(Project, ComesUpWithDefaults) {
   EXPECT_EQ(form.deviceNamesInputText.text(), "Device 0");
   form.prpGuide.click();
   EXPECT_EQ(said(), "Property Information guidance is coming soon to a theater near you!");
-
-  engineer.environment.values["HOMEDRIVE"] = "/elsewhere";
-  form.window.onLoad();
-  EXPECT_EQ(form.ProjectDir.text(), "/elsewhere/");
 }
 
 TEST_F(Project, TheLocalNameFollowsTheExportName) {
@@ -94,13 +93,12 @@ TEST_F(Project, IsReadAtTheKeystrokeThatCompletesItsName) {
   letters(form.ExportName, "S");
   EXPECT_EQ(engineer.rows(), Rows{});
   EXPECT_EQ(lines(), Lines{});
-  EXPECT_EQ(form.LocalName.text(), "MAGEQM");
 }
 
 TEST_F(Project, ShowsTheRowsOfAPropertyInAllPanels) {
   open("MAGNET");
   form.PropertyList.select(5);
-  EXPECT_TRUE(form.AlarmWatchCheck.ticked());
+  EXPECT_EQ(shown(form.HistoryCheck, form.AlarmWatchCheck), "clear, ticked");
   EXPECT_TRUE(form.AlarmWatchPanel.enabled());
   EXPECT_EQ(shown(form.AlmSystemText, form.almSeverityText, form.almCountThreshText,
                   form.almNormalText, form.almMaskText),
@@ -136,7 +134,9 @@ TEST_F(Project, ShowsWhatFitsNoListByTheNearest) {
   project("S", {"S,SEQM,P,,Double,x,short,1,OTHER,2,[abc]x,0",
                 "S,SEQM,Q,5,short.wav,0,NULL,1,WRITE,2,[1:2 m s]y,0",
                 "S,SEQM,R,1,short,0,NULL,1,WRITE,none,z,0"});
+  home.write("S/Q-names.csv", "DEVICE_NUMBER,DEVICE_NAME\r\n0,LEFT\r\n");
   open("S");
+  EXPECT_TRUE(form.DeviceListCheck.ticked()) << "one name is a list";
   EXPECT_EQ(engineer.rows().properties, 2) << "no number of devices ends the reading";
   EXPECT_EQ(shown(form.ArrayTypeCombo, form.Units), "WAV, m s");
 
@@ -202,10 +202,20 @@ TEST_F(Project, StaysOutOfTheRepositoryUnlessTheEngineerSaysYes) {
   EXPECT_EQ(engineer.programs.started, Lines{});
 }
 
+TEST_F(Project, WithoutALocalNameHasNoPlaceInTheRepository) {
+  engineer.environment.values["FEC_HOME"] = home.path("fec");
+  project("E", {"E,,P,1,double,0,NULL, 1,READ,1,x,0"});
+  open("E");
+  done();
+  EXPECT_EQ(said(), "nothing");
+  EXPECT_TRUE(engineer.ended);
+}
+
 TEST_F(Project, ThatCantBeCopiedCostsAMessageAFile) {
   engineer.environment.values["FEC_HOME"] = home.path("none");
   const Cases cases = {{"EEQM", "No such file or directory"},
-                       {"../x", "the local name names no folder of its own"}};
+                       {"../x", "the local name names no folder of its own"},
+                       {{"A\0B", 3}, "the local name names no folder of its own"}};
   for (const auto& [localName, why] : cases) {
     project("E", {"E," + localName + ",P,1,double,0,NULL, 1,READ,1,x,0"});
     open("");
@@ -222,18 +232,16 @@ TEST_F(Project, ThatCantBeCopiedCostsAMessageAFile) {
 }
 
 TEST_F(Project, WithoutPropertiesIsLeftWithoutATrace) {
-  const std::string question =
-      "Server Setup Wizard: You have not added any properties to your project !\r\n"
-      "Do you want to exit the Server Setup Wizard ?";
   open("NEW");
   form.srvGuide.click();
-  done();
-  EXPECT_EQ(said(), question);
-  EXPECT_FALSE(engineer.ended) << "the Enter key stays";
-  engineer.answers = {Answer::ok};
-  done();
-  EXPECT_EQ(said(), question);
-  EXPECT_TRUE(engineer.ended);
+  for (const Answer answer : {Answer::cancel, Answer::ok}) {
+    engineer.answers = {answer};
+    done();
+    EXPECT_EQ(said(),
+              "Server Setup Wizard: You have not added any properties to your project !\r\n"
+              "Do you want to exit the Server Setup Wizard ?");
+    EXPECT_EQ(engineer.ended, answer == Answer::ok);
+  }
   EXPECT_FALSE(engineer.program.helper.window.loaded());
   EXPECT_EQ(home.names(), std::set<std::string>{"MAGNET"});
 }
@@ -273,16 +281,54 @@ TEST_F(Project, WithoutADirectoryToWriteToStaysAsItIs) {
   }
 }
 
+/// A disk on which names that differ in case are one.
+struct CaselessDisk : MemoryFile {
+  CaselessDisk() : MemoryFile("") {}
+  bool ignoresCase(const Path&) const override { return true; }
+  std::string withoutCase(std::string_view name) const override {
+    std::string folded(name);
+    for (char& letter : folded) letter = CodePage::windows1252().capital(letter);
+    return folded;
+  }
+};
+
+TEST_F(Project, IsNotWrittenWhereTheDiskCantKeepANamesFile) {
+  const std::string tooLong(250, 'x');
+  open("NEW");
+  for (const std::string& property :
+       {std::string("P\xE9"), std::string("P"), std::string("P\xC9"), tooLong}) {
+    type(form.PropertyName, property);
+    form.DeviceListCheck.setValue(1);
+    form.EditCmd.click();
+  }
+  done();
+  EXPECT_EQ(said(),
+            "Could not write " + tooLong + "-names.csv : this disk can't hold a file of that name");
+  EXPECT_EQ(home.files("NEW").size(), 0U);
+
+  CaselessDisk disk;
+  const WizardState& state = engineer.program.wizard.state;
+  Wizard other({disk, engineer.environment, engineer.clock, engineer.programs}, {});
+  other.state.exportTable = state.exportTable;
+  other.state.exportCount = state.exportCount;
+  const auto file = findUnwritableNamesFile(other, {});
+  EXPECT_EQ(file.value().name, "P\xC9-names.csv");
+  EXPECT_EQ(file->why, "this disk takes it for P\xE9-names.csv");
+}
+
 TEST_F(Project, KeepsWhatAColleagueHasWrittenSinceItWasRead) {
   open("MAGNET");
   form.PropertyList.select(5);
-  home.write("MAGNET/almwatch.csv", "by a colleague");
+  for (const char* name : {"almwatch.csv", "history.csv"}) {
+    home.write(std::string("MAGNET/") + name, "by a colleague");
+  }
   engineer.clock.now += 100;
   type(form.ArchiveRateText, "often");
 
   done();
   EXPECT_EQ(said(), "Could not write history.csv : Archive Rate: \"often\" is not a number");
   EXPECT_EQ(home.read("MAGNET/almwatch.csv"), "by a colleague");
+  EXPECT_FALSE(home.has("MAGNET/history-1700000100.csv")) << "it was not replaced";
   EXPECT_EQ(engineer.programs.started, Lines{});
 
   type(form.ArchiveRateText, "10");
@@ -292,8 +338,22 @@ TEST_F(Project, KeepsWhatAColleagueHasWrittenSinceItWasRead) {
   EXPECT_FALSE(home.has("MAGNET/exports-1700000100.csv")) << "its own writing";
 }
 
+TEST_F(Project, WaitsOnceForAnotherWizardThatIsFinishingIt) {
+  open("MAGNET");
+  const auto held = engineer.files->lock({magnet});
+  const auto begin = std::chrono::steady_clock::now();
+  done();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(6)) << "five tables";
+  EXPECT_EQ(status(),
+            "Another wizard is finishing this project as well; it was waited for in vain.");
+  EXPECT_TRUE(engineer.ended);
+}
+
 struct GuidedDialog : Flow {
-  GuidedDialog() { form.srvGuide.click(); }
+  void SetUp() override {
+    Flow::SetUp();
+    form.srvGuide.click();
+  }
 
   void enter(const std::string& text) {
     type(box, text);

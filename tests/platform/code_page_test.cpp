@@ -30,6 +30,15 @@ TEST(CodePage, EveryByteSurvivesTheWayToUnicodeAndNothingElseDoes) {
   EXPECT_EQ(CodePage::ofLocale().character('\x80'), 0x20AC) << "an ASCII locale is too small";
 }
 
+TEST(CodePage, LettersHaveTheirCapitalsInAnyLocale) {
+  const CodePage western = CodePage::windows1252();
+  const std::string letters = "az\xE9\xFF\x9A?\xB5\x83\xDF[9";
+  std::string capitals;
+  for (const char letter : letters) capitals += western.capital(letter);
+  EXPECT_EQ(capitals, "AZ\xC9\x9F\x8A?\xB5\x83\xDF[9");
+  EXPECT_EQ(CodePage::windows(1251).capital('\xFF'), '\xDF');
+}
+
 TEST(CodePage, ALanguageHasThePageOfItsDesktopSystems) {
   const std::map<int, std::vector<const char*>> locales = {
       {1250, {"pl_PL.UTF-8", "ro", "sr_RS@latin", "sr_RS.UTF-8@latin"}},

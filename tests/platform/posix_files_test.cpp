@@ -13,7 +13,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <functional>
 
@@ -163,7 +162,6 @@ TEST_F(PosixFiles, AFailureLeavesTheFormerContent) {
   folder.write("t.csv", "old");
   folder.write("big", std::string(100000, 'x'));
   const auto limit = [] {
-    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
     const rlimit size{4096, 4096};
     ::setrlimit(RLIMIT_FSIZE, &size);
   };
@@ -312,24 +310,30 @@ TEST_F(PosixFiles, RightsThatCannotBeChosenAreNoFailure) {
 
 TEST_F(PosixFiles, WhatMustOutlastALossOfPowerIsFlushed) {
   for (const char* name : {"from", "to"}) folder.write(name, name);
-  const Act noFlush = refusing({SYS_fsync, SYS_syncfs}, EIO);
-  const Act noCommonFlush = refusing({SYS_syncfs}, ENOSYS);
-  const auto expectFlush = [&](const Act& act) {
-    EXPECT_TRUE(failsInChild(noFlush, act, "Input/output error"));
+  const auto expect = [&](const Act& mount, const Act& act, const std::string& failure) {
+    EXPECT_TRUE(failsInChild(mount, act, failure));
   };
-  expectFlush([&] { files->copy(path("from"), path("to")); });
+  const Act noFlush = refusing({SYS_fsync, SYS_syncfs}, EIO);
+  expect(
+      noFlush, [&] { files->copy(path("from"), path("to")); }, "Input/output error");
   EXPECT_EQ(folder.read("to"), "to");
-  expectFlush([&] { files->copyAside(path("from"), path("aside")); });
-  expectFlush([&] { files->flushAll(path(".")); });
+  expect(
+      noFlush, [&] { files->copyAside(path("from"), path("aside")); }, "Input/output error");
+  expect(
+      noFlush, [&] { files->createFolder(path("folder/")); }, "Input/output error");
+  expect(
+      noFlush, [&] { files->copy(path("from"), path("fresh")); }, "no failure");
+  const Act flushAll = [&] { files->flushAll(path(".")); };
+  expect(noFlush, flushAll, "Input/output error");
+  expect(refusing({SYS_syncfs}, ENOSYS), flushAll, "no failure");
   // A folder may need no flush; its files do.
-  const Act noFlushAtAll = refusing({SYS_fsync, SYS_syncfs}, EINVAL);
-  EXPECT_TRUE(failsInChild(
-      noFlushAtAll, [&] { files->flushAll(path(".")); }, "Invalid argument"));
-  expectFlush([&] { files->createFolder(path("folder/")); });
-  EXPECT_TRUE(failsInChild(
-      noCommonFlush, [&] { files->flushAll(path(".")); }, "no failure"));
-  const Act freshCopy = [&] { files->copy(path("from"), path("fresh")); };
-  EXPECT_TRUE(failsInChild(noFlush, freshCopy, "no failure")) << "one flush for all comes later";
+  expect(refusing({SYS_fsync, SYS_syncfs}, EINVAL), flushAll, "Invalid argument");
+  // Where the kind of disk can't be told, nor is a flush for all believed.
+  const Act unknownDisk = [] {
+    refusing({SYS_fstatfs}, EIO)();
+    refusing({SYS_fsync}, EROFS)();
+  };
+  expect(unknownDisk, flushAll, "Read-only file system");
   const Act flushEarlier = [&] {
     const auto output = files->create(path("t.csv"));
     output->write("whole");
@@ -337,7 +341,7 @@ TEST_F(PosixFiles, WhatMustOutlastALossOfPowerIsFlushed) {
     noFlush();
     output->close();
   };
-  EXPECT_TRUE(failsInChild([] {}, flushEarlier, "no failure"));
+  expect([] {}, flushEarlier, "no failure");
   EXPECT_EQ(folder.read("t.csv"), "whole");
 
   const Act copyTwice = [&] {
@@ -345,11 +349,10 @@ TEST_F(PosixFiles, WhatMustOutlastALossOfPowerIsFlushed) {
     if (!files->copyAside(path("to"), path("aside"))) throw Failure("taken");
   };
   for (const Act& mount : {Act([] {}), refusing({SYS_renameat2}, EINVAL)}) {
-    EXPECT_TRUE(failsInChild(mount, copyTwice, "taken"));
+    expect(mount, copyTwice, "taken");
     EXPECT_EQ(folder.read("aside"), "from");
     files->remove(path("aside"));
   }
-  EXPECT_EQ(folder.names(), (Names{"folder", "fresh", "from", "t.csv", "to"}));
 }
 
 TEST_F(PosixFiles, OnlyHiddenFilesThatNobodyHoldsAreRemoved) {
@@ -393,13 +396,6 @@ TEST_F(PosixFiles, FilesThatMemoryCannotHoldAreNotRead) {
   EXPECT_EQ(failureOf(read), "The file is larger than 64 MiB");
   std::filesystem::resize_file(folder.path("big"), most);
   EXPECT_EQ(files->read(path("big")).size(), most);
-#ifndef __SANITIZE_ADDRESS__  // which ends the program where memory runs out
-  const Act fewMemory = [] {
-    const rlimit size{most, most};
-    ::setrlimit(RLIMIT_AS, &size);
-  };
-  EXPECT_TRUE(failsInChild(fewMemory, read, "not enough memory"));
-#endif
 }
 
 }  // namespace kova::test

@@ -260,6 +260,21 @@ TEST_F(Faults, DoneAsksForOneLockAndFlushesEachTableAheadOfItsLastLook) {
   EXPECT_EQ(locks, 1);
 }
 
+TEST(Folders, CostAFewCallsALevel) {
+  constexpr std::size_t levels = 300;
+  Project project;
+  project.enter();
+  project.form().PropertyList.select(0);
+  std::string chain = project.home.path();
+  for (std::size_t level = 0; level < levels; ++level) chain += "/d";
+  project.form().ProjectDir.edit(chain, 0);
+  project.form().EditCmd.click();
+  systemCalls() = {.folder = project.home.path()};
+  project.finish();
+  EXPECT_LT(std::exchange(systemCalls(), {}).made.size(), levels * 10);
+  EXPECT_TRUE(project.home.has(chain.substr(project.home.path().size() + 1) + "/exports.csv"));
+}
+
 TEST(Generators, ThatCannotBeStartedCostAMessageEach) {
   Project project;
   project.wizard->programs.failure = "no such program";

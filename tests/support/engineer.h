@@ -68,6 +68,9 @@ inline void clickAt(TextField& field, std::size_t place) {
   field.click();
 }
 
+/// A click of the mouse, on the list a double one.
+void click(const ControlPointer& control);
+
 /// One run of the wizard in `home`.
 class Engineer {
  public:
@@ -75,9 +78,6 @@ class Engineer {
 
   /// The program comes up.
   void start() { program.start(); }
-  /// One act as a line of words; engineer.cpp lists the verbs. Returns what is wrong with it, empty
-  /// if nothing is.
-  std::string carryOut(const std::string& line);
   Rows rows() const;
   /// A control by its name in the design; std::out_of_range if there is none.
   const ControlPointer& control(const std::string& name) const { return controls_.at(name); }

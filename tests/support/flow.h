@@ -27,8 +27,8 @@ class Flow : public testing::Test {
   Flow() {
     std::filesystem::copy(KOVA_EXAMPLE, home.path("MAGNET"));
     example = home.files("MAGNET");
-    engineer.start();
   }
+  void SetUp() override { engineer.start(); }
   void TearDown() override { EXPECT_EQ(said(), "nothing"); }
 
   /// Types letter by letter behind what the field holds.

@@ -6,7 +6,6 @@
 #include "tables/alarm_table.h"
 #include "tables/export_table.h"
 #include "tables/history_table.h"
-#include "tables/value_failure.h"
 
 namespace kova::test {
 
@@ -26,15 +25,6 @@ std::string repeated(const std::string& line, int count) {
   return lines;
 }
 
-std::optional<FormValue> failing(const std::function<void()>& act) {
-  try {
-    act();
-    return std::nullopt;
-  } catch (const ValueFailure& failure) {
-    return failure.value();
-  }
-}
-
 class TableFiles : public ::testing::Test {
  protected:
   ReadResult readHistory(const std::string& content) {
@@ -45,8 +35,6 @@ class TableFiles : public ::testing::Test {
     folder.write("t.csv", content);
     return ReadAlarmWatchFile(*files, file, alarms, alarmCount);
   }
-
-  void appendHistory() { AppendHistoryFile(history, historyCount, form); }
 
   HistoryForm form{"MYSRV", "MYSRVLONG", "RAMP", "#1", "2", "LONG", "short",
                    "5",     "6",         "7",    "1",  "8", "9"};
@@ -91,42 +79,15 @@ TEST_F(TableFiles, HistoryRowsComeBackAndTheFormIsAdded) {
   EXPECT_EQ(folder.read("t.csv"), historyHeader + " 0" + added);
 }
 
-TEST_F(TableFiles, AHistoryRowIsAppendedWholeOrNotAtAll) {
-  appendHistory();
-  EXPECT_EQ(history[0].index, 1);
-  readHistory("long depth,PROPERTY,index\r12,P,7\r\r");
-  EXPECT_EQ(history[0].longDepth, 12);
-  appendHistory();
-  EXPECT_EQ(history[2].index, 8);
-
-  form.propertyName = "OTHER";
-  form.heartbeat = form.pollingRate = "2147483648";
-  EXPECT_EQ(failing([&] { appendHistory(); }), FormValue::heartbeat);
-  EXPECT_EQ(historyCount, 3);
-  EXPECT_EQ(history.size(), 3U);
-}
-
-TEST_F(TableFiles, AHistoryRowIsAppendedOnce) {
-  readHistory("EXPORT NAME,LOCAL NAME,PROPERTY\rMYSRV,MYSRVL,RAMP");
-  appendHistory();
-  EXPECT_EQ(historyCount, 2) << "the local name is compared whole";
-  form.localName = "MYSRVL";
-  appendHistory();
-  EXPECT_EQ(historyCount, 2);
-}
-
 TEST_F(TableFiles, HistoryLimits) {
   EXPECT_EQ(readHistory(historyHeader + repeated(historyRow, 1002)).stop.value().line, 1003U);
   EXPECT_EQ(historyCount, 1001);
-  historyCount = 1000;
-  appendHistory();
-  EXPECT_EQ(historyCount, 1000);
-
   EXPECT_EQ(readHistory("INDEX,HEARTBEAT\r1,x\r2,3e9\r").stop.value().line, 3U);
   EXPECT_EQ(historyCount, 1);
-  readHistory("INDEX\r32767");
-  EXPECT_EQ(failing([&] { appendHistory(); }), FormValue::historyIndex);
-  EXPECT_THROW(WriteHistoryFile(put, file, history, 1, form), Failure);
+  readHistory("long depth,index\r12,32767\r\r");
+  EXPECT_EQ(historyCount, 2) << "an empty line is a row";
+  EXPECT_EQ(history[0].longDepth, 12);
+  EXPECT_THROW(WriteHistoryFile(put, file, history, 1, form), Failure) << "no free index";
 }
 
 TEST_F(TableFiles, AlarmRowsComeBack) {
@@ -153,25 +114,6 @@ TEST_F(TableFiles, AlarmLimits) {
   EXPECT_FALSE(readAlarms(alarmHeader + repeated(alarmRow, 1001) + "\r\n").stop);
   EXPECT_TRUE(readAlarms(alarmHeader + repeated(alarmRow, 1002)).stop);
   EXPECT_EQ(alarmCount, 1001);
-}
-
-TEST_F(TableFiles, AnAlarmRowIsAppendedWholeOrNotAtAll) {
-  AlarmForm typed{"MYSRVLONG", "P", "D", "2", "F", "x", "3", "4", "1e2", "", "", "", "", ""};
-  const auto append = [&] { AppendAlarmWatchFile(alarms, alarmCount, typed); };
-  alarmCount = 999;
-  append();
-  append();
-  EXPECT_EQ(alarmCount, 1000);
-  EXPECT_EQ(alarms[999].high, 100);
-  EXPECT_EQ(alarms[999].localName, "MYSRVL");
-
-  alarmCount = 1;
-  typed.severity = "3 of 4";
-  EXPECT_EQ(failing(append), FormValue::severity);
-  typed.highWarn = "1e39";
-  EXPECT_EQ(failing(append), FormValue::highWarn);
-  EXPECT_EQ(alarmCount, 1);
-  EXPECT_EQ(alarms[1].propertyName, "");
 }
 
 }  // namespace kova::test

@@ -49,17 +49,9 @@ TEST(TaggedCsv, Fields) {
 
 TEST(TaggedCsv, Blanks) {
   const std::initializer_list<std::pair<std::string, std::string>> cases{
-      {"   ", ""},
-      {"\r\n  x\t\r\n", "x"},
-      {"\r x", " x"},
-      {"x\n\n", "x\n"},
-      {"x\n\r", "x"},
-      {"\r\r\nx", "\r\nx"},
-      {"\r\nx y", "x y"},
-      {"x\r \r", "x\r "},
-      {"\r\n", ""},
-      {"x\n\r", "x"},
-      {std::string("\0x", 2), "x"}};
+      {"   ", ""},    {"\r\n  x\t\r\n", "x"},      {"\r x", " x"},     {"x\n\n", "x\n"},
+      {"x\n\r", "x"}, {"\r\r\nx", "\r\nx"},        {"\r\nx y", "x y"}, {"x\r \r", "x\r "},
+      {"\r\n", ""},   {std::string("\0x", 2), "x"}};
   for (const auto& [text, stripped] : cases) EXPECT_EQ(stripBlanks(text), stripped) << text;
 }
 

@@ -5,12 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QComboBox>
 #include <QListView>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -21,9 +21,9 @@ namespace kova::test {
 
 class Desk {
  public:
-  /// The program comes up.
-  Desk(SetupWizard& program, const CodePage& page) : view(program, page) {
-    program.start();
+  /// The program comes up, with message boxes of its own.
+  Desk(Engineer& engineer, const CodePage& page) : view(withoutAnswers(engineer), page) {
+    engineer.start();
     view.resize(view.sizeHint());
     EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
   }
@@ -59,26 +59,20 @@ class Desk {
     key("Ctrl+A");
     type(text);
   }
-  void choose(const std::string& name, const QString& entry) {
-    const int row = widget<QComboBox>(name).findText(entry);
-    ASSERT_GE(row, 0) << entry.toStdString();
-    click(name);
-    key("Home");
-    for (int i = 0; i < row; ++i) key("Down");
-    key("Return");
-  }
   /// What an input method shows as not yet written, and what it commits.
   static void compose(const QString& preedit, const QString& commit) {
     QInputMethodEvent event(preedit, {});
     event.setCommitString(commit);
     QApplication::sendEvent(QApplication::focusWidget(), &event);
   }
-  /// The next message box is answered by a key; its title and text then stand in `message`.
-  void answer(const QString& pressed) {
-    soon([this, pressed] {
+  /// The next message box is looked at and answered by a key; its title and text then stand in
+  /// `message`.
+  void answer(const QString& pressed, const std::function<void(QWidget& box)>& look = {}) {
+    soon([this, pressed, look] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (box == nullptr || !box->isActiveWindow()) return answer(pressed);
+      if (box == nullptr || !box->isActiveWindow()) return answer(pressed, look);
       message = (box->windowTitle() + QStringLiteral(": ") + box->text()).toStdString();
+      if (look) look(*box);
       key(pressed);
     });
   }
@@ -102,6 +96,10 @@ class Desk {
   std::string message;
 
  private:
+  static SetupWizard& withoutAnswers(Engineer& engineer) {
+    engineer.program.wizard.messageBox = {};
+    return engineer.program;
+  }
   /// The window that the keyboard writes to. Without a window manager none is in front after a list
   /// or a message has closed.
   QWindow* inFront() {
@@ -113,6 +111,23 @@ class Desk {
     }
     return QGuiApplication::focusWindow();
   }
+};
+
+/// The window beside the example project. Font and palette are as before afterwards.
+struct AtTheWindow : testing::Test {
+  AtTheWindow() { std::filesystem::copy(KOVA_EXAMPLE, home.path("MAGNET")); }
+  void TearDown() override {
+    QApplication::setFont(font);
+    QApplication::setPalette(palette);
+  }
+
+  const QFont font = QApplication::font();
+  const QPalette palette = QApplication::palette();
+  const CodePage page = CodePage::windows1252();
+  TemporaryFolder home;
+  Engineer engineer{home.path()};
+  Form1& form = engineer.program.wizard.form;
+  Desk desk{engineer, page};
 };
 
 /// Runs `acts` inside the event loop, which the program itself has to leave.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What only the way between the controls and their widgets can break.
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDeadlineTimer>
 #include <QLabel>
 #include <QLineEdit>
@@ -8,8 +9,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScopeGuard>
-#include <array>
-#include <filesystem>
 #include <map>
 
 #include "core/status.h"
@@ -18,17 +17,7 @@
 namespace kova::test {
 namespace {
 
-const CodePage page = CodePage::windows1252();
-
-struct Mirror : testing::Test {
-  Mirror() { std::filesystem::copy(KOVA_EXAMPLE, home.path("MAGNET")); }
-  void TearDown() override { EXPECT_EQ(engineer.messages.size(), 0); }
-
-  TemporaryFolder home;
-  Engineer engineer{home.path()};
-  Form1& form = engineer.program.wizard.form;
-  Desk desk{engineer.program, page};
-};
+using Mirror = AtTheWindow;
 
 TEST_F(Mirror, ClicksOnLinesOfTheBox) {
   const TextField& box = form.deviceNamesInputText;
@@ -41,32 +30,36 @@ TEST_F(Mirror, ClicksOnLinesOfTheBox) {
   desk.write("NumDevices", "2");
   desk.write("deviceNamesInputText", "");
   EXPECT_EQ(box.text(), "Device 0\r\nDevice 1\r\n") << "they came with leaving the number";
-  desk.type("ALPHA");
-  desk.key("Return");
-  desk.type("BETA");
-  desk.key("Return");
+  for (const char* line : {"ALPHA", "BETA"}) {
+    desk.type(QString(line));
+    desk.key("Shift+Return");
+  }
   desk.type("GAMMA");
   EXPECT_EQ(box.text(), "ALPHA\r\nBETA\r\nGAMMA");
-  EXPECT_EQ(box.caret(), 18);
 
+  desk.key("Tab");
+  EXPECT_EQ(desk.focused(), "deviceNumberInputText");
   clickAt(8);
   EXPECT_EQ(form.deviceNumberInputText.text(), " 1");
   EXPECT_EQ(box.caret(), 7) << "the new number has put it ahead of the line";
   clickAt(8);
-  EXPECT_EQ(box.caret(), 9);
   desk.key("Right");
   EXPECT_EQ(box.caret(), 10);
 }
 
-TEST_F(Mirror, ADoubleClickIsOneClickAndALabelPassesItsOwnOn) {
+TEST_F(Mirror, AClickIsOneClickAndReachesWhatIsLive) {
   int clicks = 0;
   form.LocalName.onClick = [&] { ++clicks; };
   const QWidget& field = desk.widget("LocalName");
   desk.doubleClick(field, field.rect().center());
   EXPECT_EQ(clicks, 1);
-
   desk.click("Label9");
   EXPECT_EQ(desk.focused(), "MaxValue");
+
+  for (int i = 0; i < 2; ++i) desk.click("HistoryCheck");
+  desk.write("ArchiveRateText", "5");
+  EXPECT_EQ(form.ArchiveRateText.text(), "10") << "its frame is disabled";
+  EXPECT_EQ(desk.focused(), "HistoryCheck");
 }
 
 TEST_F(Mirror, OnlyMovesBetweenFieldsEnterAnAlarmField) {
@@ -76,11 +69,6 @@ TEST_F(Mirror, OnlyMovesBetweenFieldsEnterAnAlarmField) {
     other.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
   };
-  const std::array<std::function<void()>, 3> enteringActs{
-      [&] { desk.key("Tab"); },
-      [&] { desk.click("almHiText"); },
-      [&] { desk.key("Alt+H"); },
-  };
   desk.write("almHiText", "40");
   form.almMaskText.setText("3");
   switchWindows();
@@ -88,26 +76,16 @@ TEST_F(Mirror, OnlyMovesBetweenFieldsEnterAnAlarmField) {
   EXPECT_EQ(desk.focused(), "almHiText");
   EXPECT_EQ(form.almMaskText.text(), "3");
 
-  for (const auto& enter : enteringActs) {
+  for (const char* keys : {"Tab", "Alt+H", ""}) {
     form.almMaskText.setText("3");
-    enter();
-    EXPECT_EQ(form.almMaskText.text(), "0");
+    if (*keys == '\0') desk.click("almHiText");
+    if (*keys != '\0') desk.key(keys);
+    EXPECT_EQ(form.almMaskText.text(), "0") << keys;
     desk.click("Units");
   }
-  EXPECT_EQ(form.almHiText.text(), "40");
-  desk.click("almNormalText");
-  EXPECT_EQ(form.almHiText.text(), "0");
 }
 
-TEST_F(Mirror, ADisabledFrameTakesNoInput) {
-  desk.click("HistoryCheck");
-  desk.click("HistoryCheck");
-  desk.write("ArchiveRateText", "5");
-  EXPECT_EQ(form.ArchiveRateText.text(), "10");
-  EXPECT_EQ(desk.focused(), "HistoryCheck");
-}
-
-TEST_F(Mirror, OneActOnTheListIsOneSelection) {
+TEST_F(Mirror, OneActOnTheListIsOneSelectionAndShowsItsRow) {
   std::vector<std::int32_t> selected;
   desk.type("MAGNET");
   form.PropertyList.onClick = [&, click = form.PropertyList.onClick] {
@@ -116,23 +94,31 @@ TEST_F(Mirror, OneActOnTheListIsOneSelection) {
   };
   for (int i = 0; i < 2; ++i) desk.click(desk.list(), desk.placeOfLine(0));
   EXPECT_EQ(desk.widget<QListView>("PropertyList").selectionModel()->selectedIndexes().size(), 1);
-  desk.key("Down Home End Down");
-  EXPECT_EQ(selected, (std::vector<std::int32_t>{0, 0, 1, 0, 7}));
+  desk.key("Down Home End Up");
+  EXPECT_EQ(selected, (std::vector<std::int32_t>{0, 0, 1, 0, 7, 6}));
+  EXPECT_TRUE(desk.widget<QCheckBox>("HistoryCheck").isChecked());
+  EXPECT_TRUE(desk.widget<QRadioButton>("propertyOption").isChecked());
+  EXPECT_EQ(desk.widget<QComboBox>("ArrayTypeCombo").currentText(), QStringLiteral("CHANNEL"));
+  EXPECT_EQ(desk.widget<QLineEdit>("Units").text(), QStringLiteral("T"));
+
+  // A screen reader clears the selection ahead of making a new one.
+  auto& view = desk.widget<QListView>("PropertyList");
+  view.selectionModel()->clearSelection();
+  view.selectionModel()->select(view.model()->index(2, 0), QItemSelectionModel::Select);
+  EXPECT_EQ(selected.back(), 2);
 
   desk.doubleClick(desk.list(), desk.placeOfLine(5));
-  EXPECT_EQ(selected.size(), 6);
+  EXPECT_EQ(selected.size(), 8);
   EXPECT_EQ(form.PropertyName.text(), "STATE");
   EXPECT_EQ(engineer.rows().properties, 7);
 }
 
-TEST_F(Mirror, ShowsTheSelectedRow) {
-  desk.type("MAGNET");
-  desk.click(desk.list(), desk.placeOfLine(6));
-  EXPECT_TRUE(desk.widget<QCheckBox>("HistoryCheck").isChecked());
-  EXPECT_FALSE(desk.widget<QCheckBox>("AlarmWatchCheck").isChecked());
-  EXPECT_TRUE(desk.widget<QRadioButton>("propertyOption").isChecked());
-  EXPECT_EQ(desk.widget<QComboBox>("ArrayTypeCombo").currentText(), QStringLiteral("CHANNEL"));
-  EXPECT_EQ(desk.widget<QLineEdit>("Units").text(), QStringLiteral("T"));
+TEST_F(Mirror, ADoubleClickRemovesNoLineThatItsFirstClickHasBrought) {
+  const std::string row = ",P,1,short,0,NULL,1,READ,1,x,0\r\n";
+  home.write("A/exports.csv", exportHeaderLine() + "MAGNET,M" + row + "A,L" + row);
+  desk.type("A");
+  desk.doubleClick(desk.list(), desk.placeOfLine(0));
+  EXPECT_EQ(engineer.rows().properties, 8);
 }
 
 TEST_F(Mirror, TheMenuPopsUpOnItsFrameAlone) {
@@ -151,7 +137,6 @@ TEST_F(Mirror, TheDialogWorksByKeysAlone) {
   const auto* next = desk.view.helper().findChild<QPushButton*>(QStringLiteral("nextParam"));
   EXPECT_TRUE(next->isDefault());
   desk.key("Tab Tab");
-  EXPECT_EQ(desk.focused(), "ParamText");
   desk.type("LOST");
   desk.key("Escape");
   EXPECT_EQ(desk.focused(), "ExportName");
@@ -168,8 +153,9 @@ TEST_F(Mirror, TheDialogWorksByKeysAlone) {
 }
 
 TEST_F(Mirror, TextsSurviveAndWhatTheCodePageLacksIsAQuestionMark) {
+  const std::string longest(40000, 'x');
   for (TextField* field : {&form.deviceNamesInputText, &form.PropertyDescription}) {
-    for (const std::string text : {"\xA0x\xA0 ", "\x80\x81\xFF", "a\nb", "<b>&lt;&"}) {
+    for (const auto& text : {longest, {"\xA0x\xA0 "}, {"\x80\x81\xFF"}, {"a\nb"}, {"<b>&lt;&"}}) {
       field->setText(text);
       EXPECT_EQ(field->caret(), 0);
       field->setFocus();
@@ -193,12 +179,9 @@ TEST_F(Mirror, WhatAnInputMethodCommitsStaysAndCanBeUndone) {
     desk.key("Home Right");
     desk.compose(QStringLiteral("´"), QString());
     EXPECT_EQ(field->text(), "ab") << "nothing is committed yet";
-    desk.compose(QString(), QStringLiteral("é"));
-    EXPECT_EQ(field->text(), std::string("a\xE9") + "b");
-    EXPECT_EQ(field->caret(), 2);
     desk.compose(QString(), QStringLiteral("日本"));
-    EXPECT_EQ(field->text(), "a\xE9??b") << "what the code page lacks";
-    EXPECT_EQ(field->caret(), 4);
+    EXPECT_EQ(field->text(), "a??b") << "what the code page lacks";
+    EXPECT_EQ(field->caret(), 3);
 
     field->setText("");
     desk.compose(QString(), QStringLiteral("é"));
@@ -211,27 +194,36 @@ TEST_F(Mirror, WhatAnInputMethodCommitsStaysAndCanBeUndone) {
   }
 }
 
-TEST_F(Mirror, TabGoesByTheIndexAndAltByLettersOfTheirOwn) {
-  std::map<int, std::string> order;
+TEST_F(Mirror, EachControlHasALetterOfItsOwn) {
   std::map<QString, int> letters{{"Alt+G", 1}};
   for (const auto& [design, control] : designedControls(form)) {
-    const std::string name(design->name);
-    const QWidget& widget = desk.widget(name);
-    const bool takesFocus = widget.focusPolicy() != Qt::NoFocus && widget.isEnabled();
-    if (takesFocus) order[design->tabIndex] = name;
+    const QWidget& widget = desk.widget(std::string(design->name));
     if (qobject_cast<const QLineEdit*>(&widget) != nullptr) continue;
     const auto letter = QKeySequence::mnemonic(widget.property("text").toString()).toString();
-    if (!letter.isEmpty()) ++letters[letter];
+    if (letter.isEmpty()) continue;
+    EXPECT_EQ(++letters[letter], 1) << letter.toStdString();
   }
-  EXPECT_EQ(order.size(), 46);
   EXPECT_EQ(letters.size(), 25);
-  for (const auto& [letter, uses] : letters) EXPECT_EQ(uses, 1) << letter.toStdString();
+}
 
-  for (const auto& [index, name] : order) {
-    EXPECT_EQ(desk.focused(), name);
-    desk.key("Tab");
-  }
-  EXPECT_EQ(desk.focused(), "ExportName");
+TEST_F(Mirror, MessagesAreAnsweredByKeysAndTheLastOneEndsTheProgram) {
+  EXPECT_EQ(desk.view.windowTitle(), QStringLiteral("KOVA Device Server Setup Wizard"));
+  const auto look = [](const QWidget& box) {
+    const auto* text = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    EXPECT_EQ(text->textFormat(), Qt::PlainText);
+  };
+  untilTheEnd(desk, [&] {
+    desk.answer("Return", look);
+    desk.click("EditCmd");
+    EXPECT_EQ(desk.message, "KOVA Device Server Setup Wizard: Not a valid Export Name");
+    for (const char* keys : {"Return", "Escape", "Tab Space"}) {
+      EXPECT_FALSE(engineer.program.wizard.state.quitInProgress);
+      desk.answer(keys);
+      desk.click("Command1");
+    }
+  });
+  desk.write("PropertyName", "LATE");
+  EXPECT_EQ(form.PropertyName.text(), "");
 }
 
 TEST_F(Mirror, TheProcessLivesUntilItsLastWindowHasClosed) {
@@ -252,25 +244,6 @@ TEST_F(Mirror, TheProcessLivesUntilItsLastWindowHasClosed) {
   EXPECT_FALSE(form.window.loaded());
 }
 
-TEST_F(Mirror, LabelsBesideAFrameKeepPaceWithItsFields) {
-  const auto restore = qScopeGuard([font = QApplication::font()] { QApplication::setFont(font); });
-  const auto apart = [&](const char* label, const char* field) {
-    const auto middle = [&](const QWidget& w) {
-      return w.mapTo(&desk.view, w.rect().center()).y();
-    };
-    return std::abs(middle(desk.widget(label)) - middle(desk.widget(field)));
-  };
-  for (int size = 8; size <= 18; size += 5) {
-    QFont font = QApplication::font();
-    font.setPointSize(size);
-    QApplication::setFont(font);
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-      return desk.widget("Label5").height() >= QFontMetrics(font).height() &&
-             apart("Label7", "InputDataFormat") <= 1 && apart("Label5", "OutputDataSize") <= 1;
-    })) << size;
-  }
-}
-
 TEST_F(Mirror, TheWheelTurnsNothingInPassing) {
   QWidget& list = desk.widget("InputDataFormat");
   const QPoint middle = list.rect().center();
@@ -282,29 +255,25 @@ TEST_F(Mirror, TheWheelTurnsNothingInPassing) {
 }
 
 TEST_F(Mirror, ATextThatWouldBeCutIsMarkedInTheColoursOfTheDesktop) {
-  const auto restore =
-      qScopeGuard([palette = QApplication::palette()] { QApplication::setPalette(palette); });
   const QWidget& field = desk.widget("LocalName");
   const auto look = [&] {
     return std::pair(field.palette().color(QPalette::Base), field.accessibleDescription());
   };
   const auto plain = look();
+  form.LocalName.onChange = {};  // its message
   desk.write("LocalName", "LONGNAME");
   EXPECT_TRUE(QTest::qWaitFor([&] { return look().second != plain.second; }));
-  const auto marked = look();
-  EXPECT_NE(marked.first, plain.first);
+  EXPECT_NE(look().first, plain.first);
 
-  QPalette dark = QApplication::palette();
+  QPalette dark = palette;
   dark.setColor(QPalette::Base, Qt::black);
   QApplication::setPalette(dark);
   EXPECT_TRUE(QTest::qWaitFor([&] { return look().first.lightness() < 100; }));
   EXPECT_NE(look().first, QColor(Qt::black)) << "still marked";
-  EXPECT_EQ(look().second, marked.second);
 
   desk.write("LocalName", "SHORT");
-  EXPECT_TRUE(
-      QTest::qWaitFor([&] { return look() == std::pair(QColor(Qt::black), plain.second); }));
-  engineer.messages.clear();
+  const auto unmarked = std::pair(QColor(Qt::black), plain.second);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return look() == unmarked; }));
 }
 
 TEST_F(Mirror, ALongActTellsHowFarItIsAndTakesBothBack) {
@@ -325,3 +294,11 @@ TEST_F(Mirror, ALongActTellsHowFarItIsAndTakesBothBack) {
 
 }  // namespace
 }  // namespace kova::test
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  return RUN_ALL_TESTS();
+}
