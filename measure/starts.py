@@ -29,6 +29,11 @@ class Screen:
         self.environment = {**QUIET, "QT_QPA_PLATFORM": "xcb", "DISPLAY": display}
         return self
 
+    def settle(self):
+        """Waits until the server has cleared away what the last program has left."""
+        output("xprop", "-root", "WM_NAME", env=self.environment)
+        time.sleep(0.1)
+
     def __exit__(self, *_):
         self.server.terminate()
         self.server.wait()
@@ -57,11 +62,13 @@ def measure_starts(bin_, work, screen, runs, samples):
     places = (("X", screen.environment), ("offscreen", OFFSCREEN))
     for place, environment in places:  # also warms the page cache
         frame = first_frame(wizard, preload, home, environment, KOVA_FORM=work / place)
-    bare = bin_ / "measure/measure_bare_window"
-    for _ in range(runs):
+    bare = (bin_ / "measure/measure_bare_window", *frame["size"])
+    for turn in range(runs):
         for place, environment in places:
             same = (bin_ / "measure/measure_same_form", work / place)
-            for floor, program in (("", wizard), ("/same", same), ("/bare", (bare, *frame["size"]))):
+            programs = [("", wizard), ("/same", same), ("/bare", bare)]
+            for floor, program in programs[::-1] if turn % 2 else programs:
+                screen.settle()
                 told = first_frame(program, preload, home, environment)
                 for figure in ("start", "work", "memory"):
                     samples.setdefault(f"{figure}/{place}{floor}", []).append(told[figure])
@@ -85,6 +92,7 @@ def measure_cold(wizard, libraries, preload, home, screen, runs, samples):
             if file.is_file():
                 with open(file, "rb") as bytes_:
                     os.posix_fadvise(bytes_.fileno(), 0, 0, os.POSIX_FADV_DONTNEED)
+        screen.settle()
         told = first_frame((folder / wizard[0].name,), preload, home, screen.environment,
                            LD_LIBRARY_PATH=folder, QT_QPA_PLATFORM_PLUGIN_PATH=folder / "platforms")
         samples.setdefault("start/cold", []).append(told["start"])
