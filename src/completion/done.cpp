@@ -17,8 +17,6 @@
 namespace kova {
 namespace {
 
-constexpr const char* serverDevicesFile = "devices.csv";
-
 /// A writer has failed: the file stays as it was and the sequence ends.
 class WritingFailed : public Failure {
  public:
@@ -31,7 +29,8 @@ std::string repositoryPathOf(Wizard& wizard) {
   const std::string& localName = wizard.state.exportTable.front().localName;
   if (localName.empty()) return {};
   auto [root, notUsed] = repositoryRoot(wizard.platform.environment);
-  if (!notUsed.empty()) reportRepositoryNotUsed(wizard, notUsed);
+  wizard.state.onDisk.repositoryNotUsed = notUsed;
+  if (!notUsed.empty()) reportRepositoryNotUsed(wizard);
   if (root.empty()) return {};
   if (root.back() != pathSeparator) root += pathSeparator;
   return root + localName + pathSeparator;
@@ -76,7 +75,7 @@ struct Finishing {
     copy(std::string(historyFileName));
     copy(std::string(alarmFileName));
     if (state.deviceNamesDefined) {
-      state.onDisk.deviceNames = writeDevices(serverDevicesFile, state.deviceNames);
+      state.onDisk.deviceNames = writeDevices(std::string(serverDevicesFile), state.deviceNames);
     }
     for (std::int16_t i = 0; i < state.exportCount; ++i) {
       PropertyRecord& row = exportRow(wizard, i);
@@ -221,6 +220,7 @@ void Command1_Click(Wizard& wizard) {
     reportNotFinished(wizard);
     return tell(wizard, failure.what());
   }
+  reportAllWritten(wizard);
   startGenerators(wizard);
   quitApplication(wizard);
 }

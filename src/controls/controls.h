@@ -83,6 +83,8 @@ class CheckBox {
   bool ticked() const { return value_ == 1; }
   /// Assigns 0 or 1 and runs `onClick` if that changes it.
   void setValue(std::int16_t value);
+  /// Clears the box without a word to `onClick`: for a tick that its own handler can't follow.
+  void takeBack() { assign(value_, std::int16_t{0}, mirror); }
 
   Handler onClick;
   Handler mirror;

@@ -10,6 +10,9 @@ namespace kova {
 /// still readable: at a contrast of 4.5 or more, unless that of the other texts is less.
 QPalette withReadableTexts(QPalette palette);
 
+/// Background of the line that holds the caret.
+QColor currentLine(const QPalette& palette);
+
 /// The colours of a marked field: a touch of amber, in which its text stays readable, enabled or
 /// not.
 QPalette markedField(const QPalette& palette);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/form_widgets.h"
 
+#include <QAbstractItemView>
+#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <algorithm>
@@ -22,6 +24,14 @@ LineField::Characters charactersOf(const ControlDesign& design) {
   if (width == Width::number) return {.wanted = 8, .least = 6};
   if (width == Width::name) return {.wanted = 16, .least = 8};
   return {.wanted = 32, .least = 16};
+}
+
+/// A screen reader speaks the entries of a list that is open, and none of a closed one.
+void speakEntry(QComboBox& list, int index) {
+  if (!list.hasFocus() || !QAccessible::isActive()) return;
+  QAccessibleEvent entry(list.view(), QAccessible::Focus);
+  entry.setChild(index);
+  QAccessible::updateAccessibility(&entry);
 }
 
 /// However a button is pressed, the field that had the focus has been left before.
@@ -60,6 +70,8 @@ void FormWidgets::make(const DesignedControl& control) {
   made->setAccessibleDescription(toShown(design.toolTip, codePage_));
   made->setAccessibleName(spokenName(design));
   made->installEventFilter(&acts_);
+  auto* const* field = std::get_if<TextField*>(&control.control);
+  focus_.watch(*made, field == nullptr ? nullptr : *field);
   shown_.emplace(design.name, Shown{.design = &design, .widget = made});
 }
 
@@ -168,12 +180,16 @@ QWidget* FormWidgets::make(DropDownList& list, const ControlDesign& /*design*/, 
   auto* made = new QComboBox(&parent);
   made->setFocusPolicy(Qt::StrongFocus);
   QObject::connect(made, &QComboBox::activated, made, [&list](int index) { list.select(index); });
+  QObject::connect(made, &QComboBox::currentIndexChanged, made,
+                   [made](int index) { speakEntry(*made, index); });
   mirror(list, [this, &list, made] {
     const auto& entries = list.entries();
     for (auto shown = static_cast<std::size_t>(made->count()); shown < entries.size(); ++shown) {
       made->addItem(toShown(entries[shown], codePage_));
     }
     made->setCurrentIndex(list.selectedIndex());
+    // A screen reader speaks the value of a list that takes typed text, and of no other.
+    made->setAccessibleDescription(made->currentText());
     made->setEnabled(list.enabled());
   });
   return made;
@@ -214,6 +230,13 @@ void FormWidgets::setTabOrder() {
     if (!tabOrder_.empty()) QWidget::setTabOrder(tabOrder_.back(), shown);
     tabOrder_.push_back(shown);
   }
+}
+
+std::optional<ControlPointer> FormWidgets::control(const QWidget* widget) const {
+  for (const DesignedControl& one : controls_) {
+    if (shown_.at(one.design->name).widget == widget) return one.control;
+  }
+  return std::nullopt;
 }
 
 QWidget* FormWidgets::firstInTabOrder() const {

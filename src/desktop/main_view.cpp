@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/main_view.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMenuBar>
@@ -13,8 +12,8 @@
 #include "desktop/colours.h"
 #include "desktop/message_boxes.h"
 #include "desktop/sketch.h"
-#include "desktop/small_widgets.h"
 #include "desktop/text_seam.h"
+#include "wizard/focus_sentence.h"
 
 namespace kova {
 namespace {
@@ -52,15 +51,14 @@ void MainView::buildForm() {
   auto* all = new QWidget(this);
   auto* area = new FormArea(all);
   form_ = new QWidget(area);
-  statusLine_ = new QLabel(all);
+  statusLine_ = new SpokenLine(all);
   statusLine_->setObjectName(QStringLiteral("statusLine"));
-  statusLine_->setTextFormat(Qt::PlainText);
-  statusLine_->setWordWrap(true);
   widgets_ = std::make_unique<FormWidgets>(*form_, mainWindowSketches(),
                                            designedControls(setup_.wizard.form), codePage_, [this] {
                                              if (marks_) marks_->follow();
                                            });
-  marks_ = std::make_unique<FieldMarks>(widgets_->fields(), codePage_, setup_.wizard);
+  marks_ = std::make_unique<FieldMarks>(widgets_->fields(), codePage_, setup_.wizard,
+                                        [this] { mirrorStatusLine(); });
   area->setWidget(form_);
 
   auto* layout = new QVBoxLayout(all);
@@ -71,13 +69,21 @@ void MainView::buildForm() {
   layout->addWidget(area, 1);
   layout->addWidget(statusLine_);
   setCentralWidget(all);
-  connect(qApp, &QApplication::focusChanged, area, [this, area](QWidget*, QWidget* now) {
+  followFocus(*area);
+}
+
+void MainView::followFocus(FormArea& area) {
+  widgets_->widget("Command1")->installEventFilter(this);
+  connect(qApp, &QApplication::focusChanged, &area, [this, &area](QWidget*, QWidget* now) {
     if (now == nullptr || !form_->isAncestorOf(now)) return;
+    mirrorStatusLine();
+    // A form that moved under the pressed mouse would take the click from what was pressed.
+    if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
     // The toolkit would show the caret of a field and not the field.
     const QRect place(now->mapTo(form_, QPoint()), now->size());
     constexpr int margin = 8;
-    area->ensureVisible(place.right(), place.bottom(), margin, margin);
-    area->ensureVisible(place.left(), place.top(), 0, 0);
+    area.ensureVisible(place.right(), place.bottom(), margin, margin);
+    area.ensureVisible(place.left(), place.top(), 0, 0);
   });
 }
 
@@ -131,20 +137,32 @@ void MainView::mirrorWindow() {
   connect(windowHandle(), &QWindow::activeChanged, this, fit, Qt::SingleShotConnection);
 }
 
-void MainView::mirrorStatusLine() {
-  const QString sentence = toShown(statusText(setup_.wizard), codePage_);
-  if (sentence == statusLine_->text()) return;
-  statusLine_->setText(sentence);
-  statusLine_->setToolTip(toToolTip(sentence));
-  if (QAccessible::isActive()) {
-    QAccessibleEvent alert(statusLine_, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+/// On what Done would do under the pointer, on the control that has the focus, else on what
+/// happened last.
+std::string MainView::sentence() const {
+  const QWidget* done = widgets_->widget("Command1");
+  const auto control = widgets_->control(done->underMouse() ? done : focusWidget());
+  if (control) {
+    if (std::string told = focusSentence(setup_.wizard, *control); !told.empty()) return told;
   }
+  return statusText(setup_.wizard);
+}
+
+void MainView::mirrorStatusLine() {
+  statusLine_->say(toShown(sentence(), codePage_));
 }
 
 void MainView::openMenuByKey() {
   menuBar()->setActiveAction(guide_->menuAction());
   guide_->setActiveAction(guide_->actions().first());
+}
+
+/// The pointer comes to Done, or leaves it.
+bool MainView::eventFilter(QObject* watched, QEvent* event) {
+  const bool moves = event->type() == QEvent::Enter || event->type() == QEvent::Leave;
+  // The toolkit knows where the pointer is once the event is through.
+  if (moves) QTimer::singleShot(0, this, &MainView::mirrorStatusLine);
+  return QMainWindow::eventFilter(watched, event);
 }
 
 void MainView::closeEvent(QCloseEvent* event) {

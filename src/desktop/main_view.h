@@ -3,11 +3,11 @@
 // guided dialog.
 #pragma once
 
-#include <QLabel>
 #include <QMainWindow>
 #include <QMenu>
 #include <QTimer>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "desktop/act_filter.h"
@@ -15,6 +15,8 @@
 #include "desktop/form_widgets.h"
 #include "desktop/helper_view.h"
 #include "desktop/long_act.h"
+#include "desktop/small_widgets.h"
+#include "desktop/spoken_line.h"
 #include "wizard/wiring.h"
 
 namespace kova {
@@ -31,6 +33,7 @@ class MainView : public QMainWindow {
   HelperView& helper() const { return *helper_; }
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
@@ -38,16 +41,18 @@ class MainView : public QMainWindow {
 
  private:
   void buildForm();
+  void followFocus(FormArea& area);
   void buildMenu();
   void attach();
   void mirrorWindow();
+  std::string sentence() const;
   void mirrorStatusLine();
   void openMenuByKey();
 
   SetupWizard& setup_;
   const CodePage& codePage_;
   QWidget* form_ = nullptr;
-  QLabel* statusLine_ = nullptr;
+  SpokenLine* statusLine_ = nullptr;
   QMenu* guide_ = nullptr;
   std::unique_ptr<FormWidgets> widgets_;
   std::unique_ptr<FieldMarks> marks_;

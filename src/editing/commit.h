@@ -10,4 +10,8 @@ namespace kova {
 /// existing one is replaced. A commit that is turned away shows one message and changes nothing.
 void updatePropertyList(Wizard& wizard, bool appendOnly);
 
+/// Edit would give `row` other texts or ticks than it has. The settings of its history and alarm
+/// watch are no part of it.
+bool formDiffersFrom(const Wizard& wizard, const PropertyRecord& row);
+
 }  // namespace kova

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <limits>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -76,19 +75,15 @@ class Walk {
     ++result_.deleted;
   }
 
-  struct Place {
-    Path backup;
-    bool isNew = false;  // nothing stands there
-  };
-
   void copy(const std::string& name) {
     const Path file = directory_ / name;
+    const Path backup = directory_ / backupName(name, clock_.unixTime());
     try {
-      const auto [backup, isNew] = placeFor(name);
       // Looked at ahead of the copy, so that a change in between shows as one.
       if (const auto stamp = files_.stamp(file)) {
         result_.stamps.emplace_hint(result_.stamps.end(), name, *stamp);
       }
+      const bool isNew = !files_.fileExists(backup);
       files_.copy(file, backup);
       if (isNew) added_.emplace_back(backup, files_.stamp(backup));
     } catch (const Failure& failure) {
@@ -107,25 +102,6 @@ class Walk {
       } catch (const Failure&) {
         continue;  // the others can go all the same
       }
-    }
-  }
-
-  // Of this second, unless another wizard has put something else there: Done keeps what it replaces
-  // under such names, and nowhere else.
-  Place placeFor(const std::string& name) const {
-    for (std::int32_t stamp = clock_.unixTime();; ++stamp) {
-      Path backup = directory_ / backupName(name, stamp);
-      if (!files_.fileExists(backup)) return {std::move(backup), true};
-      if (holdAlike(directory_ / name, backup)) return {std::move(backup), false};
-      if (stamp == std::numeric_limits<std::int32_t>::max()) throw Failure("no name is free");
-    }
-  }
-
-  bool holdAlike(const Path& file, const Path& backup) const {
-    try {
-      return files_.read(file) == files_.read(backup);
-    } catch (const Failure&) {
-      return false;
     }
   }
 

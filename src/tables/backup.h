@@ -59,8 +59,7 @@ class BackupFailure : public Failure {
 };
 
 /// Deletes the folder's backups that are too old, then copies each file in use beside itself, on a
-/// list taken beforehand, in the order of the names. A backup of the same second with other bytes
-/// stays, and the copy takes the next free stamp. `progress` is told the number of files done.
+/// list taken beforehand, in the order of the names. `progress` is told the number of files done.
 /// Throws BackupFailure at the first file that makes trouble: the copies that this walk has added
 /// are removed again. Throws Failure if the folder can't be listed.
 BackupResult backupExistingFiles(FileSystem& files, const Clock& clock, const Path& directory,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tables/device_files.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -46,6 +47,10 @@ bool store(DeviceNames& devNames, std::int16_t number, std::string_view name, st
 }
 
 }  // namespace
+
+std::string serverNamesFile(std::string_view localName) {
+  return std::string(localName) + "-devices.csv";
+}
 
 std::string namesFile(std::string_view propertyName) {
   return std::string(propertyName) + "-names.csv";
@@ -97,6 +102,14 @@ std::int16_t UpdateDevicesFile(std::string_view panelText, DeviceNames& devNames
   // A count beyond its type is no count.
   return devNames.size() > largestCount ? std::int16_t{0}
                                         : static_cast<std::int16_t>(devNames.size());
+}
+
+std::size_t linesBeyond(std::string_view panelText, const DeviceNames& devNames) {
+  const auto lines = panelLines(panelText);
+  const auto first = std::min(devNames.size(), lines.size());
+  const auto holdsSomething = [](std::string_view line) { return !line.empty(); };
+  return static_cast<std::size_t>(std::count_if(lines.begin() + static_cast<std::ptrdiff_t>(first),
+                                                lines.end(), holdsSomething));
 }
 
 void WriteDevicesFile(const ReplaceFile& replace, const Path& file, DeviceNames& devNames) {

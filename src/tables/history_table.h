@@ -28,6 +28,8 @@ struct HistoryRecord {
   std::string tolerance;         ///< percent or absolute, as typed
   std::int32_t shortDepth = 0;   ///< samples
   std::int32_t longDepth = 0;    ///< months
+
+  bool operator==(const HistoryRecord&) const = default;
 };
 
 /// The history settings of the property in the form, as typed.

@@ -134,7 +134,11 @@ ReadResult readTable(const FileSystem& files, const Path& file,
       if (!text.empty() && commentSigns.find(text.front()) != std::string_view::npos) continue;
       if (headerSeen) {
         splitCsvLine(text, fields);
-        if (row(fields, result.rows)) ++result.rows;
+        if (row(fields, result.rows)) {
+          ++result.rows;
+        } else {
+          ++result.skipped;
+        }
       } else {
         header(text);
         headerSeen = true;

@@ -57,6 +57,7 @@ struct ReadResult {
   std::optional<ReadStop> stop;
   /// Only line feeds separate its lines, so that all of it was one line.
   bool onlyLineFeeds = false;
+  std::size_t skipped = 0;  ///< data lines that became no row
 };
 
 /// Takes a data line behind `rows` accepted ones. True if it becomes a row.

@@ -7,6 +7,7 @@ screen_reader.py PROGRAM
 import collections
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -102,6 +103,19 @@ def dead_key(program):
     program.shows(PROPERTY, "Description", "\N{LATIN SMALL LETTER E WITH ACUTE}")
 
 
+def speaks(program):
+    """What comes without the focus is told, and no focus where there is none."""
+    heard = program.listen()
+    program.type(SERVER, "Export Name", "MAGNET")
+    program.hears(heard, "showing", "notification", "Project read: 8 properties")
+    expect("lines in focus", [], [event for event in heard if event[1] == "list item"])
+    program.type(PROPERTY, "Property Name", "A,B")
+    program.hears(heard, "showing", "notification", "The comma moves the columns")
+    program.choose(PROPERTY, "Access", "WRITE")
+
+    program.hears(heard, "focused", "list item", "WRITE")
+
+
 def expect(what, wanted, found):
     if wanted != found:
         raise AssertionError(f"{what}:\n  expected {wanted}\n  found    {found}")
@@ -119,6 +133,10 @@ def expect_icon():
 
 def main(path):
     desktop.enter("1600x1200")
+    with tempfile.TemporaryDirectory(prefix="kova-") as name:
+        shutil.copytree(desktop.ROOT / "examples/MAGNET", f"{name}/MAGNET")
+        with desktop.Program(path, HOMEDRIVE=name) as program:
+            speaks(program)
     with tempfile.TemporaryDirectory(prefix="kova-") as name:
         home = pathlib.Path(name)
         (home / "fec").mkdir()

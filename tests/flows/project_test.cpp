@@ -345,7 +345,8 @@ TEST_F(Project, WaitsOnceForAnotherWizardThatIsFinishingIt) {
   done();
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(6)) << "five tables";
   EXPECT_EQ(status(),
-            "Another wizard is finishing this project as well; it was waited for in vain.");
+            "All tables written. Another wizard is finishing this project as well; it was waited "
+            "for in vain.");
   EXPECT_TRUE(engineer.ended);
 }
 

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// A line of text that a screen reader speaks whenever it changes, wherever the focus is.
+#pragma once
+
+#include <QLabel>
+
+namespace kova {
+
+class SpokenLine : public QLabel {
+ public:
+  explicit SpokenLine(QWidget* parent);
+
+  /// Shows `sentence`, and has it spoken if it is another one than before.
+  void say(const QString& sentence);
+};
+
+}  // namespace kova
