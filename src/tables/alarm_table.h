@@ -49,7 +49,7 @@ struct AlarmForm {
   std::string normal;
 };
 
-/// 1001 rows, of which the first `alarmCount` are live; the others keep what they held.
+/// Up to 1001 rows, of which the first `alarmCount` are live; the others keep what they held.
 using AlarmTable = std::vector<AlarmWatchRecord>;
 
 /// Reads the file over the rows from 0 on. `alarmCount` becomes the number of rows that have both

@@ -49,7 +49,7 @@ struct HistoryForm {
   std::string longDepth;
 };
 
-/// 1001 rows, of which the first `historyCount` are live; the others keep what they held.
+/// Up to 1001 rows, of which the first `historyCount` are live; the others keep what they held.
 using HistoryTable = std::vector<HistoryRecord>;
 
 /// Reads the file over the rows from 0 on. `historyCount` becomes the number of rows read. The
