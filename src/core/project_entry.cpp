@@ -58,7 +58,7 @@ Dropped findDropped(const Wizard& wizard) {
   Dropped dropped{.hadRows = state.exportCount > 0, .unwritten = findDroppable(state)};
   const bool hasStage = state.exportCount < tableRows;
   if (form.DeviceListCheck.ticked() && hasStage &&
-      state.exportTable[static_cast<std::size_t>(state.exportCount)].hasDeviceList) {
+      rowOf(state.exportTable, state.exportCount).hasDeviceList) {
     dropped.preparedList = form.PropertyName.text();
   }
   return dropped;

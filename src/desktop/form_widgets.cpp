@@ -19,9 +19,6 @@ namespace {
 
 constexpr int lineHeight = 225;  // of a drawn text, in twips
 
-/// The longest texts of a list are about as long, in capitals.
-constexpr int charactersOfAnEntry = 10;
-
 LineField::Characters charactersOf(const ControlDesign& design) {
   const Width width = widthOf(design);
   if (width == Width::number) return {.wanted = 8, .least = 6};
@@ -178,10 +175,10 @@ QWidget* FormWidgets::make(ListBox& list, const ControlDesign& design, QWidget& 
 }
 
 QWidget* FormWidgets::make(DropDownList& list, const ControlDesign& /*design*/, QWidget& parent) {
+  // As wide as its entries, which are there already. To name that or another policy would make the
+  // pop-up ahead of its use, and lay the window out once more.
   auto* made = new QComboBox(&parent);
   made->setFocusPolicy(Qt::StrongFocus);
-  made->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  made->setMinimumContentsLength(charactersOfAnEntry);
   QObject::connect(made, &QComboBox::activated, made, [&list](int index) { list.select(index); });
   QObject::connect(made, &QComboBox::currentIndexChanged, made,
                    [made](int index) { speakEntry(*made, index); });

@@ -84,7 +84,8 @@ void RemoveProperty_Click(Wizard& wizard) {
   --state.exportCount;
   // The row that is free now, and behind it a device list that waited for a commit.
   const auto freed = rows + state.exportCount;
-  std::fill(freed, std::min(freed + 2, state.exportTable.end()), PropertyRecord{});
+  std::fill_n(freed, std::min<std::ptrdiff_t>(2, state.exportTable.end() - freed),
+              PropertyRecord{});
   reportRemoval(wizard, name, inForm);
 }
 

@@ -51,7 +51,7 @@ struct AlarmForm {
   std::string normal;
 };
 
-/// 1001 rows, of which the first `alarmCount` are live; the others keep what they held.
+/// Up to 1001 rows, of which the first `alarmCount` are live; the others keep what they held.
 using AlarmTable = std::vector<AlarmWatchRecord>;
 
 /// The columns of the file in its order.

@@ -51,7 +51,7 @@ struct HistoryForm {
   std::string longDepth;
 };
 
-/// 1001 rows, of which the first `historyCount` are live; the others keep what they held.
+/// Up to 1001 rows, of which the first `historyCount` are live; the others keep what they held.
 using HistoryTable = std::vector<HistoryRecord>;
 
 /// The columns of the file in its order.

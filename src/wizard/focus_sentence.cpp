@@ -24,7 +24,7 @@ std::string formSentence(const Wizard& wizard) {
   if (index >= wizard.state.exportCount) {
     return " " + name + " stands in the form only and is not part of it.";
   }
-  const PropertyRecord& row = wizard.state.exportTable[static_cast<std::size_t>(index)];
+  const PropertyRecord& row = rowOf(wizard.state.exportTable, index);
   if (!formDiffersFrom(wizard, row)) return {};
   return " The form differs from " + name + " and is not part of it.";
 }

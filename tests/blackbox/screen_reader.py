@@ -8,6 +8,7 @@ import collections
 import os
 import pathlib
 import shutil
+import subprocess
 import sys
 import tempfile
 
@@ -120,6 +121,16 @@ def expect(what, wanted, found):
         raise AssertionError(f"{what}:\n  expected {wanted}\n  found    {found}")
 
 
+def told(*question):
+    return subprocess.check_output(["xprop", *question], text=True)
+
+
+def expect_icon():
+    """The window brings its own, whatever icon themes and plug-ins are installed."""
+    window = told("-root", "_NET_ACTIVE_WINDOW").split()[-1]
+    expect("icon", True, "Icon (48 x 48)" in told("-id", window, "_NET_WM_ICON"))
+
+
 def main(path):
     desktop.enter("1600x1200")
     with tempfile.TemporaryDirectory(prefix="kova-") as name:
@@ -137,6 +148,7 @@ def main(path):
             script.chmod(0o755)
         with desktop.Program(path, HOMEDRIVE=name, FEC_HOME=f"{name}/fec",
                              PATH=f"{name}/bin:{os.environ['PATH']}") as program:
+            expect_icon()
             reach_all(program, find_all(program))
             dead_key(program)
             program.play(WORK)
