@@ -36,10 +36,10 @@ const std::vector<std::string> clickable = words(
     "PropertyList HistoryCheck AlarmWatchCheck DeviceListCheck ProcessCheck ServerOption "
     "propertyOption Label9 nextParam lastParam DoneParam Command1 AddProperty EditCmd");
 constexpr std::array texts{
-    ""sv,         "MAG"sv,  "VAC"sv,        "FULL"sv, "VOLT"sv, "RAMP"sv, "QVX"sv,   "LONGNAMES"sv,
-    "a,b"sv,      "\"q"sv,  "#x"sv,         "../x"sv, "x/y"sv,  "*"sv,    "-1"sv,    "0"sv,
-    "1"sv,        "2"sv,    "3"sv,          "300"sv,  "1.5"sv,  "1E9"sv,  "32767"sv, "32768"sv,
-    "[0:1 V]y"sv, "none"sv, "A\r\nB\r\n"sv, "\xB0"sv, "x\0y"sv};
+    ""sv,         "MAG"sv,   "VAC"sv,        "FULL"sv, "VOLT"sv, "RAMP"sv, "QVX"sv,   "LONGNAMES"sv,
+    "a,b"sv,      R"("q)"sv, "#x"sv,         "../x"sv, "x/y"sv,  "*"sv,    "-1"sv,    "0"sv,
+    "1"sv,        "2"sv,     "3"sv,          "300"sv,  "1.5"sv,  "1E9"sv,  "32767"sv, "32768"sv,
+    "[0:1 V]y"sv, "none"sv,  "A\r\nB\r\n"sv, "\xB0"sv, "x\0y"sv};
 
 void checkNumDevices(const Wizard& wizard) {
   const double value = textValue(wizard.form.NumDevices.text());

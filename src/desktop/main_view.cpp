@@ -77,6 +77,7 @@ void MainView::followFocus(FormArea& area) {
   connect(qApp, &QApplication::focusChanged, &area, [this, &area](QWidget*, QWidget* now) {
     if (now == nullptr || !form_->isAncestorOf(now)) return;
     mirrorStatusLine();
+    centralWidget()->layout()->activate();
     // A form that moved under the pressed mouse would take the click from what was pressed.
     if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
     // The sentence may have taken another line from the form.

@@ -38,12 +38,23 @@ std::vector<AnswerButton> buttonsOf(const Message& message) {
   return {{Answer::ok, QMessageBox::Ok}};
 }
 
+/// A word over many lines, in which the toolkit would look for the end of a word line by line.
+bool hasEndlessWord(const QString& text) {
+  constexpr int longestWord = 1000;
+  int length = 0;
+  return std::any_of(text.begin(), text.end(), [&length](QChar letter) {
+    length = letter.isSpace() ? 0 : length + 1;
+    return length > longestWord;
+  });
+}
+
 /// Shows `text` where it wraps at any place and scrolls. Its size fits into `room`.
 QPlainTextEdit* scrollingText(QWidget& parent, const QString& text, const QSize& room) {
   auto* area = new QPlainTextEdit(&parent);
   area->setReadOnly(true);
   area->setTabChangesFocus(true);
-  area->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  area->setWordWrapMode(hasEndlessWord(text) ? QTextOption::WrapAnywhere
+                                             : QTextOption::WrapAtWordBoundaryOrAnywhere);
   area->setPlainText(text);
   const int bar = area->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, area);
   const int edges = 2 * (area->frameWidth() + static_cast<int>(area->document()->documentMargin()));

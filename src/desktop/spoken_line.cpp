@@ -2,6 +2,7 @@
 #include "desktop/spoken_line.h"
 
 #include <QAccessibleWidget>
+#include <algorithm>
 
 #include "desktop/text_seam.h"
 
@@ -20,6 +21,14 @@ SpokenLine::SpokenLine(QWidget* parent) : QLabel(parent) {
   QAccessible::installFactory(&describe);
   setTextFormat(Qt::PlainText);
   setWordWrap(true);
+  setAlignment(Qt::AlignLeft | Qt::AlignTop);
+}
+
+int SpokenLine::heightForWidth(int width) const {
+  constexpr int lines = 2;
+  const QMargins edges = contentsMargins();
+  const int least = lines * fontMetrics().lineSpacing() + edges.top() + edges.bottom();
+  return std::max(QLabel::heightForWidth(width), least);
 }
 
 void SpokenLine::say(const QString& sentence) {

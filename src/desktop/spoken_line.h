@@ -9,6 +9,8 @@ namespace kova {
 class SpokenLine : public QLabel {
  public:
   explicit SpokenLine(QWidget* parent);
+  /// Room for two lines, so that what stands above stays where it is when a sentence is long.
+  int heightForWidth(int width) const override;
 
   /// Shows `sentence`, and has it spoken if it is another one than before.
   void say(const QString& sentence);

@@ -7,8 +7,11 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextLayout>
+#include <algorithm>
 #include <ctime>
 #include <filesystem>
+#include <limits>
 
 #include "desktop/message_boxes.h"
 #include "window/desk.h"
@@ -215,19 +218,34 @@ TEST_F(Hands, TheListGoesOnWhereALineWasRemoved) {
   EXPECT_EQ(form.PropertyList.selectedIndex(), 4) << "it was the last line";
 }
 
+/// Processor time of an act, the least of three.
+std::clock_t cost(const std::function<void()>& act) {
+  std::clock_t least = std::numeric_limits<std::clock_t>::max();
+  for (int time = 0; time < 3; ++time) {
+    const std::clock_t start = std::clock();
+    act();
+    least = std::min(least, std::clock() - start);
+  }
+  return least;
+}
+
 TEST_F(Hands, AMessageTakesAnyTextOfATableAtOnce) {
   const MessageBox ask = messageBoxes(desk.view, page, "Wizard");
   for (const char* piece : {"x", "ab "}) {
-    const QByteArray text = QByteArray(piece).repeated(32767).left(32767);
-    std::clock_t start = 0;  // of what the process uses, whatever else the machine has to do
-    desk.soon([&] {
-      EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC / 10);
-      QWidget* box = QApplication::activeModalWidget();
-      EXPECT_TRUE(QTest::qWaitFor([&] { return box->isActiveWindow(); }));
-      desk.key("Escape");
+    const QString text = QString::fromLatin1(QByteArray(piece).repeated(32767).left(32767));
+    const std::clock_t once = cost([&] {
+      QTextLayout layout(text, desk.view.font());
+      layout.beginLayout();
+      for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(desk.view.width());
+      }
+      layout.endLayout();
     });
-    start = std::clock();
-    ask({.text = text.toStdString(), .buttons = Buttons::okCancel});
+    const std::clock_t shown = cost([&] {
+      desk.answer("Escape");
+      ask({.text = text.toStdString(), .buttons = Buttons::okCancel});
+    });
+    EXPECT_LT(shown, 15 * once) << "laid out line by line, with no look back";
   }
 }
 
