@@ -77,11 +77,10 @@ void MainView::followFocus(FormArea& area) {
   connect(qApp, &QApplication::focusChanged, &area, [this, &area](QWidget*, QWidget* now) {
     if (now == nullptr || !form_->isAncestorOf(now)) return;
     mirrorStatusLine();
+    // The sentence may have taken another line from the form.
     centralWidget()->layout()->activate();
     // A form that moved under the pressed mouse would take the click from what was pressed.
     if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
-    // The sentence may have taken another line from the form.
-    centralWidget()->layout()->activate();
     // The toolkit would show the caret of a field and not the field.
     const QRect place(now->mapTo(form_, QPoint()), now->size());
     constexpr int margin = 8;
