@@ -206,8 +206,11 @@ TEST_F(Editing, AProcessIsFiveRows) {
   type(form.PropertyDescription, "ramp");
   toggle(form.ProcessCheck);
   EXPECT_TRUE(form.NumStepsText.enabled());
+  std::string selected;
+  form.NumStepsText.selectAll = [&] { selected = form.NumStepsText.text(); };
   type(form.NumStepsText, "");
   EXPECT_EQ(form.NumStepsText.text(), "1");
+  EXPECT_EQ(selected, "1");
   type(form.NumStepsText, "03");
   toggle(form.DeviceListCheck);
 

@@ -192,6 +192,19 @@ TEST_F(Hands, APasteThatIsCutCanBeUndone) {
   EXPECT_EQ(form.PropertyDescription.text(), "one");
 }
 
+TEST_F(Hands, TheForcedNumberOfStepsGivesWayToWhatIsTyped) {
+  desk.click("ProcessCheck");
+  desk.key("Tab");
+  desk.type("3");
+  EXPECT_EQ(form.NumStepsText.text(), "3");
+  for (const QString emptied : {"Backspace", "Ctrl+A Delete"}) {
+    desk.key(emptied);
+    EXPECT_EQ(form.NumStepsText.text(), "1");
+    desk.type("03");
+    EXPECT_EQ(form.NumStepsText.text(), "3");
+  }
+}
+
 TEST_F(Hands, TypingInTheListFindsAName) {
   desk.type("MAGNET");
   desk.widget("PropertyList").setFocus();
