@@ -40,6 +40,8 @@ MainView::MainView(SetupWizard& setup, const CodePage& codePage)
   setObjectName(QStringLiteral("Form1"));
   afterPalette_.setSingleShot(true);
   connect(&afterPalette_, &QTimer::timeout, this, &keepTextsReadable);
+  afterPointer_.setSingleShot(true);
+  connect(&afterPointer_, &QTimer::timeout, this, &MainView::mirrorStatusLine);
   keepTextsReadable();
   buildForm();
   buildMenu();
@@ -163,7 +165,7 @@ void MainView::openMenuByKey() {
 bool MainView::eventFilter(QObject* watched, QEvent* event) {
   const bool moves = event->type() == QEvent::Enter || event->type() == QEvent::Leave;
   // The toolkit knows where the pointer is once the event is through.
-  if (moves) QTimer::singleShot(0, this, &MainView::mirrorStatusLine);
+  if (moves) afterPointer_.start(0);
   return QMainWindow::eventFilter(watched, event);
 }
 

@@ -60,6 +60,7 @@ class MainView : public QMainWindow {
   std::unique_ptr<HelperView> helper_;
   EndOfActs endOfActs_;
   QTimer afterPalette_;
+  QTimer afterPointer_;
   Hooks hooks_;
 };
 
