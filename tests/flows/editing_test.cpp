@@ -381,9 +381,11 @@ TEST_F(Editing, ADeviceListGivenUpReachesNoOtherProperty) {
   commit("A");
   EXPECT_FALSE(form.DeviceListCheck.ticked()) << "nor when it is shown by its own row";
 
+  form.PropertyList.select(1);
   giveUpList();
-  remove(1);
+  form.RemoveProperty.click();
   commit("B");
+  type(form.OutputDataSize, "1");
   type(form.PropertyName, "C");
   toggle(form.DeviceListCheck);
   EXPECT_EQ(names(), "Device 0\r\n") << "nor by a list that is made anew";
