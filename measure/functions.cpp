@@ -81,7 +81,7 @@ void removeBackups(const std::string& folder) {
   std::sort(names.begin(), names.end());
   for (const std::string& name : names) {
     if (classify(name, names, test::FakeClock().now) != FileVerdict::inUse) {
-      std::filesystem::remove(folder + '/' + name);
+      std::filesystem::remove(std::filesystem::path(folder) / name);
     }
   }
 }

@@ -94,6 +94,7 @@ QWidget* FormWidgets::makeField(TextField& field, Edit* edit) {
     if (!edit->isVisible() || !edit->isEnabled()) throw Failure("the field can't take the focus");
     edit->setFocus(Qt::OtherFocusReason);
   });
+  hang(hooks_, field.selectAll, [edit] { edit->selectAll(); });
   return edit;
 }
 

@@ -141,7 +141,7 @@ void LineList::currentChanged(const QModelIndex& now, const QModelIndex& before)
     QListView::currentChanged(now, before);
   } else {
     // Its own class would tell a screen reader that the focus is in the line.
-    QAbstractItemView::currentChanged(now, before);
+    QAbstractItemView::currentChanged(now, before);  // NOLINT(bugprone-parent-virtual-call)
   }
 }
 

@@ -42,6 +42,8 @@ MainView::MainView(SetupWizard& setup, const CodePage& codePage)
   setObjectName(QStringLiteral("Form1"));
   afterPalette_.setSingleShot(true);
   connect(&afterPalette_, &QTimer::timeout, this, &keepTextsReadable);
+  afterPointer_.setSingleShot(true);
+  connect(&afterPointer_, &QTimer::timeout, this, &MainView::mirrorStatusLine);
   keepTextsReadable();
   buildForm();
   buildMenu();
@@ -114,6 +116,7 @@ void MainView::followFocus(FormArea& area) {
   connect(qApp, &QApplication::focusChanged, &area, [this, &area](QWidget*, QWidget* now) {
     if (now == nullptr || !form_->isAncestorOf(now)) return;
     mirrorStatusLine();
+    // The sentence may have taken another line from the form.
     centralWidget()->layout()->activate();
     // A form that moved under the pressed mouse would take the click from what was pressed.
     if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
@@ -201,7 +204,7 @@ void MainView::openMenuByKey() {
 bool MainView::eventFilter(QObject* watched, QEvent* event) {
   const bool moves = event->type() == QEvent::Enter || event->type() == QEvent::Leave;
   // The toolkit knows where the pointer is once the event is through.
-  if (moves) QTimer::singleShot(0, this, &MainView::mirrorStatusLine);
+  if (moves) afterPointer_.start(0);
   return QMainWindow::eventFilter(watched, event);
 }
 

@@ -67,6 +67,7 @@ class MainView : public QMainWindow {
   std::unique_ptr<ReviewWindow> review_;
   EndOfActs endOfActs_;
   QTimer afterPalette_;
+  QTimer afterPointer_;
   Hooks hooks_;
 };
 

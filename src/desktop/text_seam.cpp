@@ -19,9 +19,8 @@ char byteOf(char32_t character, const CodePage& page) {
 
 QString toShown(std::string_view text, const CodePage& page) {
   QString shown(static_cast<qsizetype>(text.size()), Qt::Uninitialized);
-  std::transform(text.begin(), text.end(), shown.begin(), [&page](char byte) {
-    return QChar(static_cast<char16_t>(page.character(byte)));
-  });
+  std::transform(text.begin(), text.end(), shown.begin(),
+                 [&page](char byte) { return QChar(static_cast<char16_t>(page.character(byte))); });
   return shown;
 }
 

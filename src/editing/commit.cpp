@@ -2,6 +2,7 @@
 #include "editing/commit.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -80,14 +81,37 @@ CommitNotes notesOn(const Wizard& wizard) {
   return notes;
 }
 
-/// What stands against any commit of the form, empty if nothing does.
-std::string refusal(const Wizard& wizard, bool appendOnly, bool isNew) {
+struct Refusal {
+  std::string message;
+  const TextField* field = nullptr;  ///< that the message names, if it names one
+};
+
+/// What stands against any commit of the form.
+std::optional<Refusal> refusal(const Wizard& wizard, bool appendOnly, bool isNew) {
   const Form1& form = wizard.form;
-  if (form.ExportName.text().empty()) return "Not a valid Export Name";
-  if (form.LocalName.text().empty()) return "Not a valid Local Name";
-  if (form.PropertyName.text().empty()) return "Not a valid Property Name";
-  if (appendOnly && !isNew) return "Property " + form.PropertyName.text() + " already assigned";
-  return {};
+  const std::string& name = form.PropertyName.text();
+  if (form.ExportName.text().empty()) return {{"Not a valid Export Name", &form.ExportName}};
+  if (form.LocalName.text().empty()) return {{"Not a valid Local Name", &form.LocalName}};
+  if (name.empty()) return {{"Not a valid Property Name", &form.PropertyName}};
+  if (appendOnly && !isNew) return {{"Property " + name + " already assigned"}};
+  return std::nullopt;
+}
+
+/// Puts the focus where the engineer mends what was refused. Into some fields of the alarm panel
+/// the focus comes by the engineer's own hand alone: it clears others.
+void leadTo(const TextField& field) {
+  if (field.onGotFocus) return;
+  try {
+    field.setFocus();
+    field.selectText();
+  } catch (const Failure&) {
+    return;  // it is named all the same
+  }
+}
+
+void refuse(const Wizard& wizard, const Refusal& refusal) {
+  tell(wizard, refusal.message);
+  if (refusal.field != nullptr) leadTo(*refusal.field);
 }
 
 std::string descriptionWithRange(const Form1& form) {
@@ -187,8 +211,7 @@ void updatePropertyList(Wizard& wizard, bool appendOnly) {
   const Form1& form = wizard.form;
   const std::int16_t index = findPropertyIndex(wizard, form.PropertyName.text());
   const bool isNew = index >= wizard.state.exportCount;
-  const std::string against = refusal(wizard, appendOnly, isNew);
-  if (!against.empty()) return tell(wizard, against);
+  if (const auto against = refusal(wizard, appendOnly, isNew)) return refuse(wizard, *against);
   try {
     if (form.ProcessCheck.ticked()) {
       commitProcessProperty(wizard, isNew);
@@ -196,7 +219,7 @@ void updatePropertyList(Wizard& wizard, bool appendOnly) {
       commitProperty(wizard, index, isNew);
     }
   } catch (const ValueFailure& failure) {
-    tell(wizard, couldNotAdd(wizard, failure));
+    refuse(wizard, {couldNotAdd(wizard, failure), fieldOf(wizard, failure.value())});
   }
 }
 

@@ -153,7 +153,7 @@ void flushIfReadable(const Path& file) {
 }
 
 bool isNotPossibleHere(int error) {
-  return error == EINVAL || error == ENOSYS || error == ENOTSUP || error == EOPNOTSUPP;
+  return error == EINVAL || error == ENOSYS || error == ENOTSUP;
 }
 
 // One flush for all tells nothing to the program behind a FUSE mount, and succeeds all the same.

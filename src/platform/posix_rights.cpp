@@ -17,11 +17,11 @@ constexpr mode_t ownPermissions = 0700;
 // Network shares and foreign file systems have owners and modes of their own, which nobody but
 // their mount can choose.
 bool meansNotHere(int error) {
-  return error == EPERM || error == ENOTSUP || error == EOPNOTSUPP || error == ENOSYS;
+  return error == EPERM || error == ENOTSUP || error == ENOSYS;
 }
 
 bool meansNoList(int error) {
-  return error == ENODATA || error == ENOTSUP || error == EOPNOTSUPP || error == ENOSYS;
+  return error == ENODATA || error == ENOTSUP || error == ENOSYS;
 }
 
 // `get` is getxattr or fgetxattr on the file.

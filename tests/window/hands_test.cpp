@@ -192,6 +192,42 @@ TEST_F(Hands, APasteThatIsCutCanBeUndone) {
   EXPECT_EQ(form.PropertyDescription.text(), "one");
 }
 
+TEST_F(Hands, ARefusalLeadsToTheFieldThatItNames) {
+  engineer.program.wizard.messageBox = messageBoxes(desk.view, page, "Wizard");
+  const auto edit = [&] {
+    desk.answer("Return");
+    desk.key("Alt+E");
+  };
+  for (const char* name : {"ExportName", "PropertyName"}) {
+    edit();
+    EXPECT_EQ(desk.focused(), name);
+    desk.type("PUMPS");
+  }
+  desk.click("AlarmWatchCheck");
+  desk.write("almSeverityText", "high");
+  edit();
+  desk.type("7");
+  EXPECT_EQ(form.almSeverityText.text(), "7");
+  desk.write("almHiText", "1E39");
+  form.almMaskText.setText("40");
+  edit();
+  EXPECT_EQ(desk.focused(), "EditCmd");
+  EXPECT_EQ(form.almMaskText.text(), "40");
+}
+
+TEST_F(Hands, TheForcedNumberOfStepsGivesWayToWhatIsTyped) {
+  desk.click("ProcessCheck");
+  desk.key("Tab");
+  desk.type("3");
+  EXPECT_EQ(form.NumStepsText.text(), "3");
+  for (const QString emptied : {"Backspace", "Ctrl+A Delete"}) {
+    desk.key(emptied);
+    EXPECT_EQ(form.NumStepsText.text(), "1");
+    desk.type("03");
+    EXPECT_EQ(form.NumStepsText.text(), "3");
+  }
+}
+
 TEST_F(Hands, TypingInTheListFindsAName) {
   desk.type("MAGNET");
   desk.widget("PropertyList").setFocus();
