@@ -98,12 +98,11 @@ void ReviewWindow::offerRestoring() {
 }
 
 void ReviewWindow::restoreSet(bool fileOnly) {
-  const BackupSet set = sets_.at(static_cast<std::size_t>(backups_->currentGroup()));
-  std::vector<std::string> names;
+  BackupSet set = sets_.at(static_cast<std::size_t>(backups_->currentGroup()));
   if (fileOnly) {
-    names.push_back(set.files.at(static_cast<std::size_t>(backups_->currentLine())).name);
+    set.files = {set.files.at(static_cast<std::size_t>(backups_->currentLine()))};
   }
-  restoreIfWanted(wizard_, set, names);
+  restoreIfWanted(wizard_, set);
   refreshBackups();
 }
 

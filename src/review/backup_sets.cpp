@@ -122,6 +122,19 @@ BackupSet partOf(const BackupSet& set, const std::vector<std::string>& names) {
   return part;
 }
 
+namespace {
+
+/// The last stamp ahead of `now` that no backup has. An entry replaces backups of its own second,
+/// and one is about to follow.
+std::int32_t lastFreeStamp(const FileSystem& files, const Path& folder, std::int32_t now) {
+  const std::vector<BackupSet> sets = backupSets(files, folder);
+  std::int32_t stamp = now - 1;
+  while (findBackupSet(sets, stamp)) --stamp;
+  return stamp;
+}
+
+}  // namespace
+
 Restored restore(const Platform& platform, std::string_view folder, const BackupSet& set) {
   FileSystem& files = platform.files;
   const Path path = files.path(folder);
@@ -130,7 +143,7 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
     contents.emplace_back(file.name,
                           naming(file.backup, [&] { return files.read(path / file.backup); }));
   }
-  StoppedClock clock(platform.clock.unixTime());
+  StoppedClock clock(lastFreeStamp(files, path, platform.clock.unixTime()));
   Wizard gateKeeper({files, platform.environment, clock, platform.programs}, {});
   gateKeeper.state.projectPath = folder;
   // Whatever it finds is something that it has not written itself, so it backs it up.

@@ -226,13 +226,12 @@ ReviewGroup groupOf(const Wizard& wizard, const Path& folder, const ProjectFiles
   return group;
 }
 
-std::string restoreQuestion(const Wizard& wizard, const BackupSet& set,
-                            const std::vector<std::string>& names) {
+std::string restoreQuestion(const Wizard& wizard, const BackupSet& set) {
   const Unwritten unwritten = findUnwritten(wizard.state);
   const std::size_t rows = unwritten.properties + unwritten.historyRows + unwritten.alarmRows +
                            unwritten.deviceNames + unwritten.removals;
   const std::string what =
-      names.size() == 1 ? names.front() : counted(set.files.size(), "file", "files");
+      set.files.size() == 1 ? set.files.front().name : counted(set.files.size(), "file", "files");
   return "Restore " + what + " as of " + localTime(set.first) + " ?\r\n" +
          (rows == 0 ? ""
                     : counted(rows, "row or name that is", "rows and names that are") +
@@ -249,12 +248,12 @@ ReviewOfDone reviewDone(const Wizard& wizard, const CodePage& codePage) {
   return {.writing = {.heading = headingOf(wizard, done, differences),
                       .columns = {"Row", "Is now", "Would be"},
                       .groups = groupsOf(differences)},
-          .findings = findingsPage(files, wizard.state.projectPath, codePage)};
+          .findings = findingsPage(files, projectDirectory(wizard), codePage)};
 }
 
 std::vector<BackupSet> backupSetsOf(const Wizard& wizard) {
   try {
-    return backupSets(wizard.platform.files, projectFolder(wizard));
+    return backupSets(wizard.platform.files, wizard.platform.files.path(projectDirectory(wizard)));
   } catch (const Failure&) {
     return {};
   }
@@ -267,7 +266,7 @@ ReviewPage reviewBackups(const Wizard& wizard, const std::vector<BackupSet>& set
   if (sets.empty()) return page;
   page.heading = "Choose a set to see what restoring it would change.";
   try {
-    const Path folder = projectFolder(wizard);
+    const Path folder = wizard.platform.files.path(projectDirectory(wizard));
     const ProjectFiles present = projectFiles(wizard.platform.files, folder);
     for (const BackupSet& set : sets) page.groups.push_back(groupOf(wizard, folder, present, set));
   } catch (const Failure& failure) {
@@ -283,8 +282,8 @@ bool selectProperty(Wizard& wizard, const std::string& property) {
   return true;
 }
 
-void restoreIfWanted(Wizard& wizard, const BackupSet& set, const std::vector<std::string>& names) {
-  const Answer answer = wizard.messageBox({.text = restoreQuestion(wizard, set, names),
+void restoreIfWanted(Wizard& wizard, const BackupSet& set) {
+  const Answer answer = wizard.messageBox({.text = restoreQuestion(wizard, set),
                                            .buttons = Buttons::yesNo,
                                            .title = "Restore a backup?",
                                            .enter = Answer::no});
@@ -292,7 +291,7 @@ void restoreIfWanted(Wizard& wizard, const BackupSet& set, const std::vector<std
   std::string failure;
   Restored restored;
   try {
-    restored = restore(wizard.platform, wizard.state.projectPath, set, names);
+    restored = restore(wizard.platform, projectDirectory(wizard), set);
     failure = restored.failure;
   } catch (const Failure& notBegun) {
     failure = notBegun.what();

@@ -64,8 +64,8 @@ std::vector<BackupSet> backupSetsOf(const Wizard& wizard);
 /// Selects the property in the form as a click on its line does. False if the table lacks it.
 bool selectProperty(Wizard& wizard, const std::string& property);
 
-/// Asks once, gives the files of the set (or the one named) what they held, and enters the project
-/// anew. What was restored, and what was not, is told. Changes nothing without the answer yes.
-void restoreIfWanted(Wizard& wizard, const BackupSet& set, const std::vector<std::string>& names);
+/// Asks once, gives the files of the set what they held, and enters the project anew. What was
+/// restored, and what was not, is told. Changes nothing without the answer yes.
+void restoreIfWanted(Wizard& wizard, const BackupSet& set);
 
 }  // namespace kova

@@ -42,7 +42,8 @@ GROUPS = [
     ("text", DEVICES, "Device names", "selected"),
     ("radio button", DEVICES, "Server", "Property"),
     ("push button", WINDOW, "Edit"),
-    ("text", ALARM, "Value normal", "mask")]
+    ("text", ALARM, "Value normal", "mask"),
+    ("push button", WINDOW, "Review")]
 CONTROLS = [(role, frame, name) for role, frame, *names in GROUPS for name in names]
 DISABLED = [("text", PROPERTY, "Number Steps :"), ("combo box", PROPERTY, "Output ArrayType :")]
 DEAD_ACUTE = 0xFE51

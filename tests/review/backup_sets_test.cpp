@@ -66,9 +66,9 @@ TEST_F(BackupSets, AreRestoredAheadOfWhichWhatIsThereIsBackedUp) {
   EXPECT_EQ(restored.failure, "");
   EXPECT_EQ(restored.files, (std::vector<std::string>{"exports.csv", "history.csv"}));
   EXPECT_EQ(restored.kept,
-            (std::vector<std::string>{"exports-1700010000.csv", "history-1700010000.csv"}));
+            (std::vector<std::string>{"exports-1700009999.csv", "history-1700009999.csv"}));
   EXPECT_EQ(folder.read("P/exports.csv") + folder.read("P/history.csv"), "oldold");
-  EXPECT_EQ(folder.read("P/exports-1700010000.csv"), "now");
+  EXPECT_EQ(folder.read("P/exports-1700009999.csv"), "now");
   EXPECT_TRUE(bringBack(*files).kept.empty()) << "nothing to do";
 }
 
