@@ -50,11 +50,12 @@ ReviewPageView::ReviewPageView(const CodePage& codePage,
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(heading_);
   layout->addWidget(halves_, 1);
-  connect(groups_, &QListWidget::currentRowChanged, this, [this] {
+  // Screen readers select a line without making it the current one.
+  connect(groups_, &QListWidget::itemSelectionChanged, this, [this] {
     fillLines();
     if (moved) moved();
   });
-  connect(lines_, &QTreeWidget::currentItemChanged, this, [this] {
+  connect(lines_, &QTreeWidget::itemSelectionChanged, this, [this] {
     if (moved) moved();
   });
   connect(lines_, &QTreeWidget::itemActivated, this, [chosen](QTreeWidgetItem* item) {
@@ -80,8 +81,14 @@ void ReviewPageView::show(const ReviewPage& page) {
   fillGroups();
 }
 
+int ReviewPageView::currentGroup() const {
+  const QList<QListWidgetItem*> selected = groups_->selectedItems();
+  return selected.isEmpty() ? -1 : groups_->row(selected.front());
+}
+
 int ReviewPageView::currentLine() const {
-  const QTreeWidgetItem* item = lines_->currentItem();
+  const QList<QTreeWidgetItem*> selected = lines_->selectedItems();
+  const QTreeWidgetItem* item = selected.isEmpty() ? nullptr : selected.front();
   while (item != nullptr && item->parent() != nullptr) item = item->parent();
   return item == nullptr ? -1 : lines_->indexOfTopLevelItem(const_cast<QTreeWidgetItem*>(item));
 }
@@ -92,8 +99,9 @@ void ReviewPageView::changeEvent(QEvent* event) {
 }
 
 void ReviewPageView::fillGroups() {
-  const QListWidgetItem* before = groups_->currentItem();
-  const QString current = before == nullptr ? QString() : before->data(Qt::UserRole).toString();
+  const int before = currentGroup();
+  const QString current =
+      before < 0 ? QString() : groups_->item(before)->data(Qt::UserRole).toString();
   {
     const QSignalBlocker quiet(groups_);
     groups_->clear();

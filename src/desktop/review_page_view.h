@@ -22,7 +22,7 @@ class ReviewPageView : public QWidget {
   void show(const ReviewPage& page);
 
   /// -1 if there is none.
-  int currentGroup() const { return groups_->currentRow(); }
+  int currentGroup() const;
   /// Row of the line, or of the one that it lies below; -1 if there is none.
   int currentLine() const;
   /// Where a page puts its buttons.
