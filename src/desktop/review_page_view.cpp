@@ -31,7 +31,7 @@ QColor colourOf(Tone tone) {
 }  // namespace
 
 ReviewPageView::ReviewPageView(const CodePage& codePage,
-                               std::function<void(const std::string&)> chosen)
+                               const std::function<void(const std::string&)>& chosen)
     : codePage_(codePage),
       heading_(new QLabel(this)),
       halves_(new QSplitter(this)),

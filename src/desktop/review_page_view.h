@@ -16,7 +16,7 @@ namespace kova {
 class ReviewPageView : public QWidget {
  public:
   /// `chosen` gets the property of the line that is double-clicked or entered.
-  ReviewPageView(const CodePage& codePage, std::function<void(const std::string&)> chosen);
+  ReviewPageView(const CodePage& codePage, const std::function<void(const std::string&)>& chosen);
 
   /// Keeps the group that is current, if it is there still.
   void show(const ReviewPage& page);

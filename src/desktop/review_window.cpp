@@ -15,7 +15,7 @@ constexpr QSize charactersAndLines(130, 32);
 }  // namespace
 
 ReviewWindow::ReviewWindow(Wizard& wizard, const CodePage& codePage,
-                           std::function<void(const std::string&)> chosen)
+                           const std::function<void(const std::string&)>& chosen)
     : wizard_(wizard),
       codePage_(codePage),
       writing_(new ReviewPageView(codePage, chosen)),

@@ -19,7 +19,7 @@ class ReviewWindow : public QTabWidget {
   /// `chosen` gets the property of a line that the engineer wants to see in the form. The wizard
   /// outlives the window.
   ReviewWindow(Wizard& wizard, const CodePage& codePage,
-               std::function<void(const std::string&)> chosen);
+               const std::function<void(const std::string&)>& chosen);
 
   /// Shows the window in front of the others.
   void open();

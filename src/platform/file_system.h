@@ -36,7 +36,7 @@ struct Path {
     entry.native += name;
     return entry;
   }
-  auto operator<=>(const Path&) const = default;
+  auto operator<=>(const Path&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 /// Tells one state of a file from another without reading it: two equal stamps of one path mean

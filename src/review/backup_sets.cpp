@@ -82,8 +82,8 @@ std::string localTime(std::int32_t stamp) {
   std::array<char, 32> text{};
   const std::tm* const parts = std::localtime(&moment);
   if (parts == nullptr) return std::to_string(stamp);
-  std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", parts);
-  return text.data();
+  const auto length = std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", parts);
+  return {text.data(), length};
 }
 
 std::string ageText(std::int32_t stamp, std::int32_t now) {
@@ -156,9 +156,10 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
       restored.failure = what + ": " + failure.what();
     }
   };
-  for (const auto& [name, content] : contents) {
-    attempt(name, [&, file = path / name, &bytes = content] {
-      if (!isThereAlready(files, file, bytes)) gate.replace(file, bytes);
+  for (const auto& content : contents) {
+    const std::string& name = content.first;
+    attempt(name, [&, file = path / name] {
+      if (!isThereAlready(files, file, content.second)) gate.replace(file, content.second);
       restored.files.push_back(name);
     });
     if (!restored.failure.empty()) break;

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
-#include <cstdio>
 #include <optional>
 #include <string>
 
@@ -72,9 +71,9 @@ void eachFile(const ProjectReading& project, LookAt look) {
 }
 
 std::string byteText(char byte) {
-  std::array<char, 8> text{};
-  std::snprintf(text.data(), text.size(), "0x%02X", static_cast<unsigned char>(byte));
-  return text.data();
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  const auto value = static_cast<unsigned char>(byte);
+  return {'0', 'x', digits[value / digits.size()], digits[value % digits.size()]};
 }
 
 /// Reports the first byte of each table that `isWanted`.

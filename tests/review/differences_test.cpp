@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kova {
 namespace {
@@ -32,7 +33,7 @@ const std::string alarms = "LocalName,property,HIGH\r\n";
 const std::string devices = "DEVICE_NUMBER,DEVICE_NAME\r\n";
 
 TEST(Differences, GoByRowsAndColumns) {
-  const Case cases[] = {
+  const std::vector<Case> cases = {
       {"exports.csv", properties + "M,A,4, 1\r\n", properties + "M,A,8, 7\r\n",
        "~\n~ M A: PROPERTY_SIZE 4 -> 8"},
       {"exports.csv", properties + "M,A,4, 1\r\nM,B,1, 2\r\n", properties + "M,B,1, 1\r\n",

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "platform/posix.h"
 #include "review/findings.h"
@@ -96,7 +97,7 @@ TEST(Rules, TellPlaceAndReason) {
     std::string place;
     std::string what;
   };
-  const Case cases[] = {
+  const std::vector<Case> cases = {
       {{"history.csv", " 2,MAGNET", " 32768,MAGNET", ""},
        "history.csv:3:1",
        "the reading ends here: 32768 is outside -32768 to 32767; 1 line is not read"},
