@@ -272,7 +272,7 @@ TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
   EXPECT_EQ(state.st_uid, 65534U);
   EXPECT_EQ(state.st_gid, 1234U);
   expectCopy(becomeNobody, "group", 0600);
-  for (const auto& [mode, kept] : {std::pair(0664, 0604), std::pair(0604, 0600)}) {
+  for (const auto& [mode, kept] : {std::pair(0664U, 0604U), std::pair(0604U, 0600U)}) {
     original("others", mode);
     expectCopy(becomeNobody, "others", kept);
   }
@@ -294,7 +294,7 @@ TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
 
 TEST_F(PosixFiles, RightsThatCannotBeChosenAreNoFailure) {
   folder.write("from", "bytes");
-  for (const unsigned error : {EPERM, EOPNOTSUPP, ENOSYS}) {
+  for (const unsigned error : std::vector<unsigned>{EPERM, EOPNOTSUPP, ENOSYS}) {
     const Act mount = refusing({SYS_fchmod, SYS_fchown, SYS_utimensat}, error);
     const Act work = [&] {
       files->copy(path("from"), path("to"));
