@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <iterator>
 #include <sstream>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "harness.h"
+#include "review/preview.h"
 #include "support/engineer.h"
 #include "tables/number_text.h"
 
@@ -36,10 +38,10 @@ const std::vector<std::string> clickable = words(
     "PropertyList HistoryCheck AlarmWatchCheck DeviceListCheck ProcessCheck ServerOption "
     "propertyOption Label9 nextParam lastParam DoneParam Command1 AddProperty EditCmd");
 constexpr std::array texts{
-    ""sv,         "MAG"sv,  "VAC"sv,        "FULL"sv, "VOLT"sv, "RAMP"sv, "QVX"sv,   "LONGNAMES"sv,
-    "a,b"sv,      "\"q"sv,  "#x"sv,         "../x"sv, "x/y"sv,  "*"sv,    "-1"sv,    "0"sv,
-    "1"sv,        "2"sv,    "3"sv,          "300"sv,  "1.5"sv,  "1E9"sv,  "32767"sv, "32768"sv,
-    "[0:1 V]y"sv, "none"sv, "A\r\nB\r\n"sv, "\xB0"sv, "x\0y"sv};
+    ""sv,         "MAG"sv,   "VAC"sv,        "FULL"sv, "VOLT"sv, "RAMP"sv, "QVX"sv,   "LONGNAMES"sv,
+    "a,b"sv,      R"("q)"sv, "#x"sv,         "../x"sv, "x/y"sv,  "*"sv,    "-1"sv,    "0"sv,
+    "1"sv,        "2"sv,     "3"sv,          "300"sv,  "1.5"sv,  "1E9"sv,  "32767"sv, "32768"sv,
+    "[0:1 V]y"sv, "none"sv,  "A\r\nB\r\n"sv, "\xB0"sv, "x\0y"sv};
 
 void checkNumDevices(const Wizard& wizard) {
   const double value = textValue(wizard.form.NumDevices.text());
@@ -71,6 +73,32 @@ void select(const Wizard& wizard, ListBox& list, std::uint8_t with) {
   const auto row = static_cast<std::size_t>(list.selectedIndex());
   const auto& table = wizard.state.exportTable;
   if (row < table.size()) checkSelection(wizard.form, table[row]);
+}
+
+/// Every file of the home directory by its path.
+test::Files filesOf(const std::string& home) {
+  test::Files files;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(home)) {
+    std::ifstream file(entry.path(), std::ios::binary);
+    if (!entry.is_directory()) files[entry.path().native()] = {std::istreambuf_iterator(file), {}};
+  }
+  return files;
+}
+
+/// Done writes what its preview has shown, and no other file, and ends where the preview ends.
+void finish(Engineer& engineer) {
+  test::Files expected = filesOf(engineer.home);
+  const Preview shown = preview(engineer.program.wizard);
+  require(filesOf(engineer.home) == expected, "a preview writes nothing");
+  for (const auto& [path, content] : shown.files) {
+    expected[std::filesystem::path(path.native).lexically_normal()] = content;
+  }
+  engineer.messages.clear();
+  engineer.program.wizard.form.Command1.click();
+  require(filesOf(engineer.home) == expected, "Done writes what the preview shows");
+  const auto& said = engineer.messages;
+  require(shown.failure.empty() || std::count(said.begin(), said.end(), shown.failure) == 1,
+          "Done ends where the preview ends");
 }
 
 /// Two bytes are an act and what it is done with.
@@ -113,7 +141,8 @@ void play(Engineer& engineer, std::size_t act, std::uint8_t with) {
     if (!offers(fields.at(act))) return;
     typeInto(engineer, fields.at(act), std::string(texts.at(with % texts.size())));
   } else if (click < clickable.size()) {
-    if (offers(clickable.at(click))) test::click(engineer.control(clickable.at(click)));
+    const std::string& name = clickable.at(click);
+    if (offers(name)) name == "Command1" ? finish(engineer) : test::click(engineer.control(name));
   } else {
     others.at(click - clickable.size())();
   }

@@ -12,6 +12,7 @@
 #include "tables/alarm_table.h"
 #include "tables/export_table.h"
 #include "tables/history_table.h"
+#include "tables/row_rules.h"
 
 namespace kova::fuzz {
 namespace {
@@ -32,16 +33,17 @@ bool rewrite(FileSystem& files, const std::string& folder, int kind) {
         files, file, [&](const PropertyRecord& row) { rows += exportDataLine(row, count++); });
     put(file, rows);
   } else if (kind == 1) {
-    HistoryTable rows(static_cast<std::size_t>(tableRows));
+    HistoryTable rows;
     result = ReadHistoryFile(files, file, rows, count);
     // With the names of a row in the form nothing is written for the form.
     HistoryForm form;
-    form.exportName = rows[0].exportName;
-    form.localName = rows[0].localName;
-    form.propertyName = rows[0].propertyName;
+    const HistoryRecord& first = rowOf(rows, 0);
+    form.exportName = first.exportName;
+    form.localName = first.localName;
+    form.propertyName = first.propertyName;
     if (count > 0) WriteHistoryFile(put, file, rows, count, form);
   } else if (kind == 2) {
-    AlarmTable rows(static_cast<std::size_t>(tableRows));
+    AlarmTable rows;
     result = ReadAlarmWatchFile(files, file, rows, count);
     WriteAlarmWatchFile(put, file, rows, count);
   } else {

@@ -60,8 +60,8 @@ std::string replaced(std::string text, std::string_view what, std::string_view b
 
 std::string unescaped(std::string text) {
   using namespace std::string_view_literals;
-  constexpr std::array escapes{std::pair("\\r"sv, "\r"sv), std::pair("\\n"sv, "\n"sv),
-                               std::pair("\\0"sv, "\0"sv), std::pair("\\xFF"sv, "\xFF"sv)};
+  constexpr std::array escapes{std::pair(R"(\r)"sv, "\r"sv), std::pair(R"(\n)"sv, "\n"sv),
+                               std::pair(R"(\0)"sv, "\0"sv), std::pair(R"(\xFF)"sv, "\xFF"sv)};
   for (const auto& [escape, byte] : escapes) text = replaced(std::move(text), escape, byte);
   return text;
 }

@@ -9,6 +9,7 @@ Call = collections.namedtuple("Call", "name path given")  # given: bytes of what
 
 GONE, WHOLE, HALF, ZEROS = range(4)  # forms that any file with unflushed bytes has
 SILENT = {"close", "fchmod", "fchown", "fcntl", "flock", "futimens", "opendir", "read", "stat"}
+NAMELESS = os.O_TMPFILE & ~os.O_DIRECTORY  # the flag of a file that gets its name once it is whole
 FEW = 8  # unflushed names of a folder of which every subset is built: 256
 
 
@@ -109,8 +110,8 @@ class Folder:
 
 def is_silent(call):
     """A call that changes and flushes nothing."""
-    return call.name in SILENT or (
-        call.name == "open" and not int(call.given) & os.O_CREAT)
+    makes_one = os.O_CREAT | NAMELESS
+    return call.name in SILENT or (call.name == "open" and not int(call.given) & makes_one)
 
 
 def is_flush(call):
@@ -131,6 +132,7 @@ class Disk:
     def __init__(self, home):
         self.home = str(home)
         self.root = self.load(pathlib.Path(home))
+        self.nameless = None  # the one that is being written
 
     def load(self, path):
         if not path.is_dir():
@@ -148,6 +150,8 @@ class Disk:
         return folder, "" if steps == ["."] else steps[-1]
 
     def node(self, path):
+        if path.endswith(" (deleted)"):
+            return self.nameless
         folder, name = self.find(path)
         return folder.names[name] if name else folder
 
@@ -158,10 +162,13 @@ class Disk:
 
     def changed(self, call):
         """The file or folder that the call is about, in the end."""
-        path = call.given.decode() if call.name == "rename" else call.path
+        path = call.given.decode() if call.name in ("rename", "linkat") else call.path
         return os.path.relpath(path, self.home)
 
-    def take_open(self, path, _):
+    def take_open(self, path, flags):
+        if int(flags) & NAMELESS:
+            self.nameless = File()
+            return
         folder, name = self.find(path)
         if name not in folder.names:
             folder.change((name, File()))
@@ -188,6 +195,10 @@ class Disk:
         (folder, old), (into, new) = self.find(path), self.find(target.decode())
         assert folder is into, "a rename between folders is two changes, which nothing here makes"
         folder.change((old, None), (new, folder.names[old]))
+
+    def take_linkat(self, _, name):
+        folder, new = self.find(name.decode())
+        folder.change((new, self.nameless))
 
     def take_unlink(self, path, _):
         folder, name = self.find(path)

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <algorithm>
@@ -18,6 +19,7 @@
 #include <vector>
 
 #include "desktop/main_view.h"
+#include "review/differences.h"
 #include "support/engineer.h"
 
 namespace kova::measure {
@@ -72,9 +74,14 @@ void measure(const std::string& name, const std::function<void()>& prepare,
 
 /// Entries lie hours apart: the backups of one never take the place of those of another.
 void removeBackups(const std::string& folder) {
+  std::vector<std::string> names;
   for (const auto& file : std::filesystem::directory_iterator(folder)) {
-    if (classify(file.path().filename().native(), test::FakeClock().now) != FileVerdict::inUse) {
-      std::filesystem::remove(file);
+    names.push_back(file.path().filename().native());
+  }
+  std::sort(names.begin(), names.end());
+  for (const std::string& name : names) {
+    if (classify(name, names, test::FakeClock().now) != FileVerdict::inUse) {
+      std::filesystem::remove(std::filesystem::path(folder) / name);
     }
   }
 }
@@ -197,6 +204,51 @@ void measureSelect(Desk& desk, BareForm& bare, const std::array<std::int32_t, 2>
   measure("select/floor", settle, [&bare, turn]() mutable { bare.show(turn()); });
 }
 
+void measurePreview(Desk& desk) {
+  const Wizard& wizard = desk.engineer.program.wizard;
+  measure(
+      "preview", [] {}, [&wizard] { benchmark::DoNotOptimize(preview(wizard)); });
+  measure(
+      "preview/differences", [] {},
+      [&wizard] { comparePreview(wizard.platform.files, preview(wizard)); });
+}
+
+void press(QWidget& widget, int key, const QString& text = {}) {
+  for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+    QKeyEvent event(type, key, Qt::NoModifier, text);
+    QCoreApplication::sendEvent(&widget, &event);
+  }
+}
+
+/// Key by key in the window: a letter and its removal in turns, an arrow key held in the list, and
+/// the window one step larger or smaller.
+void measureWindow(Desk& desk) {
+  desk.form().PropertyList.select(500);
+  settle();
+  auto turn = [which = false]() mutable { return which = !which; };
+  for (const char* name : {"PropertyName", "deviceNamesInputText"}) {
+    QWidget* field = desk.view->widget(name);
+    measure(std::string("key/") + name, settle, [field, turn]() mutable {
+      if (turn()) {
+        press(*field, Qt::Key_X, QStringLiteral("X"));
+      } else {
+        press(*field, Qt::Key_Backspace);
+      }
+      settle();
+    });
+  }
+  QWidget* list = desk.view->widget("PropertyList");
+  measure("arrow", settle, [list, turn]() mutable {
+    press(*list, turn() ? Qt::Key_Down : Qt::Key_Up);
+    settle();
+  });
+  MainView& view = *desk.view;
+  measure("resize", settle, [&view, turn]() mutable {
+    view.resize(view.size() + (turn() ? QSize(8, 8) : QSize(-8, -8)));
+    settle();
+  });
+}
+
 void measureAll(const std::string& folder) {
   std::vector<std::unique_ptr<Desk>> desks;
   const auto desk = [&](const std::string& home, bool withWindow) -> Desk& {
@@ -208,6 +260,7 @@ void measureAll(const std::string& folder) {
     const std::string kind = withWindow ? "/window" : "";
     Desk& whole = desk("1001", withWindow);
     measureTyping("entry/1001" + kind, whole, "BENC", "BENCH");
+    if (!withWindow) measurePreview(desk("1001", false));
     measureTyping("keystroke" + kind, whole, "BENCH", "BENCHX");
     measureAdd("10", desk("9", withWindow), kind);
     measureAdd("1000", desk("999", withWindow), kind);
@@ -218,6 +271,9 @@ void measureAll(const std::string& folder) {
   Desk& full = desk("full", true);
   BareForm bare(full, lines);
   measureSelect(full, bare, lines);
+  measureTyping("entry/names", desk("full", false), "BENC", "BENCH");
+  measureTyping("leave", desk("full", true), "BENCH", "BENCHX");
+  measureWindow(desk("full", true));
   benchmark::RunSpecifiedBenchmarks();
 }
 

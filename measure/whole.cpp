@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Acts that are measured as whole processes, and what they are measured against:
-//   done HOME REPOSITORY     how long a Done takes with copies, everything selected before
-//   plain HOME REPOSITORY    how long system calls take for the same files
-//   backup FOLDER            backs the files of a folder up
+//   done HOME REPOSITORY [NAME]  how long a Done takes with copies, everything selected before and,
+//                                if there is a name, something in every file changed to it
+//   plain HOME REPOSITORY        how long system calls take to write the same files
+//   read HOME REPOSITORY         how long they take to read them
+//   backup FOLDER                backs the files of a folder up
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -38,7 +40,17 @@ Taken taken(const std::function<void()>& act) {
   return {now(CLOCK_MONOTONIC) - start.wall, now(CLOCK_PROCESS_CPUTIME_ID) - start.work};
 }
 
-Taken done(const std::string& home, const std::string& repository) {
+void changeAll(kova::WizardState& state, const std::string& name) {
+  state.deviceNames.front() = name;
+  for (auto& row : state.historyTable) row.tolerance = name;
+  for (auto& row : state.alarmTable) row.mask = name;
+  for (auto& row : state.exportTable) {
+    row.description = name;
+    if (!row.devices.empty()) row.devices.front() = name;
+  }
+}
+
+Taken done(const std::string& home, const std::string& repository, const std::string& name) {
   Engineer engineer(home);
   engineer.environment.values["FEC_HOME"] = repository;
   engineer.start();
@@ -48,6 +60,7 @@ Taken done(const std::string& home, const std::string& repository) {
   for (std::size_t row = 0; row < rows; ++row) {
     form.PropertyList.select(static_cast<std::int32_t>(row));
   }
+  if (!name.empty()) changeAll(engineer.program.wizard.state, name);
   form.vbProject.setValue(0);
   engineer.answers.push_back(kova::Answer::yes);
   const Taken result = taken([&] { form.Command1.click(); });
@@ -84,6 +97,21 @@ Taken plain(const std::string& home, const std::string& repository) {
   });
 }
 
+Taken read(const std::string& home, const std::string& repository) {
+  std::vector<std::filesystem::path> files;
+  for (const auto& entry : std::filesystem::directory_iterator(repository + "/BENEQM")) {
+    files.push_back(entry.path());
+    files.push_back(std::filesystem::path(home + "/BENCH") / entry.path().filename());
+  }
+  return taken([&] {
+    for (const auto& file : files) {
+      std::string bytes(std::filesystem::file_size(file), '\0');
+      std::ifstream(file, std::ios::binary)
+          .read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    }
+  });
+}
+
 Taken backup(const std::string& folder) {
   const kova::CodePage page = kova::CodePage::windows1252();
   const auto files = kova::realFileSystem(page);
@@ -96,8 +124,10 @@ Taken backup(const std::string& folder) {
 int main(int argc, char** argv) {
   const std::vector<std::string> words(argv + 1, argv + argc);
   try {
-    const Taken result = words.at(0) == "done"    ? done(words.at(1), words.at(2))
+    const std::string name = words.size() > 3 ? words[3] : "";
+    const Taken result = words.at(0) == "done"    ? done(words.at(1), words.at(2), name)
                          : words.at(0) == "plain" ? plain(words.at(1), words.at(2))
+                         : words.at(0) == "read"  ? read(words.at(1), words.at(2))
                                                   : backup(words.at(1));
     std::cout << result.wall << ' ' << result.work << '\n';
   } catch (const std::exception& failure) {

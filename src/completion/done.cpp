@@ -17,8 +17,6 @@
 namespace kova {
 namespace {
 
-constexpr const char* serverDevicesFile = "devices.csv";
-
 /// A writer has failed: the file stays as it was and the sequence ends.
 class WritingFailed : public Failure {
  public:
@@ -31,7 +29,8 @@ std::string repositoryPathOf(Wizard& wizard) {
   const std::string& localName = wizard.state.exportTable.front().localName;
   if (localName.empty()) return {};
   auto [root, notUsed] = repositoryRoot(wizard.platform.environment);
-  if (!notUsed.empty()) reportRepositoryNotUsed(wizard, notUsed);
+  wizard.state.onDisk.repositoryNotUsed = notUsed;
+  if (!notUsed.empty()) reportRepositoryNotUsed(wizard);
   if (root.empty()) return {};
   if (pathSeparators.find(root.back()) == std::string_view::npos) root += pathSeparator;
   return root + localName + pathSeparator;
@@ -54,7 +53,7 @@ void couldNotCopy(const Wizard& wizard, const std::string& source, const std::st
 /// Writes every table and copies it. Throws WritingFailed; nothing further is written then.
 struct Finishing {
   Wizard& wizard;
-  const std::string& repositoryPath;
+  const std::string repositoryPath;
   bool writeRepository = false;
   TableGate gate{wizard};
   std::size_t done = 0;  ///< files
@@ -70,7 +69,7 @@ struct Finishing {
     copy(std::string(historyFileName));
     copy(std::string(alarmFileName));
     if (state.deviceNamesDefined) {
-      state.onDisk.deviceNames = writeDevices(serverDevicesFile, state.deviceNames);
+      state.onDisk.deviceNames = writeDevices(std::string(serverDevicesFile), state.deviceNames);
     }
     for (std::int16_t i = 0; i < state.exportCount; ++i) {
       PropertyRecord& row = exportRow(wizard, i);
@@ -200,21 +199,28 @@ void leaveEmptyProject(Wizard& wizard) {
 
 }  // namespace
 
+bool writeProject(Wizard& wizard, const std::optional<std::string>& repositoryPath) {
+  putHeader(wizard, projectFile(wizard, wizard.state.exportsFileName));
+  if (!wizard.state.exportStream) return false;
+  wizard.state.onDisk.foreignChanges.clear();
+  wizard.state.onDisk.notWaitedFor = false;
+  try {
+    Finishing{wizard, repositoryPath.value_or(std::string()), repositoryPath.has_value()}.run();
+  } catch (const WritingFailed& failure) {
+    wizard.state.exportStream.reset();
+    reportNotFinished(wizard);
+    tell(wizard, failure.what());
+    return false;
+  }
+  reportAllWritten(wizard);
+  return true;
+}
+
 void Command1_Click(Wizard& wizard) {
   if (wizard.state.exportCount == 0) return leaveEmptyProject(wizard);
   const std::string repositoryPath = repositoryPathOf(wizard);
   const bool writeRepository = isToBeUpdated(wizard, repositoryPath);
-  putHeader(wizard, projectFile(wizard, wizard.state.exportsFileName));
-  if (!wizard.state.exportStream) return;
-  wizard.state.onDisk.foreignChanges.clear();
-  wizard.state.onDisk.notWaitedFor = false;
-  try {
-    Finishing{wizard, repositoryPath, writeRepository}.run();
-  } catch (const WritingFailed& failure) {
-    wizard.state.exportStream.reset();
-    reportNotFinished(wizard);
-    return tell(wizard, failure.what());
-  }
+  if (!writeProject(wizard, writeRepository ? std::optional(repositoryPath) : std::nullopt)) return;
   startGenerators(wizard);
   quitApplication(wizard);
 }

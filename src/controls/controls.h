@@ -53,6 +53,8 @@ class TextField {
 
   /// Takes the input focus. Throws Failure where the field is not on screen or takes no focus.
   void setFocus() const { run(takeFocus); }
+  /// Selects the whole text on screen, so that what is typed next takes its place.
+  void selectText() const { run(selectAll); }
 
   void click() const { run(onClick); }
   void gotFocus() const { run(onGotFocus); }
@@ -69,6 +71,8 @@ class TextField {
   Handler mirror;
   /// The view's way to the input focus; throws Failure if it can't be had.
   Handler takeFocus;
+  /// The view's way to a selection, which the model does not hold.
+  Handler selectAll;
 
  private:
   std::string text_;
@@ -83,6 +87,8 @@ class CheckBox {
   bool ticked() const { return value_ == 1; }
   /// Assigns 0 or 1 and runs `onClick` if that changes it.
   void setValue(std::int16_t value);
+  /// Clears the box without a word to `onClick`: for a tick that its own handler can't follow.
+  void takeBack() { assign(value_, std::int16_t{0}, mirror); }
 
   Handler onClick;
   Handler mirror;

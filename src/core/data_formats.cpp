@@ -112,6 +112,10 @@ void fillCombos(Wizard& wizard) {
                  [](const Format& format) { return std::string(format.tableName); });
 }
 
+bool isAccessMode(std::string_view text) {
+  return std::find(accessModes.begin(), accessModes.end(), text) != accessModes.end();
+}
+
 std::uint8_t formatFromString(std::string_view name) {
   const std::string upper = upperCase(name);
   if (upper == nullFormat || upper == printedOnly) return noFormat;

@@ -13,6 +13,9 @@ namespace kova {
 /// Fills the four drop-down lists and the table names, and selects the first choices.
 void fillCombos(Wizard& wizard);
 
+/// One of the entries of the list of access modes.
+bool isAccessMode(std::string_view text);
+
 /// The letters a to z in their upper case.
 std::string upperCase(std::string_view text);
 

@@ -13,24 +13,32 @@ namespace {
 struct Labelled {
   FormValue value;
   Label Form1::*label;
+  TextField Form1::*field;
 };
 
 constexpr std::array<Labelled, 14> labels = {{
-    {FormValue::outputSize, &Form1::Label5},
-    {FormValue::archiveRate, &Form1::Label13},
-    {FormValue::pollingRate, &Form1::Label14},
-    {FormValue::heartbeat, &Form1::Label15},
-    {FormValue::shortDepth, &Form1::Label16},
-    {FormValue::longDepth, &Form1::Label17},
-    {FormValue::alarmSystem, &Form1::Label21},
-    {FormValue::severity, &Form1::Label22},
-    {FormValue::countThreshold, &Form1::Label23},
-    {FormValue::high, &Form1::Label24},
-    {FormValue::low, &Form1::Label25},
-    {FormValue::highWarn, &Form1::Label26},
-    {FormValue::lowWarn, &Form1::Label27},
-    {FormValue::numSteps, &Form1::NumStepsLabel},
+    {FormValue::outputSize, &Form1::Label5, &Form1::OutputDataSize},
+    {FormValue::archiveRate, &Form1::Label13, &Form1::ArchiveRateText},
+    {FormValue::pollingRate, &Form1::Label14, &Form1::PollRateText},
+    {FormValue::heartbeat, &Form1::Label15, &Form1::ArchiveHeartbeatText},
+    {FormValue::shortDepth, &Form1::Label16, &Form1::ShortDepthText},
+    {FormValue::longDepth, &Form1::Label17, &Form1::LongDepthText},
+    {FormValue::alarmSystem, &Form1::Label21, &Form1::AlmSystemText},
+    {FormValue::severity, &Form1::Label22, &Form1::almSeverityText},
+    {FormValue::countThreshold, &Form1::Label23, &Form1::almCountThreshText},
+    {FormValue::high, &Form1::Label24, &Form1::almHiText},
+    {FormValue::low, &Form1::Label25, &Form1::almLoText},
+    {FormValue::highWarn, &Form1::Label26, &Form1::almHiWarnText},
+    {FormValue::lowWarn, &Form1::Label27, &Form1::almLoWarnText},
+    {FormValue::numSteps, &Form1::NumStepsLabel, &Form1::NumStepsText},
 }};
+
+/// Null for a value that no text makes.
+const Labelled* find(FormValue value) {
+  const auto* const found = std::find_if(
+      labels.begin(), labels.end(), [&](const Labelled& known) { return known.value == value; });
+  return found == labels.end() ? nullptr : found;
+}
 
 std::string singleValueFormat(const Wizard& wizard) {
   const std::string& name = selectedFormatName(wizard, wizard.form.OutputDataFormat);
@@ -75,10 +83,14 @@ AlarmForm alarmForm(const Wizard& wizard) {
 }
 
 std::string_view labelOf(const Wizard& wizard, FormValue value) {
-  const auto* const labelled = std::find_if(
-      labels.begin(), labels.end(), [&](const Labelled& known) { return known.value == value; });
-  if (labelled == labels.end()) return {};
+  const Labelled* labelled = find(value);
+  if (labelled == nullptr) return {};
   return (wizard.form.*(labelled->label)).caption();
+}
+
+const TextField* fieldOf(const Wizard& wizard, FormValue value) {
+  const Labelled* labelled = find(value);
+  return labelled == nullptr ? nullptr : &(wizard.form.*(labelled->field));
 }
 
 }  // namespace kova

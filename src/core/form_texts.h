@@ -15,4 +15,7 @@ AlarmForm alarmForm(const Wizard& wizard);
 /// Caption of the label that stands beside the field of a value.
 std::string_view labelOf(const Wizard& wizard, FormValue value);
 
+/// The field of a value, or null if no text makes it.
+const TextField* fieldOf(const Wizard& wizard, FormValue value);
+
 }  // namespace kova

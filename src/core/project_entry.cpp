@@ -51,22 +51,41 @@ std::string withoutTrailingSeparator(std::string text) {
   return text;
 }
 
-/// Everything that belonged to the former directory goes; returns the number of live rows dropped.
-std::size_t dropTables(Wizard& wizard) {
+/// What goes with the former directory and can't be had back from it.
+Dropped findDropped(const Wizard& wizard) {
+  const WizardState& state = wizard.state;
+  const Form1& form = wizard.form;
+  Dropped dropped{.hadRows = state.exportCount > 0, .unwritten = findDroppable(state)};
+  const bool hasStage = state.exportCount < tableRows;
+  if (form.DeviceListCheck.ticked() && hasStage &&
+      rowOf(state.exportTable, state.exportCount).hasDeviceList) {
+    dropped.preparedList = form.PropertyName.text();
+  }
+  return dropped;
+}
+
+/// Everything that belonged to the former directory goes.
+void dropTables(Wizard& wizard) {
   WizardState& state = wizard.state;
   wizard.form.PropertyList.clear();
-  const auto dropped = static_cast<std::size_t>(state.exportCount);
-  const std::size_t withStage = std::min(dropped + 1, state.exportTable.size());
+  const auto rows = static_cast<std::size_t>(state.exportCount);
+  const std::size_t withStage = std::min(rows + 1, state.exportTable.size());
   std::fill_n(state.exportTable.begin(), withStage, PropertyRecord{});
   state.exportCount = 0;
   state.historyCount = 0;
   state.alarmCount = 0;
   state.historyInUse = false;
   state.onDisk = {};
-  return dropped;
 }
 
-void readProject(Wizard& wizard, const Path& exportsFile, std::size_t dropped) {
+/// Done writes the names to one file, and they are read from another.
+bool isNotRead(const Wizard& wizard, std::string_view namesFile) {
+  const FileSystem& files = wizard.platform.files;
+  return files.fileExists(files.path(projectFile(wizard, serverDevicesFile))) &&
+         !files.fileExists(files.path(projectFile(wizard, namesFile)));
+}
+
+void readProject(Wizard& wizard, const Path& exportsFile, const Dropped& dropped) {
   WizardState& state = wizard.state;
   FileSystem& files = wizard.platform.files;
   const Path folder = files.path(projectDirectory(wizard));
@@ -75,10 +94,7 @@ void readProject(Wizard& wizard, const Path& exportsFile, std::size_t dropped) {
   state.onDisk.stamps = std::move(backups.stamps);
   state.onDisk.backupsUnflushed = backups.copied > 0;
 
-  const std::string directory = state.projectPath;
   const ReadResult exports = getExistingProject(wizard, exportsFile);
-  // The last row may name another server, whose directory was then entered in place of this one.
-  const bool gone = state.projectPath != directory || state.exportCount != exports.rows;
   const Path historyFile = files.path(projectFile(wizard, historyFileName));
   const ReadResult history =
       ReadHistoryFile(files, historyFile, state.historyTable, state.historyCount);
@@ -88,7 +104,7 @@ void readProject(Wizard& wizard, const Path& exportsFile, std::size_t dropped) {
   const ReadResult alarms =
       ReadAlarmWatchFile(files, alarmFile, state.alarmTable, state.alarmCount);
   state.onDisk.alarmRows = state.alarmCount;
-  const std::string devicesName = significantLocalName(wizard) + "-devices.csv";
+  const std::string devicesName = serverNamesFile(significantLocalName(wizard));
   const ReadResult devices = ReadDevicesFile(files, state.projectPath, devicesName,
                                              wizard.form.NumDevices.text(), state.deviceNames);
   if (devices.rows > 0) {
@@ -98,20 +114,21 @@ void readProject(Wizard& wizard, const Path& exportsFile, std::size_t dropped) {
   state.localNameEdited = true;
 
   reportProjectRead(wizard, {.dropped = dropped,
-                             .droppedAgain = gone ? static_cast<std::size_t>(exports.rows) : 0,
                              .backups = backups.copied,
                              .backupsDeleted = backups.deleted,
                              .exports = {projectMark, exports, exportsFile},
                              .history = {historyFileName, history, historyFile},
                              .alarms = {alarmFileName, alarms, alarmFile},
-                             .devices = {devicesName, devices}});
+                             .devices = {devicesName, devices},
+                             .writtenNamesNotRead = isNotRead(wizard, devicesName)});
 }
 
 void enterProject(Wizard& wizard) {
   WizardState& state = wizard.state;
   const std::string directory = wizard.form.ProjectDir.text();
   state.projectPath = withoutTrailingSeparator(directory);
-  const std::size_t dropped = dropTables(wizard);
+  const Dropped dropped = findDropped(wizard);
+  dropTables(wizard);
   reportDropped(wizard, dropped);
   if (directory.empty() || isBeingEntered(state) || !mayBeEntered(wizard, directory)) return;
   state.directoriesBeingEntered.push_back(state.projectPath);

@@ -63,10 +63,9 @@ void compareNames(const PackedTexts& held, const DeviceNames& names, Unwritten& 
   }
 }
 
-void compareDeviceNames(const WizardState& state, Unwritten& result) {
+void compareNameLists(const WizardState& state, Unwritten& result) {
   const ProjectOnDisk& disk = state.onDisk;
   const PackedTexts nothing;
-  if (state.deviceNamesDefined) compareNames(disk.deviceNames, state.deviceNames, result);
   for (const PropertyRecord& row : liveRows(state.exportTable, state.exportCount)) {
     if (!row.hasDeviceList) continue;
     const auto held = disk.nameLists.find(row.propertyName);
@@ -89,12 +88,19 @@ PackedTexts::PackedTexts(const DeviceNames& names) {
   for (const std::string& name : names) add(name);
 }
 
-Unwritten findUnwritten(const WizardState& state) {
+Unwritten findDroppable(const WizardState& state) {
   Unwritten result;
   compareProperties(state, result);
-  compareDeviceNames(state, result);
+  compareNameLists(state, result);
   result.historyRows = static_cast<std::size_t>(state.historyCount - state.onDisk.historyRows);
   result.alarmRows = static_cast<std::size_t>(state.alarmCount - state.onDisk.alarmRows);
+  return result;
+}
+
+Unwritten findUnwritten(const WizardState& state) {
+  Unwritten result = findDroppable(state);
+  if (!state.deviceNamesDefined) return result;
+  compareNames(state.onDisk.deviceNames, state.deviceNames, result);
   return result;
 }
 

@@ -58,6 +58,8 @@ struct ProjectOnDisk {
   FolderStamps stamps;            ///< by which a foreign change shows
   bool backupsUnflushed = false;  ///< the entry has made backups that a power cut may still empty
   std::vector<ForeignChange> foreignChanges;  ///< that the last Done has found
+  /// Why the last Done has copied nothing, if the environment names a repository nevertheless.
+  std::string repositoryNotUsed;
   bool notWaitedFor = false;  ///< the last Done has gone on beside a wizard that was finishing too
 };
 
@@ -68,10 +70,16 @@ struct Unwritten {
   std::size_t alarmRows = 0;
   std::size_t deviceNames = 0;  ///< of the server and of properties with names of their own
   std::size_t removals = 0;     ///< properties and device names
+
+  std::size_t rows() const { return properties + historyRows + alarmRows + deviceNames; }
 };
 
 /// Compares all rows that Done would write. The line that it adds to the history for the property
 /// in the form does not count: it is no row of the state.
 Unwritten findUnwritten(const WizardState& state);
+
+/// The part of it that a change of directory drops: all but the server's device names, which go
+/// along.
+Unwritten findDroppable(const WizardState& state);
 
 }  // namespace kova

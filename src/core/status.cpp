@@ -9,28 +9,70 @@ std::string counted(std::size_t number, std::string_view singular, std::string_v
   return std::to_string(number) + " " + std::string(number == 1 ? singular : plural);
 }
 
-std::string unwrittenSentence(const WizardState& state) {
-  const Unwritten unwritten = findUnwritten(state);
+/// "2 properties, 1 removal"; empty if there is nothing.
+std::string listed(const Unwritten& unwritten) {
   std::string text;
   const auto count = [&](std::size_t number, std::string_view singular, std::string_view plural) {
-    if (number > 0) text += (text.empty() ? " " : ", ") + counted(number, singular, plural);
+    if (number > 0) text += (text.empty() ? "" : ", ") + counted(number, singular, plural);
   };
   count(unwritten.properties, "property", "properties");
   count(unwritten.historyRows, "history row", "history rows");
   count(unwritten.alarmRows, "alarm watch row", "alarm watch rows");
   count(unwritten.deviceNames, "device name", "device names");
   count(unwritten.removals, "removal", "removals");
-  return text.empty() ? text : text + " not yet written.";
+  return text;
 }
+
+}  // namespace
+
+std::string unwrittenSentence(const WizardState& state) {
+  const std::string text = listed(findUnwritten(state));
+  return text.empty() ? text : " " + text + " not yet written.";
+}
+
+namespace {
 
 void report(Wizard& wizard, const std::string& sentence) {
   wizard.statusLine.sentence = stripBlanks(sentence);
   if (wizard.statusLine.mirror) wizard.statusLine.mirror();
 }
 
-std::string droppedSentence(std::size_t rows) {
-  if (rows == 0) return {};
-  return counted(rows, "row", "rows") + " dropped by the change of directory. ";
+std::string droppedSentence(const Dropped& dropped) {
+  const std::size_t rows = dropped.unwritten.rows();
+  const std::size_t removals = dropped.unwritten.removals;
+  std::string text;
+  if (rows > 0) text = counted(rows, "unwritten row", "unwritten rows");
+  if (removals > 0) {
+    text += (text.empty() ? "" : " and ") +
+            counted(removals, "unwritten removal", "unwritten removals");
+  }
+  if (!text.empty()) text += " dropped by the change of directory. ";
+  if (dropped.preparedList.empty()) return text;
+  return text + "The device list prepared for " + dropped.preparedList +
+         " went with the directory. ";
+}
+
+/// Names of devices that there are not; "Done would write" them away.
+std::string skippedSentence(std::string_view read, std::string_view written, std::size_t names) {
+  if (names == 0) return {};
+  return " " + counted(names, "line", "lines") + " of " + std::string(read) +
+         " beyond the number of devices skipped: Done writes " + std::string(written) +
+         " without " + (names == 1 ? "it." : "them.");
+}
+
+std::string linesBeyondSentence(std::size_t lines) {
+  if (lines == 0) return {};
+  return " " + counted(lines, "line", "lines") +
+         " of the device box beyond the number of devices not taken.";
+}
+
+std::string notesSentence(const CommitNotes& notes) {
+  std::string text;
+  if (notes.firstHistoryStays) {
+    text += " Its history row keeps its first settings; those of the form are not taken.";
+  }
+  if (notes.furtherAlarmRow) text += " It has a further alarm watch row; the former ones stay.";
+  return text + linesBeyondSentence(notes.linesBeyond);
 }
 
 std::string deletedPart(std::size_t backups) {
@@ -82,8 +124,11 @@ std::string stopSentence(const FileSystem& files, const FileRead& file) {
   return isThere ? " " + name + " can't be read: " + stop->reason + "." : "";
 }
 
-std::string foreignSentences(const WizardState& state) {
+std::string doneSentences(const WizardState& state) {
   std::string text;
+  if (!state.onDisk.repositoryNotUsed.empty()) {
+    text = ' ' + state.onDisk.repositoryNotUsed + "The tables are not copied.";
+  }
   if (state.onDisk.notWaitedFor) {
     text += " Another wizard is finishing this project as well; it was waited for in vain.";
   }
@@ -100,6 +145,11 @@ std::string statusText(const Wizard& wizard) {
   return wizard.statusLine.sentence + unwrittenSentence(wizard.state);
 }
 
+std::string dropWarning(const WizardState& state) {
+  const std::string text = listed(findDroppable(state));
+  return text.empty() ? text : "A change here drops " + text + " not yet written.";
+}
+
 void reportStart(Wizard& wizard, const std::string& notUsed) {
   std::string now = wizard.statusLine.sentence;
   if (now.empty() && !wizard.state.homeDrive.empty()) {
@@ -108,16 +158,21 @@ void reportStart(Wizard& wizard, const std::string& notUsed) {
   report(wizard, notUsed + now);
 }
 
-void reportDropped(Wizard& wizard, std::size_t rows) {
-  if (rows > 0) report(wizard, droppedSentence(rows));
+void reportDropped(Wizard& wizard, const Dropped& dropped) {
+  const std::string text = droppedSentence(dropped);
+  if (dropped.hadRows || !text.empty()) report(wizard, text);
 }
 
 void reportProjectRead(Wizard& wizard, const ProjectRead& project) {
-  std::string text = droppedSentence(project.dropped) + droppedSentence(project.droppedAgain) +
-                     readSentence(wizard.state, project);
+  std::string text = droppedSentence(project.dropped) + readSentence(wizard.state, project);
   for (const FileRead* file :
        {&project.exports, &project.history, &project.alarms, &project.devices}) {
     text += stopSentence(wizard.platform.files, *file);
+  }
+  text += skippedSentence(project.devices.name, serverDevicesFile, project.devices.result.skipped);
+  if (project.writtenNamesNotRead) {
+    text += " " + std::string(serverDevicesFile) + " is not read: device names are read from " +
+            std::string(project.devices.name) + ", which is missing.";
   }
   report(wizard, text + refusedSentence(wizard.state));
 }
@@ -132,28 +187,78 @@ void reportProjectNotRead(Wizard& wizard, std::string_view reason) {
   report(wizard, "Project not read: " + std::string(reason) + ".");
 }
 
-void reportCommit(Wizard& wizard, const std::string& property, bool isNew) {
-  report(wizard, "Property " + property + (isNew ? " added." : " replaced."));
+void reportCommit(Wizard& wizard, const std::string& property, bool isNew,
+                  const CommitNotes& notes) {
+  report(wizard,
+         "Property " + property + (isNew ? " added." : " replaced.") + notesSentence(notes));
 }
 
 void reportProcessCommit(Wizard& wizard, const std::string& property) {
   report(wizard, "Process property " + property + " added as 5 rows.");
 }
 
-void reportRemoval(Wizard& wizard, const std::string& property) {
-  report(wizard, "Property " + property + " removed.");
+void reportRemoval(Wizard& wizard, const std::string& property, bool inForm) {
+  report(wizard, "Property " + property + " removed" + (inForm ? ": Add puts it back." : "."));
 }
 
-void reportRepositoryNotUsed(Wizard& wizard, const std::string& notUsed) {
-  report(wizard, notUsed + "The tables are not copied.");
+void reportNothingRemoved(Wizard& wizard) {
+  report(wizard, "Nothing removed: no line of the list is selected.");
+}
+
+void reportNamesDropped(Wizard& wizard, std::size_t names, std::int16_t devices) {
+  report(wizard, counted(names, "device name", "device names") +
+                     " dropped: the number of devices fell to " + std::to_string(devices) + ".");
+}
+
+void reportLinesBeyond(Wizard& wizard, std::size_t lines) {
+  if (lines > 0) report(wizard, linesBeyondSentence(lines));
+}
+
+void reportNamesSkipped(Wizard& wizard, const std::string& file, std::size_t names) {
+  if (names > 0) report(wizard, skippedSentence(file, file, names));
+}
+
+void reportNoList(Wizard& wizard, const std::string& why) {
+  report(wizard, "No device list: " + why + ". The tick is taken back.");
+}
+
+void reportThresholdsCleared(Wizard& wizard) {
+  report(wizard, "The four limits are set to 0: this alarm watches a mask.");
+}
+
+void reportMaskCleared(Wizard& wizard) {
+  report(wizard, "Mask and normal value are set to 0: this alarm watches limits.");
+}
+
+void reportGuidedDevices(Wizard& wizard, const std::string& former, const std::string& now) {
+  report(wizard, wizard.statusLine.sentence + " Guidance has set the number of devices from " +
+                     former + " to " + now + ".");
+}
+
+void refreshStatus(Wizard& wizard) {
+  // A project that is being read tells of itself at its end.
+  if (!wizard.state.directoriesBeingEntered.empty()) return;
+  if (wizard.statusLine.mirror) wizard.statusLine.mirror();
+}
+
+void reportAllWritten(Wizard& wizard) {
+  report(wizard, "All tables written." + doneSentences(wizard.state));
+}
+
+void reportRepositoryNotUsed(Wizard& wizard) {
+  report(wizard, wizard.state.onDisk.repositoryNotUsed + "The tables are not copied.");
 }
 
 void reportForeignChanges(Wizard& wizard) {
-  report(wizard, foreignSentences(wizard.state));
+  report(wizard, doneSentences(wizard.state));
+}
+
+void reportRestored(Wizard& wizard, std::size_t files) {
+  report(wizard, counted(files, "file", "files") + " restored. " + wizard.statusLine.sentence);
 }
 
 void reportNotFinished(Wizard& wizard) {
-  report(wizard, "The project is not finished." + foreignSentences(wizard.state));
+  report(wizard, "The project is not finished." + doneSentences(wizard.state));
 }
 
 }  // namespace kova

@@ -18,7 +18,7 @@ std::string significantLocalName(const Wizard& wizard) {
 
 PropertyRecord& exportRow(Wizard& wizard, std::int32_t index) {
   if (index < 0 || index >= tableRows) throw Failure("the property table has no such row");
-  return wizard.state.exportTable[static_cast<std::size_t>(index)];
+  return rowOf(wizard.state.exportTable, index);
 }
 
 std::int16_t findPropertyIndex(const Wizard& wizard, const std::string& prpName) {

@@ -41,11 +41,11 @@ struct RefusedEntry {
 struct WizardState {
   /// The properties; rows 0 to `exportCount` - 1 are live. The one at `exportCount` is the stage,
   /// on which a device list may wait for the commit of its property; all others are empty.
-  ExportTable exportTable = ExportTable(static_cast<std::size_t>(tableRows));
+  ExportTable exportTable = roomyTable<ExportTable>();
   std::int16_t exportCount = 0;
-  HistoryTable historyTable = HistoryTable(static_cast<std::size_t>(tableRows));
+  HistoryTable historyTable = roomyTable<HistoryTable>();
   std::int16_t historyCount = 0;
-  AlarmTable alarmTable = AlarmTable(static_cast<std::size_t>(tableRows));
+  AlarmTable alarmTable = roomyTable<AlarmTable>();
   std::int16_t alarmCount = 0;
   DeviceNames deviceNames;  ///< of the server as a whole, one a device module
 

@@ -7,7 +7,8 @@
 namespace kova {
 
 /// An access key presses its button at once, where the toolkit would wait for a moment and let
-/// further keys overtake it; the wheel turns nothing that does not have the focus.
+/// further keys overtake it; a held key is one act; the wheel turns nothing that does not have the
+/// focus.
 class ActFilter : public QObject {
  public:
   using QObject::QObject;

@@ -4,7 +4,9 @@
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 #include <QTextBlock>
+#include <utility>
 
+#include "desktop/colours.h"
 #include "desktop/text_seam.h"
 
 namespace kova {
@@ -14,8 +16,11 @@ BoxField::BoxField(TextField& field, const CodePage& codePage, QWidget* parent)
   setTabChangesFocus(true);
   setFocusPolicy(Qt::StrongFocus);
   setLineWrapMode(QPlainTextEdit::NoWrap);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   connect(this, &QPlainTextEdit::textChanged, this, &BoxField::takeEdit);
   connect(this, &QPlainTextEdit::cursorPositionChanged, this, &BoxField::takeCaret);
+  connect(this, &QPlainTextEdit::cursorPositionChanged, this, &BoxField::lightLine);
+  lightLine();
 }
 
 void BoxField::mirror() {
@@ -58,8 +63,51 @@ void BoxField::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::InsertLineSeparator)) {
     textCursor().insertBlock();
   } else {
-    QPlainTextEdit::keyPressEvent(event);
+    FieldWidget::keyPressEvent(event);
   }
+}
+
+void BoxField::mousePressEvent(QMouseEvent* event) {
+  const auto selected = [this] {
+    return std::pair(textCursor().anchor(), textCursor().position());
+  };
+  const auto before = selected();
+  FieldWidget::mousePressEvent(event);
+  // No other press selects something anew.
+  thirdClick_ =
+      textCursor().hasSelection() && selected() != before && event->modifiers() == Qt::NoModifier;
+  leaveOutLineEnd();
+}
+
+void BoxField::mouseMoveEvent(QMouseEvent* event) {
+  FieldWidget::mouseMoveEvent(event);
+  leaveOutLineEnd();
+}
+
+/// A third click selects a line with its end; what is typed then would join it with the next one.
+void BoxField::leaveOutLineEnd() {
+  QTextCursor cursor = textCursor();
+  const int start = cursor.anchor();
+  if (!thirdClick_ || cursor.position() <= start || !cursor.atBlockStart()) return;
+  cursor.setPosition(cursor.position() - 1);
+  const int end = cursor.position();
+  cursor.setPosition(start);
+  cursor.setPosition(end, QTextCursor::KeepAnchor);
+  setTextCursor(cursor);
+}
+
+void BoxField::lightLine() {
+  QTextEdit::ExtraSelection line;
+  line.cursor = textCursor();
+  line.cursor.clearSelection();
+  line.format.setBackground(currentLine(palette()));
+  line.format.setProperty(QTextFormat::FullWidthSelection, true);
+  setExtraSelections({line});
+}
+
+void BoxField::changeEvent(QEvent* event) {
+  FieldWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) lightLine();
 }
 
 QSize BoxField::sizeOf(int columns, int lines) const {

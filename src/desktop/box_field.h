@@ -20,17 +20,23 @@ class BoxField : public FieldWidget<QPlainTextEdit> {
   QSize minimumSizeHint() const override { return sizeOf(16, 3); }
 
  protected:
+  void takeCaret() override;
   void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void takeEdit();
-  void takeCaret();
+  void lightLine();
+  void leaveOutLineEnd();
   /// With room for so many characters and lines.
   QSize sizeOf(int columns, int lines) const;
 
-  std::string shown_;     ///< the text of the model that stands in the box
-  int revision_ = 0;      ///< of the document as the model knows it
-  bool differs_ = false;  ///< the box holds something that the model's text can't hold
+  std::string shown_;        ///< the text of the model that stands in the box
+  int revision_ = 0;         ///< of the document as the model knows it
+  bool thirdClick_ = false;  ///< is what the mouse is doing
+  bool differs_ = false;     ///< the box holds something that the model's text can't hold
 };
 
 }  // namespace kova

@@ -61,6 +61,14 @@ QPalette withReadableTexts(QPalette palette) {
   return palette;
 }
 
+QColor tinted(const QPalette& palette, const QColor& colour) {
+  return blend(colour, palette.color(QPalette::Base), 2);
+}
+
+QColor currentLine(const QPalette& palette) {
+  return blend(palette.color(QPalette::Text), palette.color(QPalette::Base), 1);
+}
+
 QPalette markedField(const QPalette& palette) {
   constexpr QColor amber(255, 160, 0);
   const QColor text = palette.color(QPalette::Text);

@@ -2,6 +2,7 @@
 #include "desktop/field_marks.h"
 
 #include <QApplication>
+#include <utility>
 
 #include "desktop/colours.h"
 #include "desktop/text_seam.h"
@@ -10,8 +11,13 @@
 namespace kova {
 
 FieldMarks::FieldMarks(const std::vector<ShownField>& fields, const CodePage& codePage,
-                       const Wizard& wizard)
-    : fields_(fields), codePage_(codePage), wizard_(wizard), marks_(fields.size()) {
+                       const Wizard& wizard, Handler marked)
+    : fields_(fields),
+      codePage_(codePage),
+      wizard_(wizard),
+      marked_(std::move(marked)),
+      marks_(fields.size()),
+      signs_(fields.size()) {
   afterAct_.setSingleShot(true);
   connect(&afterAct_, &QTimer::timeout, this, &FieldMarks::markAll);
 }
@@ -29,6 +35,7 @@ void FieldMarks::markAll() {
     const std::string warning = fieldWarning(wizard_, *fields_[i].field);
     if (warning != marks_[i]) mark(i, warning);
   }
+  marked_();
 }
 
 void FieldMarks::mark(std::size_t index, const std::string& warning) {
@@ -42,8 +49,9 @@ void FieldMarks::mark(std::size_t index, const std::string& warning) {
     tip += toShown(warning, codePage_);
   }
   widget.setPalette(palette);
-  widget.setToolTip(toToolTip(tip));
-  widget.setAccessibleDescription(tip);
+  if (tip != widget.accessibleDescription()) widget.setAccessibleDescription(tip);
+  if (!warning.empty() && signs_[index] == nullptr) signs_[index] = new MarkSign(widget);
+  if (signs_[index] != nullptr) signs_[index]->setVisible(!warning.empty());
 }
 
 }  // namespace kova

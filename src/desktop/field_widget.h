@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What fields of one and of several lines have in common: how the engineer's clicks and the input
-// focus reach the model.
+// What fields of one and of several lines have in common: what of the engineer's clicks and keys
+// reaches the model.
 #pragma once
 
 #include <QContextMenuEvent>
-#include <QFocusEvent>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <utility>
 
@@ -12,13 +12,6 @@
 #include "platform/code_page.h"
 
 namespace kova {
-
-/// The focus comes and goes between two fields. Switching windows, a message box or a menu that
-/// opens or closes is neither an entry nor a leaving.
-inline bool movesBetweenFields(Qt::FocusReason reason) {
-  return reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
-         reason != Qt::MenuBarFocusReason;
-}
 
 /// A toolkit's text widget that mirrors a text field.
 template <class Edit>
@@ -28,25 +21,32 @@ class FieldWidget : public Edit {
       : Edit(parent), field_(field), codePage_(codePage) {}
 
  protected:
-  void focusInEvent(QFocusEvent* event) override {
-    Edit::focusInEvent(event);
-    if (movesBetweenFields(event->reason())) field_.gotFocus();
-  }
+  /// The caret of the widget becomes that of the model.
+  virtual void takeCaret() = 0;
 
-  void focusOutEvent(QFocusEvent* event) override {
-    Edit::focusOutEvent(event);
-    if (movesBetweenFields(event->reason())) field_.lostFocus();
+  /// An access key that leads nowhere at the moment is no text.
+  void keyPressEvent(QKeyEvent* event) override {
+    const Qt::KeyboardModifiers held = event->modifiers();
+    const bool withAlt = (held & Qt::AltModifier) && !(held & Qt::ControlModifier);
+    if (withAlt && !event->text().isEmpty() && event->text().front().isPrint()) {
+      event->ignore();
+    } else {
+      Edit::keyPressEvent(event);
+    }
   }
 
   void mouseDoubleClickEvent(QMouseEvent* event) override {
-    endsDoubleClick_ = true;
+    if (event->button() == Qt::LeftButton) endsDoubleClick_ = true;
     Edit::mouseDoubleClickEvent(event);
   }
 
   void mouseReleaseEvent(QMouseEvent* event) override {
     Edit::mouseReleaseEvent(event);
     if (event->button() != Qt::LeftButton || std::exchange(endsDoubleClick_, false)) return;
-    if (this->rect().contains(event->position().toPoint())) field_.click();
+    if (!this->rect().contains(event->position().toPoint())) return;
+    // The toolkit selects a whole text without a word on the caret.
+    takeCaret();
+    field_.click();
   }
 
   /// The menu key opens the window's menu; with Shift and F10 the field's own menu comes up.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/form_widgets.h"
 
+#include <QAbstractItemView>
+#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <algorithm>
@@ -17,14 +19,19 @@ namespace {
 
 constexpr int lineHeight = 225;  // of a drawn text, in twips
 
-/// The longest texts of a list are about as long, in capitals.
-constexpr int charactersOfAnEntry = 10;
-
 LineField::Characters charactersOf(const ControlDesign& design) {
   const Width width = widthOf(design);
   if (width == Width::number) return {.wanted = 8, .least = 6};
   if (width == Width::name) return {.wanted = 16, .least = 8};
   return {.wanted = 32, .least = 16};
+}
+
+/// A screen reader speaks the entries of a list that is open, and none of a closed one.
+void speakEntry(QComboBox& list, int index) {
+  if (!list.hasFocus() || !QAccessible::isActive()) return;
+  QAccessibleEvent entry(list.view(), QAccessible::Focus);
+  entry.setChild(index);
+  QAccessible::updateAccessibility(&entry);
 }
 
 /// However a button is pressed, the field that had the focus has been left before.
@@ -63,6 +70,8 @@ void FormWidgets::make(const DesignedControl& control) {
   made->setAccessibleDescription(toShown(design.toolTip, codePage_));
   made->setAccessibleName(spokenName(design));
   made->installEventFilter(&acts_);
+  auto* const* field = std::get_if<TextField*>(&control.control);
+  focus_.watch(*made, field == nullptr ? nullptr : *field);
   shown_.emplace(design.name, Shown{.design = &design, .widget = made});
 }
 
@@ -85,6 +94,7 @@ QWidget* FormWidgets::makeField(TextField& field, Edit* edit) {
     if (!edit->isVisible() || !edit->isEnabled()) throw Failure("the field can't take the focus");
     edit->setFocus(Qt::OtherFocusReason);
   });
+  hang(hooks_, field.selectAll, [edit] { edit->selectAll(); });
   return edit;
 }
 
@@ -166,17 +176,21 @@ QWidget* FormWidgets::make(ListBox& list, const ControlDesign& design, QWidget& 
 }
 
 QWidget* FormWidgets::make(DropDownList& list, const ControlDesign& /*design*/, QWidget& parent) {
+  // As wide as its entries, which are there already. To name that or another policy would make the
+  // pop-up ahead of its use, and lay the window out once more.
   auto* made = new QComboBox(&parent);
   made->setFocusPolicy(Qt::StrongFocus);
-  made->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  made->setMinimumContentsLength(charactersOfAnEntry);
   QObject::connect(made, &QComboBox::activated, made, [&list](int index) { list.select(index); });
+  QObject::connect(made, &QComboBox::currentIndexChanged, made,
+                   [made](int index) { speakEntry(*made, index); });
   mirror(list, [this, &list, made] {
     const auto& entries = list.entries();
     for (auto shown = static_cast<std::size_t>(made->count()); shown < entries.size(); ++shown) {
       made->addItem(toShown(entries[shown], codePage_));
     }
     made->setCurrentIndex(list.selectedIndex());
+    // A screen reader speaks the value of a list that takes typed text, and of no other.
+    made->setAccessibleDescription(made->currentText());
     made->setEnabled(list.enabled());
   });
   return made;
@@ -217,6 +231,13 @@ void FormWidgets::setTabOrder() {
     if (!tabOrder_.empty()) QWidget::setTabOrder(tabOrder_.back(), shown);
     tabOrder_.push_back(shown);
   }
+}
+
+std::optional<ControlPointer> FormWidgets::control(const QWidget* widget) const {
+  for (const DesignedControl& one : controls_) {
+    if (shown_.at(one.design->name).widget == widget) return one.control;
+  }
+  return std::nullopt;
 }
 
 QWidget* FormWidgets::firstInTabOrder() const {

@@ -6,11 +6,13 @@
 #include <QAbstractButton>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string_view>
 #include <vector>
 
 #include "controls/control_design.h"
 #include "desktop/act_filter.h"
+#include "desktop/field_focus.h"
 #include "desktop/hooks.h"
 #include "desktop/layouts.h"
 #include "platform/code_page.h"
@@ -33,6 +35,8 @@ class FormWidgets {
 
   /// The widget of a control.
   QWidget* widget(std::string_view name) const { return shown_.at(name).widget; }
+  /// What the widget shows; none if it is not one of this window.
+  std::optional<ControlPointer> control(const QWidget* widget) const;
   const std::vector<ShownField>& fields() const { return fields_; }
   /// First of the widgets that take the focus at this moment, in the order of the Tab key.
   QWidget* firstInTabOrder() const;
@@ -65,6 +69,7 @@ class FormWidgets {
   const CodePage& codePage_;
   const Handler changed_;
   ActFilter acts_;
+  FieldFocus focus_;
   ShownControls shown_;
   std::vector<Naming> namings_;
   std::vector<Handler> labels_;  ///< each shows one of them

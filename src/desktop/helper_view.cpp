@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/helper_view.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QWindow>
 #include <utility>
 
 #include "desktop/sketch.h"
@@ -17,10 +20,8 @@ HelperView::HelperView(ExportHelper& helper, const CodePage& codePage, QWidget& 
                [this] { markDefault(); }) {
   setObjectName(QStringLiteral("ExportHelper"));
   hang(hooks_, helper_.window.mirror, [this] { mirror(); });
-  hang(hooks_, helper_.window.raise, [this] {
-    raise();
-    activateWindow();
-  });
+  hang(hooks_, helper_.window.raise, [this] { bringUp(); });
+  mainWindow_.installEventFilter(this);
   markDefault();
 }
 
@@ -41,7 +42,35 @@ void HelperView::mirror() {
   if (QWidget* first = widgets_.firstInTabOrder()) first->setFocus(Qt::OtherFocusReason);
   resize(sizeHint());
   move(mainWindow_.frameGeometry().center() - rect().center());
+  create();
+  windowHandle()->setTransientParent(mainWindow_.windowHandle());
   show();
+}
+
+void HelperView::bringUp() {
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  raise();
+  activateWindow();
+}
+
+/// Stays in front of the main window, and on its own when that one has gone.
+bool HelperView::eventFilter(QObject* watched, QEvent* event) {
+  const bool gone = watched == &mainWindow_ && event->type() == QEvent::Close;
+  if (gone && windowHandle() != nullptr) windowHandle()->setTransientParent(nullptr);
+  return QDialog::eventFilter(watched, event);
+}
+
+/// It opens with the focus on a button; what is typed there is meant for the box.
+void HelperView::keyPressEvent(QKeyEvent* event) {
+  QWidget* box = widgets_.widget("ParamText");
+  const bool isText = !event->text().isEmpty() && event->text().front().isPrint() &&
+                      (event->modifiers() & ~Qt::ShiftModifier) == Qt::NoModifier;
+  if (isText && !box->hasFocus()) {
+    box->setFocus(Qt::OtherFocusReason);
+    QCoreApplication::sendEvent(box, event);
+  } else {
+    QDialog::keyPressEvent(event);
+  }
 }
 
 }  // namespace kova

@@ -17,10 +17,15 @@ class HelperView : public QDialog {
 
   /// The Escape key and the window's own close control.
   void reject() override { helper_.window.unload(); }
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void markDefault();
   void mirror();
+  void bringUp();
 
   ExportHelper& helper_;
   const CodePage& codePage_;

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 #include <algorithm>
+#include <iterator>
 #include <limits>
 
 #include "desktop/text_seam.h"
@@ -37,7 +38,26 @@ void LineField::takeEdit(const QString& edited) {
   int position = cursorPosition();
   const QString kept = withoutPastedLines(before_, edited, position);
   const std::size_t caret = textPosition(kept, position);
-  field_.edit(toText(kept, codePage_), caret);
+  const std::string text = toText(kept, codePage_);
+  if (const QString shown = toShown(text, codePage_); shown != edited) replaceEdit(shown);
+  field_.edit(text, caret);
+}
+
+/// Puts what the model keeps of an edit in its place, so that Undo and Redo go on working: a text
+/// that is set from outside ends them.
+void LineField::replaceEdit(const QString& kept) {
+  if (!isUndoAvailable()) return;
+  const QScopedValueRollback<bool> guard(mirroring_, true);
+  undo();
+  const QString former = text();
+  const auto [from, in] = std::mismatch(former.begin(), former.end(), kept.begin(), kept.end());
+  const auto start = static_cast<int>(from - former.begin());
+  const auto behind = std::mismatch(former.rbegin(), std::make_reverse_iterator(from),
+                                    kept.rbegin(), std::make_reverse_iterator(in));
+  const auto end = static_cast<int>(former.size() - (behind.first - former.rbegin()));
+  const auto added = (behind.second.base() - in);
+  setSelection(start, end - start);
+  insert(kept.mid(start, added));
 }
 
 void LineField::takeCaret() {
@@ -51,14 +71,15 @@ void LineField::keyPressEvent(QKeyEvent* event) {
     event->accept();
     field_.keyDown(TextField::enterKey);
   } else {
-    QLineEdit::keyPressEvent(event);
+    FieldWidget::keyPressEvent(event);
   }
 }
 
 QSize LineField::sizeFor(int characters) const {
   QSize size = QLineEdit::sizeHint();
   const QFontMetrics metrics = fontMetrics();
-  const int frame = size.width() - toolkitCharacters * metrics.horizontalAdvance(u'x');
+  const int mark = textMargins().left() + textMargins().right();
+  const int frame = size.width() - mark - toolkitCharacters * metrics.horizontalAdvance(u'x');
   size.setWidth(frame +
                 characters * std::max(metrics.horizontalAdvance(u'0'), metrics.averageCharWidth()));
   return size;

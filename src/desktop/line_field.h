@@ -24,11 +24,12 @@ class LineField : public FieldWidget<QLineEdit> {
   QSize minimumSizeHint() const override { return sizeFor(characters_.least); }
 
  protected:
+  void takeCaret() override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void takeEdit(const QString& edited);
-  void takeCaret();
+  void replaceEdit(const QString& kept);
   QSize sizeFor(int characters) const;
 
   Characters characters_;

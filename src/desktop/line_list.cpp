@@ -41,6 +41,12 @@ QVariant LineModel::data(const QModelIndex& index, int role) const {
   return {};
 }
 
+QString LineModel::name(int row) const {
+  const QString line = data(index(row), Qt::DisplayRole).toString();
+  constexpr QStringView behindExportName = u"] ";
+  return line.mid(line.indexOf(behindExportName) + behindExportName.size());
+}
+
 /// The view gives all lines the size of one; it is asked for once a layout. Adding up characters
 /// takes a fraction of the time in which the toolkit would lay out a thousand lines.
 QSize LineModel::sizeOfWidest() const {
@@ -86,6 +92,7 @@ void LineList::mirror() {
   const QScopedValueRollback<bool> guard(mirroring_, true);
   const bool rowsChanged = lines_.mirror();
   const int row = list_.selectedIndex();
+  if (row != ListBox::none) place_ = row;
   if (row != shownRow()) {
     if (row == ListBox::none) {
       selectionModel()->clear();
@@ -129,10 +136,19 @@ void LineList::mouseDoubleClickEvent(QMouseEvent* event) {
   }
 }
 
+void LineList::currentChanged(const QModelIndex& now, const QModelIndex& before) {
+  if (hasFocus()) {
+    QListView::currentChanged(now, before);
+  } else {
+    // Its own class would tell a screen reader that the focus is in the line.
+    QAbstractItemView::currentChanged(now, before);  // NOLINT(bugprone-parent-virtual-call)
+  }
+}
+
 void LineList::keyPressEvent(QKeyEvent* event) {
   const bool moves = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
   if (moves && list_.selectedIndex() == ListBox::none && !list_.lines().empty()) {
-    list_.select(0);
+    list_.select(std::min(place_, static_cast<int>(list_.lines().size()) - 1));
     return;
   }
   {
@@ -140,6 +156,22 @@ void LineList::keyPressEvent(QKeyEvent* event) {
     QListView::keyPressEvent(event);
   }
   if (shownRow() != list_.selectedIndex()) takeSelection();
+}
+
+void LineList::keyboardSearch(const QString& typed) {
+  constexpr qint64 memory = 1000;  // milliseconds
+  if (!sinceTyped_.isValid() || sinceTyped_.elapsed() > memory) sought_.clear();
+  sinceTyped_.start();
+  sought_ += typed;
+  const int rows = lines_.rowCount({});
+  // A first letter goes on to the next of its kind; those behind it may find the same line.
+  const int start = list_.selectedIndex() + (sought_.size() == typed.size() ? 1 : 0);
+  for (int i = 0; i < rows; ++i) {
+    const int row = (std::max(start, 0) + i) % rows;
+    if (!lines_.name(row).startsWith(sought_, Qt::CaseInsensitive)) continue;
+    if (row != list_.selectedIndex()) list_.select(row);
+    return;
+  }
 }
 
 void LineList::paintEvent(QPaintEvent* event) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QAbstractListModel>
+#include <QElapsedTimer>
 #include <QListView>
 
 #include "controls/controls.h"
@@ -20,6 +21,8 @@ class LineModel : public QAbstractListModel {
 
   int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : rows_; }
   QVariant data(const QModelIndex& index, int role) const override;
+  /// A line from its property name on.
+  QString name(int row) const;
 
  private:
   QSize sizeOfWidest() const;
@@ -37,6 +40,8 @@ class LineList : public QListView {
   LineList(ListBox& list, const CodePage& codePage, QString emptyText, QWidget* parent);
 
   void mirror();
+  /// By the property name, whatever its case.
+  void keyboardSearch(const QString& typed) override;
 
   QSize sizeHint() const override { return sizeOf(40, 8); }
   QSize minimumSizeHint() const override { return sizeOf(16, 4); }
@@ -47,6 +52,7 @@ class LineList : public QListView {
   void mouseReleaseEvent(QMouseEvent* /*event*/) override {}
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void currentChanged(const QModelIndex& now, const QModelIndex& before) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
@@ -60,6 +66,9 @@ class LineList : public QListView {
   QString emptyText_;
   bool mirroring_ = false;
   bool inKeyPress_ = false;
+  int place_ = 0;   ///< of the line that was selected last
+  QString sought_;  ///< as far as it has been typed
+  QElapsedTimer sinceTyped_;
 };
 
 }  // namespace kova

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/main_view.h"
 
-#include <QAccessible>
 #include <QApplication>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -13,8 +14,8 @@
 #include "desktop/colours.h"
 #include "desktop/message_boxes.h"
 #include "desktop/sketch.h"
-#include "desktop/small_widgets.h"
 #include "desktop/text_seam.h"
+#include "wizard/focus_sentence.h"
 
 namespace kova {
 namespace {
@@ -41,6 +42,8 @@ MainView::MainView(SetupWizard& setup, const CodePage& codePage)
   setObjectName(QStringLiteral("Form1"));
   afterPalette_.setSingleShot(true);
   connect(&afterPalette_, &QTimer::timeout, this, &keepTextsReadable);
+  afterPointer_.setSingleShot(true);
+  connect(&afterPointer_, &QTimer::timeout, this, &MainView::mirrorStatusLine);
   keepTextsReadable();
   buildForm();
   buildMenu();
@@ -52,32 +55,76 @@ void MainView::buildForm() {
   auto* all = new QWidget(this);
   auto* area = new FormArea(all);
   form_ = new QWidget(area);
-  statusLine_ = new QLabel(all);
-  statusLine_->setObjectName(QStringLiteral("statusLine"));
-  statusLine_->setTextFormat(Qt::PlainText);
-  statusLine_->setWordWrap(true);
   widgets_ = std::make_unique<FormWidgets>(*form_, mainWindowSketches(),
                                            designedControls(setup_.wizard.form), codePage_, [this] {
                                              if (marks_) marks_->follow();
+                                             if (review_) review_->follow();
                                            });
-  marks_ = std::make_unique<FieldMarks>(widgets_->fields(), codePage_, setup_.wizard);
+  marks_ = std::make_unique<FieldMarks>(widgets_->fields(), codePage_, setup_.wizard,
+                                        [this] { mirrorStatusLine(); });
   area->setWidget(form_);
 
   auto* layout = new QVBoxLayout(all);
-  const QMargins margins = form_->layout()->contentsMargins();
-  statusLine_->setContentsMargins(margins.left(), 0, margins.right(), margins.bottom());
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(area, 1);
-  layout->addWidget(statusLine_);
+  layout->addWidget(buildFoot(form_->layout()->contentsMargins()));
   setCentralWidget(all);
-  connect(qApp, &QApplication::focusChanged, area, [this, area](QWidget*, QWidget* now) {
+  followFocus(*area);
+}
+
+/// The status line, and behind it the way to the review. Both are outside of the form.
+QWidget* MainView::buildFoot(const QMargins& margins) {
+  auto* foot = new QWidget;
+  statusLine_ = new SpokenLine(foot);
+  statusLine_->setObjectName(QStringLiteral("statusLine"));
+  auto* review = new ActButton(false, foot);
+  review->setObjectName(QStringLiteral("Review"));
+  review->setText(QStringLiteral("Review"));
+  review->setShortcut(QKeySequence(QStringLiteral("Alt+Q")));
+  review->setToolTip(QStringLiteral("What Done will write, findings, and backups (Alt+Q)"));
+  review->setAccessibleDescription(review->toolTip());
+  // A click there leaves no field of the form.
+  review->setFocusPolicy(Qt::TabFocus);
+  connect(review, &QPushButton::clicked, this, &MainView::openReview);
+  auto* layout = new QHBoxLayout(foot);
+  layout->setContentsMargins(margins.left(), 0, margins.right(), margins.bottom());
+  layout->addWidget(statusLine_, 1);
+  layout->addWidget(review);
+  return foot;
+}
+
+void MainView::openReview() {
+  if (!review_) {
+    review_ = std::make_unique<ReviewWindow>(
+        setup_.wizard, codePage_, [this](const std::string& property) { showInForm(property); });
+    review_->move(frameGeometry().center() - review_->rect().center());
+  }
+  review_->open();
+}
+
+void MainView::showInForm(const std::string& property) {
+  if (!isVisible()) return;
+  activateWindow();
+  raise();
+  widget("PropertyList")->setFocus(Qt::OtherFocusReason);
+  selectProperty(setup_.wizard, property);
+}
+
+void MainView::followFocus(FormArea& area) {
+  widgets_->widget("Command1")->installEventFilter(this);
+  connect(qApp, &QApplication::focusChanged, &area, [this, &area](QWidget*, QWidget* now) {
     if (now == nullptr || !form_->isAncestorOf(now)) return;
+    mirrorStatusLine();
+    // The sentence may have taken another line from the form.
+    centralWidget()->layout()->activate();
+    // A form that moved under the pressed mouse would take the click from what was pressed.
+    if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
     // The toolkit would show the caret of a field and not the field.
     const QRect place(now->mapTo(form_, QPoint()), now->size());
     constexpr int margin = 8;
-    area->ensureVisible(place.right(), place.bottom(), margin, margin);
-    area->ensureVisible(place.left(), place.top(), 0, 0);
+    area.ensureVisible(place.right(), place.bottom(), margin, margin);
+    area.ensureVisible(place.left(), place.top(), 0, 0);
   });
 }
 
@@ -115,6 +162,7 @@ void MainView::mirrorWindow() {
   const Window& window = setup_.wizard.form.window;
   if (!window.visible()) {
     close();
+    if (review_) review_->close();
     return;
   }
   setWindowTitle(toShown(window.title, codePage_));
@@ -131,20 +179,33 @@ void MainView::mirrorWindow() {
   connect(windowHandle(), &QWindow::activeChanged, this, fit, Qt::SingleShotConnection);
 }
 
-void MainView::mirrorStatusLine() {
-  const QString sentence = toShown(statusText(setup_.wizard), codePage_);
-  if (sentence == statusLine_->text()) return;
-  statusLine_->setText(sentence);
-  statusLine_->setToolTip(toToolTip(sentence));
-  if (QAccessible::isActive()) {
-    QAccessibleEvent alert(statusLine_, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+/// On what Done would do under the pointer, on the control that has the focus, else on what
+/// happened last.
+std::string MainView::sentence() const {
+  const QWidget* done = widgets_->widget("Command1");
+  const auto control = widgets_->control(done->underMouse() ? done : focusWidget());
+  if (control) {
+    if (std::string told = focusSentence(setup_.wizard, *control); !told.empty()) return told;
   }
+  return statusText(setup_.wizard);
+}
+
+void MainView::mirrorStatusLine() {
+  if (review_) review_->follow();
+  statusLine_->say(toShown(sentence(), codePage_));
 }
 
 void MainView::openMenuByKey() {
   menuBar()->setActiveAction(guide_->menuAction());
   guide_->setActiveAction(guide_->actions().first());
+}
+
+/// The pointer comes to Done, or leaves it.
+bool MainView::eventFilter(QObject* watched, QEvent* event) {
+  const bool moves = event->type() == QEvent::Enter || event->type() == QEvent::Leave;
+  // The toolkit knows where the pointer is once the event is through.
+  if (moves) afterPointer_.start(0);
+  return QMainWindow::eventFilter(watched, event);
 }
 
 void MainView::closeEvent(QCloseEvent* event) {

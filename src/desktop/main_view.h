@@ -3,11 +3,11 @@
 // guided dialog.
 #pragma once
 
-#include <QLabel>
 #include <QMainWindow>
 #include <QMenu>
 #include <QTimer>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "desktop/act_filter.h"
@@ -15,6 +15,9 @@
 #include "desktop/form_widgets.h"
 #include "desktop/helper_view.h"
 #include "desktop/long_act.h"
+#include "desktop/review_window.h"
+#include "desktop/small_widgets.h"
+#include "desktop/spoken_line.h"
 #include "wizard/wiring.h"
 
 namespace kova {
@@ -29,8 +32,11 @@ class MainView : public QMainWindow {
   QWidget* widget(std::string_view name) const { return widgets_->widget(name); }
   /// The guided dialog.
   HelperView& helper() const { return *helper_; }
+  /// The review, once it has been opened.
+  ReviewWindow* review() const { return review_.get(); }
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
@@ -38,23 +44,30 @@ class MainView : public QMainWindow {
 
  private:
   void buildForm();
+  void followFocus(FormArea& area);
+  QWidget* buildFoot(const QMargins& margins);
+  void openReview();
+  void showInForm(const std::string& property);
   void buildMenu();
   void attach();
   void mirrorWindow();
+  std::string sentence() const;
   void mirrorStatusLine();
   void openMenuByKey();
 
   SetupWizard& setup_;
   const CodePage& codePage_;
   QWidget* form_ = nullptr;
-  QLabel* statusLine_ = nullptr;
+  SpokenLine* statusLine_ = nullptr;
   QMenu* guide_ = nullptr;
   std::unique_ptr<FormWidgets> widgets_;
   std::unique_ptr<FieldMarks> marks_;
   std::unique_ptr<LongAct> longAct_;
   std::unique_ptr<HelperView> helper_;
+  std::unique_ptr<ReviewWindow> review_;
   EndOfActs endOfActs_;
   QTimer afterPalette_;
+  QTimer afterPointer_;
   Hooks hooks_;
 };
 

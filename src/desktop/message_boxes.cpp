@@ -5,15 +5,20 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QScreen>
 #include <QStyle>
 #include <algorithm>
 #include <vector>
 
+#include "desktop/act_filter.h"
 #include "desktop/text_seam.h"
 
 namespace kova {
 namespace {
+
+// The toolkit lays out a label of a table's longest text for a good while.
+constexpr int longestLabel = 4000;  // characters
 
 struct AnswerButton {
   Answer answer;
@@ -33,23 +38,35 @@ std::vector<AnswerButton> buttonsOf(const Message& message) {
   return {{Answer::ok, QMessageBox::Ok}};
 }
 
+/// A word over many lines, in which the toolkit would look for the end of a word line by line.
+bool hasEndlessWord(const QString& text) {
+  constexpr int longestWord = 1000;
+  int length = 0;
+  return std::any_of(text.begin(), text.end(), [&length](QChar letter) {
+    length = letter.isSpace() ? 0 : length + 1;
+    return length > longestWord;
+  });
+}
+
 /// Shows `text` where it wraps at any place and scrolls. Its size fits into `room`.
 QPlainTextEdit* scrollingText(QWidget& parent, const QString& text, const QSize& room) {
   auto* area = new QPlainTextEdit(&parent);
   area->setReadOnly(true);
   area->setTabChangesFocus(true);
-  area->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  area->setWordWrapMode(hasEndlessWord(text) ? QTextOption::WrapAnywhere
+                                             : QTextOption::WrapAtWordBoundaryOrAnywhere);
   area->setPlainText(text);
   const int bar = area->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, area);
   const int edges = 2 * (area->frameWidth() + static_cast<int>(area->document()->documentMargin()));
-  const QRect lines = area->fontMetrics().boundingRect(
-      QRect(0, 0, room.width() - edges - bar, room.height()), Qt::TextWrapAnywhere, text);
+  const QRect lines =
+      area->fontMetrics().boundingRect(QRect(0, 0, room.width() - edges - bar, room.height()),
+                                       Qt::TextWrapAnywhere, text.left(longestLabel));
   area->setMinimumSize(room.width(), std::min(lines.height() + edges + bar, room.height()));
   return area;
 }
 
-/// The box has room for its title, and a text that the screen has no room for scrolls.
-void fitToScreen(QMessageBox& box, const QSize& screen) {
+/// The box shows `whole`, with room for its title. A text that the screen has no room for scrolls.
+void fitToScreen(QMessageBox& box, const QString& whole, const QSize& screen) {
   auto* text = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
   auto* layout = qobject_cast<QGridLayout*>(box.layout());
   const QSize room = screen * 3 / 4;  // the rest is for buttons and title
@@ -60,11 +77,10 @@ void fitToScreen(QMessageBox& box, const QSize& screen) {
   layout->setColumnMinimumWidth(layout->columnCount() - 1,
                                 std::min(title + buttonsOfTheFrame, room.width()));
   // The toolkit wraps what is only too wide, but not within a word.
-  const QSize wrapped = text->fontMetrics()
-                            .boundingRect(QRect(QPoint(), room), Qt::TextWordWrap, text->text())
-                            .size();
-  if (wrapped.boundedTo(room) == wrapped) return;
-  delete layout->replaceWidget(text, scrollingText(box, text->text(), room));
+  const QSize wrapped =
+      text->fontMetrics().boundingRect({{}, room}, Qt::TextWordWrap, text->text()).size();
+  if (text->text() == whole && wrapped.boundedTo(room) == wrapped) return;
+  delete layout->replaceWidget(text, scrollingText(box, whole, room));
   text->hide();
 }
 
@@ -77,14 +93,18 @@ MessageBox messageBoxes(QWidget& window, const CodePage& codePage, const std::st
         toShownMessage(message.title.empty() ? programName : message.title, codePage));
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    box.setText(toShownMessage(message.text, codePage));
+    const QString text = toShownMessage(message.text, codePage);
+    box.setText(text.left(longestLabel));
+    // What is still held down from before has not been an answer.
+    ActFilter acts;
+    box.installEventFilter(&acts);
     const auto buttons = buttonsOf(message);
     for (const AnswerButton& one : buttons) {
-      box.addButton(one.button);
+      box.addButton(one.button)->installEventFilter(&acts);
       if (one.answer == message.enter) box.setDefaultButton(one.button);
     }
     box.setEscapeButton(buttons.back().button);
-    fitToScreen(box, window.screen()->availableSize());
+    fitToScreen(box, text, window.screen()->availableSize());
     const AnswerButton& first = buttons.front();
     return box.exec() == first.button ? first.answer : buttons.back().answer;
   };

@@ -18,9 +18,9 @@ char byteOf(char32_t character, const CodePage& page) {
 }  // namespace
 
 QString toShown(std::string_view text, const CodePage& page) {
-  QString shown;
-  shown.reserve(static_cast<qsizetype>(text.size()));
-  for (const char byte : text) shown.append(QChar::fromUcs4(page.character(byte)));
+  QString shown(static_cast<qsizetype>(text.size()), Qt::Uninitialized);
+  std::transform(text.begin(), text.end(), shown.begin(),
+                 [&page](char byte) { return QChar(static_cast<char16_t>(page.character(byte))); });
   return shown;
 }
 

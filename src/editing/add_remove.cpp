@@ -73,16 +73,20 @@ void EditCmd_Click(Wizard& wizard) {
 void RemoveProperty_Click(Wizard& wizard) {
   WizardState& state = wizard.state;
   const std::int32_t selected = wizard.form.PropertyList.selectedIndex();
+  if (selected == ListBox::none) reportNothingRemoved(wizard);
   if (selected == ListBox::none || selected >= state.exportCount) return;
-  const std::string name = exportRow(wizard, selected).propertyName;
+  const PropertyRecord& row = exportRow(wizard, selected);
+  const std::string name = row.propertyName;
+  const bool inForm = !wizard.form.ProcessCheck.ticked() && !formDiffersFrom(wizard, row);
   wizard.form.PropertyList.remove(selected);
   const auto rows = state.exportTable.begin();
   std::move(rows + selected + 1, rows + state.exportCount, rows + selected);
   --state.exportCount;
   // The row that is free now, and behind it a device list that waited for a commit.
   const auto freed = rows + state.exportCount;
-  std::fill(freed, std::min(freed + 2, state.exportTable.end()), PropertyRecord{});
-  reportRemoval(wizard, name);
+  std::fill_n(freed, std::min<std::ptrdiff_t>(2, state.exportTable.end() - freed),
+              PropertyRecord{});
+  reportRemoval(wizard, name, inForm);
 }
 
 void PropertyList_DblClick(Wizard& wizard) {

@@ -1,21 +1,34 @@
 // SPDX-License-Identifier: MIT
 #include "editing/alarm_panel.h"
 
+#include <algorithm>
+#include <array>
+
+#include "core/status.h"
 #include "tables/number_text.h"
 
 namespace kova {
 namespace {
 
-void clearMask(Form1& form) {
-  form.almNormalText.setText("0");
-  form.almMaskText.setText("0");
+/// False if all of them were 0 already.
+template <std::size_t count>
+bool clear(const std::array<TextField*, count>& fields) {
+  const bool changes = std::any_of(fields.begin(), fields.end(),
+                                   [](const TextField* field) { return field->text() != "0"; });
+  for (TextField* field : fields) field->setText("0");
+  return changes;
 }
 
-void clearThresholds(Form1& form) {
-  form.almHiText.setText("0");
-  form.almLoText.setText("0");
-  form.almHiWarnText.setText("0");
-  form.almLoWarnText.setText("0");
+void clearMask(Wizard& wizard) {
+  Form1& form = wizard.form;
+  if (clear(std::array{&form.almNormalText, &form.almMaskText})) reportMaskCleared(wizard);
+}
+
+void clearThresholds(Wizard& wizard) {
+  Form1& form = wizard.form;
+  const std::array limits = {&form.almHiText, &form.almLoText, &form.almHiWarnText,
+                             &form.almLoWarnText};
+  if (clear(limits)) reportThresholdsCleared(wizard);
 }
 
 }  // namespace
@@ -25,22 +38,22 @@ void AlarmWatchCheck_Click(Wizard& wizard) {
 }
 
 void almHiText_GotFocus(Wizard& wizard) {
-  clearMask(wizard.form);
+  clearMask(wizard);
 }
 void almHiWarnText_GotFocus(Wizard& wizard) {
-  clearMask(wizard.form);
+  clearMask(wizard);
 }
 void almLoText_GotFocus(Wizard& wizard) {
-  clearMask(wizard.form);
+  clearMask(wizard);
 }
 void almLoWarnText_GotFocus(Wizard& wizard) {
-  clearMask(wizard.form);
+  clearMask(wizard);
 }
 void almMaskText_GotFocus(Wizard& wizard) {
-  clearThresholds(wizard.form);
+  clearThresholds(wizard);
 }
 void almNormalText_GotFocus(Wizard& wizard) {
-  clearThresholds(wizard.form);
+  clearThresholds(wizard);
 }
 
 void fillInAlarmSelections(Wizard& wizard, const std::string& lclName, const std::string& prpName) {

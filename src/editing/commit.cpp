@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "editing/commit.h"
 
+#include <algorithm>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/data_formats.h"
 #include "core/form_texts.h"
@@ -9,6 +12,7 @@
 #include "editing/process_property.h"
 #include "editing/range_prefix.h"
 #include "tables/number_text.h"
+#include "tables/row_rules.h"
 #include "tables/value_failure.h"
 
 namespace kova {
@@ -34,14 +38,80 @@ RowCounts appendUncounted(Wizard& wizard) {
   return counts;
 }
 
-/// What stands against any commit of the form, empty if nothing does.
-std::string refusal(const Wizard& wizard, bool appendOnly, bool isNew) {
+/// The row that has the form's three names, or null.
+const HistoryRecord* historyRowOf(const WizardState& state, const HistoryForm& form) {
+  const auto rows = liveRows(state.historyTable, state.historyCount);
+  const auto found = std::find_if(rows.begin(), rows.end(), [&](const HistoryRecord& row) {
+    return row.propertyName == form.propertyName && row.localName == form.localName &&
+           row.exportName == form.exportName;
+  });
+  return found == rows.end() ? nullptr : &*found;
+}
+
+/// A commit of the form would make another row of it, if there were none.
+bool differs(const HistoryForm& form, const HistoryRecord& row) {
+  HistoryTable trial(1);
+  std::int16_t count = 0;
+  try {
+    AppendHistoryFile(trial, count, form);
+  } catch (const ValueFailure&) {
+    return true;
+  }
+  HistoryRecord& made = trial.front();
+  made.index = row.index;
+  // Files of other programs write the format in capital letters.
+  if (upperCase(made.format) == upperCase(row.format)) made.format = row.format;
+  return made != row;
+}
+
+/// What the commit of the form is about to lose or to leave as it is.
+CommitNotes notesOn(const Wizard& wizard) {
   const Form1& form = wizard.form;
-  if (form.ExportName.text().empty()) return "Not a valid Export Name";
-  if (form.LocalName.text().empty()) return "Not a valid Local Name";
-  if (form.PropertyName.text().empty()) return "Not a valid Property Name";
-  if (appendOnly && !isNew) return "Property " + form.PropertyName.text() + " already assigned";
-  return {};
+  const WizardState& state = wizard.state;
+  CommitNotes notes;
+  if (form.HistoryCheck.ticked()) {
+    const HistoryForm history = historyForm(wizard);
+    const HistoryRecord* row = historyRowOf(state, history);
+    notes.firstHistoryStays = row != nullptr && differs(history, *row);
+  }
+  notes.furtherAlarmRow =
+      form.AlarmWatchCheck.ticked() &&
+      findAlarm(state.alarmTable, state.alarmCount, significantLocalName(wizard),
+                form.PropertyName.text()) != nullptr;
+  return notes;
+}
+
+struct Refusal {
+  std::string message;
+  const TextField* field = nullptr;  ///< that the message names, if it names one
+};
+
+/// What stands against any commit of the form.
+std::optional<Refusal> refusal(const Wizard& wizard, bool appendOnly, bool isNew) {
+  const Form1& form = wizard.form;
+  const std::string& name = form.PropertyName.text();
+  if (form.ExportName.text().empty()) return {{"Not a valid Export Name", &form.ExportName}};
+  if (form.LocalName.text().empty()) return {{"Not a valid Local Name", &form.LocalName}};
+  if (name.empty()) return {{"Not a valid Property Name", &form.PropertyName}};
+  if (appendOnly && !isNew) return {{"Property " + name + " already assigned"}};
+  return std::nullopt;
+}
+
+/// Puts the focus where the engineer mends what was refused. Into some fields of the alarm panel
+/// the focus comes by the engineer's own hand alone: it clears others.
+void leadTo(const TextField& field) {
+  if (field.onGotFocus) return;
+  try {
+    field.setFocus();
+    field.selectText();
+  } catch (const Failure&) {
+    return;  // it is named all the same
+  }
+}
+
+void refuse(const Wizard& wizard, const Refusal& refusal) {
+  tell(wizard, refusal.message);
+  if (refusal.field != nullptr) leadTo(*refusal.field);
 }
 
 std::string descriptionWithRange(const Form1& form) {
@@ -102,12 +172,16 @@ void showNumDevices(Wizard& wizard, std::int16_t index) {
 void commitProperty(Wizard& wizard, std::int16_t index, bool isNew) {
   WizardState& state = wizard.state;
   if (isNew && index >= tableRows) return tell(wizard, tableFullMessage);
+  CommitNotes notes = notesOn(wizard);
   const RowCounts counts = appendUncounted(wizard);
 
   PropertyRecord& row = exportRow(wizard, index);
   if (isNew) dropForgottenList(wizard, row);
   fillFromForm(wizard, row);
   count(wizard, row, counts);
+  if (wizard.form.DeviceListCheck.ticked()) {
+    notes.linesBeyond = linesBeyond(wizard.form.deviceNamesInputText.text(), row.devices);
+  }
   takeDeviceList(wizard, row);
   const std::string name = row.propertyName;
   const std::string line = listLine(row, wizard.form.PropertyDescription.text());
@@ -120,7 +194,7 @@ void commitProperty(Wizard& wizard, std::int16_t index, bool isNew) {
     wizard.form.PropertyList.replace(index, line);
   }
   showNumDevices(wizard, index);
-  reportCommit(wizard, name, isNew);
+  reportCommit(wizard, name, isNew, notes);
 }
 
 std::string couldNotAdd(const Wizard& wizard, const ValueFailure& failure) {
@@ -137,8 +211,7 @@ void updatePropertyList(Wizard& wizard, bool appendOnly) {
   const Form1& form = wizard.form;
   const std::int16_t index = findPropertyIndex(wizard, form.PropertyName.text());
   const bool isNew = index >= wizard.state.exportCount;
-  const std::string against = refusal(wizard, appendOnly, isNew);
-  if (!against.empty()) return tell(wizard, against);
+  if (const auto against = refusal(wizard, appendOnly, isNew)) return refuse(wizard, *against);
   try {
     if (form.ProcessCheck.ticked()) {
       commitProcessProperty(wizard, isNew);
@@ -146,8 +219,27 @@ void updatePropertyList(Wizard& wizard, bool appendOnly) {
       commitProperty(wizard, index, isNew);
     }
   } catch (const ValueFailure& failure) {
-    tell(wizard, couldNotAdd(wizard, failure));
+    refuse(wizard, {couldNotAdd(wizard, failure), fieldOf(wizard, failure.value())});
   }
+}
+
+bool formDiffersFrom(const Wizard& wizard, const PropertyRecord& row) {
+  const Form1& form = wizard.form;
+  if (form.HistoryCheck.ticked() != row.hasHistory ||
+      form.AlarmWatchCheck.ticked() != row.hasAlarmWatch ||
+      form.DeviceListCheck.ticked() != row.hasDeviceList) {
+    return true;
+  }
+  PropertyRecord committed = row;
+  fillFromForm(wizard, committed);
+  committed.numSteps = row.numSteps;  // of a process; the form shows none of an existing row
+  // The commit puts a blank ahead of the number of devices.
+  const auto same = [](std::string_view one, std::string_view other) {
+    return stripBlanks(one) == stripBlanks(other);
+  };
+  const ExportTexts now = exportTexts(committed);
+  const ExportTexts then = exportTexts(row);
+  return !std::equal(now.begin(), now.end(), then.begin(), same);
 }
 
 }  // namespace kova

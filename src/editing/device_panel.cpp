@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "core/status.h"
 #include "tables/number_text.h"
 
 namespace kova {
@@ -28,11 +29,21 @@ void showServerList(Wizard& wizard) {
   showList(wizard, displayText(names, names.size()));
 }
 
-/// Number of devices of a new list. Throws Failure if it can't size one.
+/// A size that can't make a list.
+class NoListSize : public Failure {
+ public:
+  using Failure::Failure;
+};
+
+/// Number of devices of a new list. Throws NoListSize if it can't size one.
 std::size_t newListSize(const Wizard& wizard) {
-  const std::int16_t size = toInt16(textValue(wizard.form.OutputDataSize.text()));
-  if (size < 0) throw Failure("a negative size");
-  return static_cast<std::size_t>(size);
+  try {
+    const std::int16_t size = toInt16(textValue(wizard.form.OutputDataSize.text()));
+    if (size < 0) throw Failure("the size is negative");
+    return static_cast<std::size_t>(size);
+  } catch (const Failure& failure) {
+    throw NoListSize(failure.what());
+  }
 }
 
 void showPropertyList(Wizard& wizard, std::int16_t index) {
@@ -46,6 +57,13 @@ void showPropertyList(Wizard& wizard, std::int16_t index) {
   const std::string text = displayText(row.devices, shown);
   wizard.form.propertyOption.select();
   showList(wizard, text);
+}
+
+/// Devices from number `first` on that have a name.
+std::size_t namesBehind(const DeviceNames& names, std::size_t first) {
+  const auto start = names.begin() + static_cast<std::ptrdiff_t>(std::min(first, names.size()));
+  return static_cast<std::size_t>(
+      std::count_if(start, names.end(), [](const std::string& name) { return !name.empty(); }));
 }
 
 void leavePropertyList(Wizard& wizard, std::int16_t index) {
@@ -91,7 +109,10 @@ std::int16_t findSelStartAtLine(std::string_view textStr, std::int16_t textline)
 
 void storeServerDeviceNames(Wizard& wizard) {
   if (!wizard.form.ServerOption.selected()) return;
-  UpdateDevicesFile(wizard.form.deviceNamesInputText.text(), wizard.state.deviceNames);
+  const std::string& text = wizard.form.deviceNamesInputText.text();
+  UpdateDevicesFile(text, wizard.state.deviceNames);
+  reportLinesBeyond(wizard, linesBeyond(text, wizard.state.deviceNames));
+  refreshStatus(wizard);
 }
 
 void DeviceListCheck_Click(Wizard& wizard) {
@@ -103,9 +124,13 @@ void DeviceListCheck_Click(Wizard& wizard) {
     } else {
       leavePropertyList(wizard, index);
     }
+  } catch (const NoListSize& failure) {
+    wizard.form.DeviceListCheck.takeBack();
+    reportNoList(wizard, failure.what());
   } catch (const Failure&) {
-    return;  // a size that can't size a list changes nothing
+    return;  // a table without room for a list changes nothing
   }
+  refreshStatus(wizard);
 }
 
 void ServerOption_Click(Wizard& wizard) {
@@ -147,10 +172,15 @@ void NumDevices_Change(Wizard& wizard) {
     return;  // too many to count: the arrays stay
   }
   if (devices < 1) return;
+  const std::size_t dropped = namesBehind(state.deviceNames, static_cast<std::size_t>(devices));
   state.deviceNames.resize(static_cast<std::size_t>(devices));
   const std::string number = std::to_string(devices);
   std::for_each(state.exportTable.begin(), state.exportTable.begin() + state.exportCount,
                 [&](PropertyRecord& row) { row.numModules = number; });
+  if (dropped > 0 && state.directoriesBeingEntered.empty()) {
+    reportNamesDropped(wizard, dropped, devices);
+  }
+  refreshStatus(wizard);
 }
 
 void NumDevices_LostFocus(Wizard& wizard) {

@@ -16,8 +16,7 @@ const DeviceNames* listInBox(const Wizard& wizard) {
   if (form.ServerOption.selected()) return &wizard.state.deviceNames;
   if (!form.DeviceListCheck.ticked() || form.ProcessCheck.ticked()) return nullptr;
   const std::int16_t index = findPropertyIndex(wizard, form.PropertyName.text());
-  return index < tableRows ? &wizard.state.exportTable[static_cast<std::size_t>(index)].devices
-                           : nullptr;
+  return index < tableRows ? &rowOf(wizard.state.exportTable, index).devices : nullptr;
 }
 
 /// Number of the last line that is not empty, counted from 1.

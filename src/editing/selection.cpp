@@ -4,6 +4,7 @@
 #include <string>
 
 #include "core/data_formats.h"
+#include "core/status.h"
 #include "editing/alarm_panel.h"
 #include "editing/device_panel.h"
 #include "editing/history_panel.h"
@@ -109,6 +110,7 @@ class Filling {
       const ReadResult read = ReadDevicesFile(wizard_.platform.files, wizard_.state.projectPath,
                                               namesFile(property.propertyName),
                                               form_.NumDevices.text(), property.devices);
+      reportNamesSkipped(wizard_, namesFile(property.propertyName), read.skipped);
       if (read.rows < 1) return;
       property.hasDeviceList = true;
       wizard_.state.onDisk.nameLists.insert_or_assign(property.propertyName,
@@ -151,6 +153,14 @@ class Filling {
   Form1& form_;
 };
 
+/// A device list that was prepared for a new property is given up with its form. A commit that
+/// selects its own row still needs it.
+void giveUpPreparedList(Wizard& wizard) {
+  const std::int16_t stage = wizard.state.exportCount;
+  if (stage >= tableRows || wizard.form.PropertyList.selectedIndex() >= stage) return;
+  exportRow(wizard, stage) = PropertyRecord{};
+}
+
 }  // namespace
 
 void fillPropertySelections(Wizard& wizard) {
@@ -158,6 +168,7 @@ void fillPropertySelections(Wizard& wizard) {
 }
 
 void PropertyList_Click(Wizard& wizard) {
+  giveUpPreparedList(wizard);
   fillPropertySelections(wizard);
 }
 

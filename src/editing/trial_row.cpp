@@ -39,11 +39,6 @@ std::string alarmFile(const AlarmTable& table) {
   return file;
 }
 
-/// Room for all data lines of a file; each but the last needs a line end.
-std::size_t roomFor(const std::string& content) {
-  return static_cast<std::size_t>(std::count(content.begin(), content.end(), '\r')) + 1;
-}
-
 Reread rereadExports(const std::string& content) {
   Reread reread;
   const ReadResult result =
@@ -57,7 +52,7 @@ Reread rereadExports(const std::string& content) {
 
 Reread rereadHistory(const std::string& content) {
   Reread reread;
-  HistoryTable table(roomFor(content));
+  HistoryTable table;
   std::int16_t count = 0;
   reread.stop = ReadHistoryFile(MemoryFile(content), anyPath, table, count).stop;
   if (count < 1) return reread;
@@ -73,7 +68,7 @@ Reread rereadHistory(const std::string& content) {
 
 Reread rereadAlarms(const std::string& content) {
   Reread reread;
-  AlarmTable table(roomFor(content));
+  AlarmTable table;
   std::int16_t count = 0;
   reread.stop = ReadAlarmWatchFile(MemoryFile(content), anyPath, table, count).stop;
   if (count > 0) reread.file = alarmFile(table);

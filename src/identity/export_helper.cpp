@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "identity/export_helper.h"
 
+#include "core/status.h"
+
 #include <string_view>
 
 #include "identity/server_names.h"
@@ -140,20 +142,25 @@ void lastParam_Click(ExportHelper& helper) {
   showStep(helper, helper.paramValues.at(current(helper)));
 }
 
-void DoneParam_Click(ExportHelper& helper) {
+void DoneParam_Click(Wizard& wizard, ExportHelper& helper) {
   storeBox(helper);
+  const TextField& devices = wizard.form.NumDevices;
   for (std::size_t i = 0; i < helper.paramControls.size(); ++i) {
+    const std::string former = devices.text();  // a value ahead may have led to a project
     helper.paramControls[i]->setText(helper.paramValues.at(i));
+    if (helper.paramControls[i] == &devices && devices.text() != former) {
+      reportGuidedDevices(wizard, former, devices.text());
+    }
   }
   helper.window.unload();
 }
 
-void ParamText_KeyDown(ExportHelper& helper, std::int16_t keyCode) {
+void ParamText_KeyDown(Wizard& wizard, ExportHelper& helper, std::int16_t keyCode) {
   if (keyCode != TextField::enterKey) return;
   if (helper.nextParam.enabled()) {
     nextParam_Click(helper);
   } else {
-    DoneParam_Click(helper);
+    DoneParam_Click(wizard, helper);
   }
 }
 

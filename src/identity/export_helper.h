@@ -47,7 +47,7 @@ void srvGuide_Click(Wizard& wizard, ExportHelper& helper);
 void Form_Load(ExportHelper& helper);
 void nextParam_Click(ExportHelper& helper);
 void lastParam_Click(ExportHelper& helper);
-void DoneParam_Click(ExportHelper& helper);
-void ParamText_KeyDown(ExportHelper& helper, std::int16_t keyCode);
+void DoneParam_Click(Wizard& wizard, ExportHelper& helper);
+void ParamText_KeyDown(Wizard& wizard, ExportHelper& helper, std::int16_t keyCode);
 
 }  // namespace kova

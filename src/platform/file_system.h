@@ -55,7 +55,7 @@ struct Path {
     entry.native += name;
     return entry;
   }
-  auto operator<=>(const Path&) const = default;
+  auto operator<=>(const Path&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 /// Tells one state of a file from another without reading it: two equal stamps of one path mean
@@ -78,7 +78,8 @@ struct OutputFile {
   /// take. May take seconds: a lock is had behind it, not ahead of it. Throws Failure.
   virtual void flush() = 0;
   /// Takes the target's place, after a flush of what is not flushed yet. The new name outlasts a
-  /// loss of power once its folder is flushed. Throws Failure; the target is then as before.
+  /// loss of power once its folder is flushed. A target that holds the same bytes stays itself,
+  /// with its time; it is flushed then. Throws Failure; the target is then as before.
   virtual void close() = 0;
 };
 

@@ -34,6 +34,11 @@ bool hasNames(const AlarmWatchRecord& row) {
 
 }  // namespace
 
+std::span<const ColumnFacts> alarmColumns() {
+  static constexpr auto facts = factsOf(columns);
+  return facts;
+}
+
 ReadResult ReadAlarmWatchFile(const FileSystem& files, const Path& file, AlarmTable& alarmTable,
                               std::int16_t& alarmCount) {
   RowReader reader(columns);
@@ -45,7 +50,7 @@ ReadResult ReadAlarmWatchFile(const FileSystem& files, const Path& file, AlarmTa
                            !reader.field(fields, &AlarmWatchRecord::localName).empty();
         if (!named && rows >= tableRows) return false;
         checkRoom(rows);
-        reader.fill(alarmTable[static_cast<std::size_t>(rows)], fields);
+        reader.fill(rowOf(alarmTable, rows), fields);
         return named;
       });
   alarmCount = result.rows;
@@ -70,7 +75,7 @@ void AppendAlarmWatchFile(AlarmTable& alarmTable, std::int16_t& alarmCount, cons
       converted(FormValue::severity, [&] { return toInt16(strictValue(form.severity)); });
   record.normal = form.normal;
   record.mask = form.mask;
-  alarmTable[static_cast<std::size_t>(alarmCount++)] = std::move(record);
+  rowOf(alarmTable, alarmCount++) = std::move(record);
 }
 
 void WriteAlarmWatchFile(const ReplaceFile& replace, const Path& file, const AlarmTable& alarmTable,

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tables/column_facts.h"
 #include "tables/tagged_csv.h"
 
 namespace kova {
@@ -49,8 +51,11 @@ struct AlarmForm {
   std::string normal;
 };
 
-/// 1001 rows, of which the first `alarmCount` are live; the others keep what they held.
+/// Up to 1001 rows, of which the first `alarmCount` are live; the others keep what they held.
 using AlarmTable = std::vector<AlarmWatchRecord>;
+
+/// The columns of the file in its order.
+std::span<const ColumnFacts> alarmColumns();
 
 /// Reads the file over the rows from 0 on. `alarmCount` becomes the number of rows that have both
 /// names.

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <limits>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -17,25 +16,6 @@ constexpr std::int32_t smallestOldStamp = 1'000'000'000;
 
 std::string_view baseOf(std::string_view name) {
   return name.substr(0, name.find('.'));
-}
-
-// The name of a backup, taken apart.
-struct StampedName {
-  std::string original;
-  std::int32_t stamp = 0;
-};
-
-std::optional<StampedName> takeApart(std::string_view name) {
-  const auto base = baseOf(name);
-  const auto dash = base.rfind('-');
-  if (dash == std::string_view::npos) return std::nullopt;
-  const auto digits = base.substr(dash + 1);
-  const auto* const end = digits.data() + digits.size();
-  std::int32_t stamp = 0;
-  const auto read = std::from_chars(digits.data(), end, stamp);
-  const bool whole = read.ec == std::errc() && read.ptr == end;
-  if (!whole || (digits.size() > 1 && digits.front() == '0')) return std::nullopt;
-  return StampedName{std::string(base.substr(0, dash)).append(name.substr(base.size())), stamp};
 }
 
 // One walk through a folder.
@@ -78,8 +58,8 @@ class Walk {
 
   void copy(const std::string& name) {
     const Path file = directory_ / name;
+    const Path backup = directory_ / backupName(name, clock_.unixTime());
     try {
-      const Path backup = placeFor(name);
       // Looked at ahead of the copy, so that a change in between shows as one.
       if (const auto stamp = files_.stamp(file)) {
         result_.stamps.emplace_hint(result_.stamps.end(), name, *stamp);
@@ -106,24 +86,6 @@ class Walk {
     }
   }
 
-  // Of this second, unless another wizard has put something else there: Done keeps what it replaces
-  // under such names, and nowhere else.
-  Path placeFor(const std::string& name) const {
-    for (std::int32_t stamp = clock_.unixTime();; ++stamp) {
-      Path backup = directory_ / backupName(name, stamp);
-      if (!files_.fileExists(backup) || holdAlike(directory_ / name, backup)) return backup;
-      if (stamp == std::numeric_limits<std::int32_t>::max()) throw Failure("no name is free");
-    }
-  }
-
-  bool holdAlike(const Path& file, const Path& backup) const {
-    try {
-      return files_.read(file) == files_.read(backup);
-    } catch (const Failure&) {
-      return false;
-    }
-  }
-
   void countFile() {
     ++done_;
     if (progress_) progress_(done_);
@@ -140,9 +102,22 @@ class Walk {
 
 }  // namespace
 
+std::optional<StampedName> stampedName(std::string_view name) {
+  const auto base = baseOf(name);
+  const auto dash = base.rfind('-');
+  if (dash == std::string_view::npos) return std::nullopt;
+  const auto digits = base.substr(dash + 1);
+  const auto* const end = digits.data() + digits.size();
+  std::int32_t stamp = 0;
+  const auto read = std::from_chars(digits.data(), end, stamp);
+  const bool whole = read.ec == std::errc() && read.ptr == end;
+  if (!whole || (digits.size() > 1 && digits.front() == '0')) return std::nullopt;
+  return StampedName{std::string(base.substr(0, dash)).append(name.substr(base.size())), stamp};
+}
+
 FileVerdict classify(std::string_view name, const std::vector<std::string>& names,
                      std::int32_t now) {
-  const auto parts = takeApart(name);
+  const auto parts = stampedName(name);
   if (!parts || !std::binary_search(names.begin(), names.end(), parts->original)) {
     return FileVerdict::inUse;
   }

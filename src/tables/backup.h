@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,15 @@ enum class FileVerdict { inUse, backupKept, backupDeleted };
 /// beside the file that it is a backup of. One that is to be deleted has ten digits.
 FileVerdict classify(std::string_view name, const std::vector<std::string>& names,
                      std::int32_t now);
+
+/// The name of a backup, taken apart.
+struct StampedName {
+  std::string original;
+  std::int32_t stamp = 0;
+};
+/// Nothing if the base does not end in a dash and a number. Whether it is a backup, `classify`
+/// tells.
+std::optional<StampedName> stampedName(std::string_view name);
 
 /// Name of the backup of file `name` with this time stamp.
 std::string backupName(std::string_view name, std::int32_t stamp);
@@ -59,8 +69,7 @@ class BackupFailure : public Failure {
 };
 
 /// Deletes the folder's backups that are too old, then copies each file in use beside itself, on a
-/// list taken beforehand, in the order of the names. A backup of the same second with other bytes
-/// stays, and the copy takes the next free stamp. `progress` is told the number of files done.
+/// list taken beforehand, in the order of the names. `progress` is told the number of files done.
 /// Throws BackupFailure at the first file that makes trouble: the copies that this walk has added
 /// are removed again. Throws Failure if the folder can't be listed.
 BackupResult backupExistingFiles(FileSystem& files, const Clock& clock, const Path& directory,

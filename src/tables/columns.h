@@ -11,6 +11,7 @@
 #include <type_traits>
 #include <variant>
 
+#include "tables/column_facts.h"
 #include "tables/number_text.h"
 #include "tables/tagged_csv.h"
 
@@ -29,11 +30,36 @@ struct Column {
   /// Names by which foreign tables call it, looked for ahead of `tag`.
   std::array<std::string_view, 2> otherTags{};
   bool staysIfMissing = false;  ///< then a row keeps what it held; else it reads an empty field
+  bool mayBeMissing = staysIfMissing;
+  bool holdsNumber = false;  ///< also as a text
 };
 
 /// The columns of a table, in the order in which they are written.
 template <class Row, std::size_t count>
 using Columns = std::array<Column<Row>, count>;
+
+template <class Row>
+constexpr FieldKind kindOf(const Column<Row>& column) {
+  switch (column.member.index()) {
+    case 0:
+      return FieldKind::made;
+    case 1:
+      return column.holdsNumber ? FieldKind::numberText : FieldKind::text;
+    case 4:
+      return FieldKind::single;
+    default:
+      return FieldKind::whole;
+  }
+}
+
+template <class Row, std::size_t count>
+constexpr std::array<ColumnFacts, count> factsOf(const Columns<Row, count>& columns) {
+  std::array<ColumnFacts, count> facts;
+  std::transform(columns.begin(), columns.end(), facts.begin(), [](const Column<Row>& column) {
+    return ColumnFacts{column.tag, column.otherTags, kindOf(column), column.mayBeMissing};
+  });
+  return facts;
+}
 
 /// Fills rows from the lines of a file that has its columns in an order of its own.
 template <class Row, std::size_t count>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tables/device_files.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -47,6 +48,10 @@ bool store(DeviceNames& devNames, std::int16_t number, std::string_view name, st
 
 }  // namespace
 
+std::string serverNamesFile(std::string_view localName) {
+  return std::string(localName) + "-devices.csv";
+}
+
 std::string namesFile(std::string_view propertyName) {
   return std::string(propertyName) + "-names.csv";
 }
@@ -55,6 +60,12 @@ Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_
   const std::string_view fault = faultOfName(name);
   if (!fault.empty()) throw Failure("The name holds a \"" + std::string(fault) + '"');
   return files.path(std::string(folder) + pathSeparator + std::string(name));
+}
+
+std::span<const ColumnFacts> deviceColumns() {
+  static constexpr std::array facts = {ColumnFacts{.tag = numberTag, .kind = FieldKind::whole},
+                                       ColumnFacts{.tag = nameTag}};
+  return facts;
 }
 
 ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
@@ -96,6 +107,14 @@ std::int16_t UpdateDevicesFile(std::string_view panelText, DeviceNames& devNames
   // A count beyond its type is no count.
   return devNames.size() > largestCount ? std::int16_t{0}
                                         : static_cast<std::int16_t>(devNames.size());
+}
+
+std::size_t linesBeyond(std::string_view panelText, const DeviceNames& devNames) {
+  const auto lines = panelLines(panelText);
+  const auto first = std::min(devNames.size(), lines.size());
+  const auto holdsSomething = [](std::string_view line) { return !line.empty(); };
+  return static_cast<std::size_t>(std::count_if(lines.begin() + static_cast<std::ptrdiff_t>(first),
+                                                lines.end(), holdsSomething));
 }
 
 void WriteDevicesFile(const ReplaceFile& replace, const Path& file, DeviceNames& devNames) {

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tables/column_facts.h"
 #include "tables/tagged_csv.h"
 
 namespace kova {
@@ -15,6 +17,13 @@ namespace kova {
 /// never been sized.
 using DeviceNames = std::vector<std::string>;
 
+/// The columns of the files in their order.
+std::span<const ColumnFacts> deviceColumns();
+
+/// The file that the server's device names are written to.
+inline constexpr std::string_view serverDevicesFile = "devices.csv";
+/// Bare name of the file that they are read from.
+std::string serverNamesFile(std::string_view localName);
 /// Bare name of the file with the device names of one property.
 std::string namesFile(std::string_view propertyName);
 
@@ -32,6 +41,9 @@ ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
 /// Brings all entries up to date from the panel's text, one line (ended by CR LF) an entry; entries
 /// without a line become "DEVICE" and their number. Returns the number of entries.
 std::int16_t UpdateDevicesFile(std::string_view panelText, DeviceNames& devNames);
+
+/// Lines of the panel's text that hold something and have no entry.
+std::size_t linesBeyond(std::string_view panelText, const DeviceNames& devNames);
 
 /// Writes the names and stores the default name of each empty entry in the array as well. Throws
 /// Failure; the file on disk is then as it was.

@@ -16,15 +16,21 @@ constexpr auto columns = std::to_array<Column<PropertyRecord>>({
     {"EXPORT_NAME", &PropertyRecord::exportName},
     {"LOCAL_NAME", &PropertyRecord::localName},
     {"PROPERTY", &PropertyRecord::propertyName},
-    {"PROPERTY_SIZE", &PropertyRecord::outputSize},
+    {.tag = "PROPERTY_SIZE", .member = &PropertyRecord::outputSize, .holdsNumber = true},
     {"FORMAT", &PropertyRecord::outputFormat},
-    {"PROPERTY_INSIZE", &PropertyRecord::inputSize},
-    {"INFORMAT", &PropertyRecord::inputFormat},
-    {"PROPERTY_ID", {}},
+    {.tag = "PROPERTY_INSIZE",
+     .member = &PropertyRecord::inputSize,
+     .mayBeMissing = true,
+     .holdsNumber = true},
+    {.tag = "INFORMAT", .member = &PropertyRecord::inputFormat, .mayBeMissing = true},
+    {.tag = "PROPERTY_ID", .member = {}, .mayBeMissing = true},
     {"ACCESS", &PropertyRecord::access},
-    {"NUM_MODULES", &PropertyRecord::numModules},
+    {.tag = "NUM_MODULES", .member = &PropertyRecord::numModules, .holdsNumber = true},
     {"DESCRIPTION", &PropertyRecord::description},
-    {"NUM_STEPS", &PropertyRecord::numSteps},
+    {.tag = "NUM_STEPS",
+     .member = &PropertyRecord::numSteps,
+     .mayBeMissing = true,
+     .holdsNumber = true},
 });
 
 }  // namespace
@@ -60,6 +66,11 @@ ExportTexts exportTexts(const PropertyRecord& row) {
     if (text != nullptr) texts.at(index++) = row.*(*text);
   }
   return texts;
+}
+
+std::span<const ColumnFacts> exportColumns() {
+  static constexpr auto facts = factsOf(columns);
+  return facts;
 }
 
 std::string exportHeaderLine() {

@@ -5,10 +5,12 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tables/column_facts.h"
 #include "tables/device_files.h"
 #include "tables/tagged_csv.h"
 
@@ -49,6 +51,9 @@ ReadResult readExportTable(const FileSystem& files, const Path& file,
 using ExportTexts = std::array<std::string_view, 11>;
 /// Valid until the row changes.
 ExportTexts exportTexts(const PropertyRecord& row);
+
+/// The columns of "exports.csv" in the order of the file.
+std::span<const ColumnFacts> exportColumns();
 
 /// Header line of "exports.csv" with its line end.
 std::string exportHeaderLine();

@@ -84,6 +84,11 @@ HistorySlot findHistorySlot(const HistoryTable& historyTable, std::int16_t histo
 
 }  // namespace
 
+std::span<const ColumnFacts> historyColumns() {
+  static constexpr auto facts = factsOf(columns);
+  return facts;
+}
+
 ReadResult ReadHistoryFile(const FileSystem& files, const Path& file, HistoryTable& historyTable,
                            std::int16_t& historyCount) {
   RowReader reader(columns);
@@ -91,7 +96,7 @@ ReadResult ReadHistoryFile(const FileSystem& files, const Path& file, HistoryTab
       files, file, [&](std::string_view header) { reader.findColumns(header); },
       [&](const CsvFields& fields, std::int16_t rows) {
         checkRoom(rows);
-        reader.fill(historyTable[static_cast<std::size_t>(rows)], fields);
+        reader.fill(rowOf(historyTable, rows), fields);
         return true;
       });
   historyCount = result.rows;
@@ -117,7 +122,7 @@ void AppendHistoryFile(HistoryTable& historyTable, std::int16_t& historyCount,
   record.propertyName = form.propertyName;
   record.pollingRate = converted(FormValue::pollingRate, form.pollingRate, toInt32);
   record.tolerance = form.tolerance;
-  historyTable[static_cast<std::size_t>(historyCount++)] = std::move(record);
+  rowOf(historyTable, historyCount++) = std::move(record);
 }
 
 void WriteHistoryFile(const ReplaceFile& replace, const Path& file,

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tables/column_facts.h"
 #include "tables/tagged_csv.h"
 
 namespace kova {
@@ -28,6 +30,8 @@ struct HistoryRecord {
   std::string tolerance;         ///< percent or absolute, as typed
   std::int32_t shortDepth = 0;   ///< samples
   std::int32_t longDepth = 0;    ///< months
+
+  bool operator==(const HistoryRecord&) const = default;
 };
 
 /// The history settings of the property in the form, as typed.
@@ -47,8 +51,11 @@ struct HistoryForm {
   std::string longDepth;
 };
 
-/// 1001 rows, of which the first `historyCount` are live; the others keep what they held.
+/// Up to 1001 rows, of which the first `historyCount` are live; the others keep what they held.
 using HistoryTable = std::vector<HistoryRecord>;
+
+/// The columns of the file in its order.
+std::span<const ColumnFacts> historyColumns();
 
 /// Reads the file over the rows from 0 on. `historyCount` becomes the number of rows read. The
 /// result has a stop if the end of the file was not reached.

@@ -28,7 +28,32 @@ inline void checkRoom(std::int16_t rows) {
   }
 }
 
-/// The rows of a table that are in use.
+/// A table with room for all its rows, so that none of them ever moves. They take memory only once
+/// they are used.
+template <class Table>
+Table roomyTable() {
+  Table table;
+  table.reserve(static_cast<std::size_t>(tableRows));
+  return table;
+}
+
+/// Row `index` of a table, from 0 on. At its first use it comes into being, empty.
+template <class Row>
+Row& rowOf(std::vector<Row>& table, std::int32_t index) {
+  const auto place = static_cast<std::size_t>(index);
+  if (place >= table.size()) table.resize(place + 1);
+  return table[place];
+}
+
+/// The same to look at: an empty row if it was not used yet.
+template <class Row>
+const Row& rowOf(const std::vector<Row>& table, std::int32_t index) {
+  static const Row empty;
+  const auto place = static_cast<std::size_t>(index);
+  return place < table.size() ? table[place] : empty;
+}
+
+/// The rows of a table that count.
 template <class Row>
 std::span<const Row> liveRows(const std::vector<Row>& table, std::int16_t count) {
   return std::span(table).first(static_cast<std::size_t>(count));

@@ -118,32 +118,40 @@ void splitCsvLine(std::string_view line, CsvFields& fields) {
   });
 }
 
+std::optional<std::string_view> TableLines::next() {
+  for (;;) {
+    ++number_;
+    if (rest_.empty()) return std::nullopt;
+    const auto line = takeLine(rest_);
+    if (line.empty() || commentSigns.find(line.front()) == std::string_view::npos) return line;
+  }
+}
+
 ReadResult readTable(const FileSystem& files, const Path& file,
                      const std::function<void(std::string_view)>& header, const TakeRow& row) {
   ReadResult result;
-  std::size_t line = 0;
+  std::size_t opened = 0;
+  TableLines lines({});
   try {
     const std::string content = files.read(file);
-    line = 1;
+    opened = 1;
     if (content.empty()) throw Failure("the file is empty");
     result.onlyLineFeeds = hasOnlyLineFeeds(content);
+    lines = TableLines(content);
+    if (const auto line = lines.next()) header(*line);
     CsvFields fields;
-    bool headerSeen = false;
-    for (std::string_view rest = content; !rest.empty(); ++line) {
-      const auto text = takeLine(rest);
-      if (!text.empty() && commentSigns.find(text.front()) != std::string_view::npos) continue;
-      if (headerSeen) {
-        splitCsvLine(text, fields);
-        if (row(fields, result.rows)) ++result.rows;
+    while (const auto line = lines.next()) {
+      splitCsvLine(*line, fields);
+      if (row(fields, result.rows)) {
+        ++result.rows;
       } else {
-        header(text);
-        headerSeen = true;
+        ++result.skipped;
       }
     }
   } catch (const Failure& failure) {
-    result.stop = ReadStop{line, failure.what()};
+    result.stop = ReadStop{std::max(opened, lines.number()), failure.what()};
   } catch (const std::bad_alloc&) {
-    result.stop = ReadStop{line, "not enough memory"};
+    result.stop = ReadStop{std::max(opened, lines.number()), "not enough memory"};
   }
   return result;
 }

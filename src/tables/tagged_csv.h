@@ -45,6 +45,23 @@ inline std::string_view getCsvField(const CsvFields& fields, std::int16_t column
   return index < fields.size() ? fields[index] : std::string_view();
 }
 
+/// Goes through the lines of a table that are no comments.
+class TableLines {
+ public:
+  /// `content` outlives it.
+  explicit TableLines(std::string_view content) : rest_(content) {}
+  /// The next line without its end, or nothing behind the last one. Throws Failure for one that is
+  /// too long.
+  std::optional<std::string_view> next();
+  /// Number, from 1 and comments counted, of the line that `next` has come to; one more than there
+  /// are lines once it is at the end.
+  std::size_t number() const { return number_; }
+
+ private:
+  std::string_view rest_;
+  std::size_t number_ = 0;
+};
+
 /// Where and why a reader stopped ahead of the end of a file.
 struct ReadStop {
   std::size_t line = 0;  ///< 1-based, comment lines counted; 0: the file could not be opened
@@ -57,6 +74,7 @@ struct ReadResult {
   std::optional<ReadStop> stop;
   /// Only line feeds separate its lines, so that all of it was one line.
   bool onlyLineFeeds = false;
+  std::size_t skipped = 0;  ///< data lines that became no row
 };
 
 /// Takes a data line behind `rows` accepted ones. True if it becomes a row.

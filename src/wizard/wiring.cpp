@@ -68,8 +68,8 @@ void wireGuidedDialog(Wizard& wizard, ExportHelper& helper) {
   helper.window.onLoad = [&] { Form_Load(helper); };
   helper.nextParam.onClick = [&] { nextParam_Click(helper); };
   helper.lastParam.onClick = [&] { lastParam_Click(helper); };
-  helper.DoneParam.onClick = [&] { DoneParam_Click(helper); };
-  helper.ParamText.onKeyDown = [&](std::int16_t key) { ParamText_KeyDown(helper, key); };
+  helper.DoneParam.onClick = [&] { DoneParam_Click(wizard, helper); };
+  helper.ParamText.onKeyDown = [&](std::int16_t key) { ParamText_KeyDown(wizard, helper, key); };
 }
 
 }  // namespace

@@ -62,7 +62,8 @@ class Program:
 
     def __init__(self, path, **environment):
         import pyatspi  # only there on the private desktop does it find a bus
-        self.atspi = pyatspi
+        from gi.repository import GLib
+        self.atspi, self.loop = pyatspi, GLib.MainContext.default()
         self.process = subprocess.Popen([path], env=dict(os.environ, **environment))
         self.until("the program's window in front", lambda: self.in_front())
 
@@ -185,7 +186,29 @@ class Program:
     def status(self, part):
         """Waits for what the status line must say."""
         self.until(f"status line '{part}'", lambda: any(
-            part in a.name for a, _ in self.walk() if a.getRoleName() == "label"))
+            part in a.name for a, _ in self.walk() if a.getRoleName() == "notification"))
+
+    def listen(self):
+        """Lists from now on, as (event, role, name), what gets the focus and what comes up."""
+        heard = []
+
+        def hear(event):
+            if event.detail1 and event.host_application == self.application():
+                what = event.type.minor or event.type.major
+                heard.append((what, event.source.getRoleName(), event.source.name))
+        self.atspi.Registry.registerEventListener(
+            hear, "object:state-changed:focused", "object:state-changed:showing")
+        return heard
+
+    def hears(self, heard, what, role, part):
+        """Waits for an event; those up to it are forgotten."""
+        def came():
+            self.atspi.Registry.pumpQueuedEvents()
+            while self.loop.iteration(False):
+                pass
+            return next((i for i, (event, source, name) in enumerate(heard)
+                         if (event, source) == (what, role) and part in name), None) is not None
+        self.until(f"{what} {role} '{part}' among {heard}", came)
 
     def answer(self, title, button, part=""):
         """Waits for a message whose text has the given part, and presses its button."""

@@ -7,6 +7,8 @@ screen_reader.py PROGRAM
 import collections
 import os
 import pathlib
+import shutil
+import subprocess
 import sys
 import tempfile
 
@@ -40,7 +42,8 @@ GROUPS = [
     ("text", DEVICES, "Device names", "selected"),
     ("radio button", DEVICES, "Server", "Property"),
     ("push button", WINDOW, "Edit"),
-    ("text", ALARM, "Value normal", "mask")]
+    ("text", ALARM, "Value normal", "mask"),
+    ("push button", WINDOW, "Review")]
 CONTROLS = [(role, frame, name) for role, frame, *names in GROUPS for name in names]
 DISABLED = [("text", PROPERTY, "Number Steps :"), ("combo box", PROPERTY, "Output ArrayType :")]
 DEAD_ACUTE = 0xFE51
@@ -101,13 +104,40 @@ def dead_key(program):
     program.shows(PROPERTY, "Description", "\N{LATIN SMALL LETTER E WITH ACUTE}")
 
 
+def speaks(program):
+    """What comes without the focus is told, and no focus where there is none."""
+    heard = program.listen()
+    program.type(SERVER, "Export Name", "MAGNET")
+    program.hears(heard, "showing", "notification", "Project read: 8 properties")
+    expect("lines in focus", [], [event for event in heard if event[1] == "list item"])
+    program.type(PROPERTY, "Property Name", "A,B")
+    program.hears(heard, "showing", "notification", "The comma moves the columns")
+    program.choose(PROPERTY, "Access", "WRITE")
+
+    program.hears(heard, "focused", "list item", "WRITE")
+
+
 def expect(what, wanted, found):
     if wanted != found:
         raise AssertionError(f"{what}:\n  expected {wanted}\n  found    {found}")
 
 
+def told(*question):
+    return subprocess.check_output(["xprop", *question], text=True)
+
+
+def expect_icon():
+    """The window brings its own, whatever icon themes and plug-ins are installed."""
+    window = told("-root", "_NET_ACTIVE_WINDOW").split()[-1]
+    expect("icon", True, "Icon (48 x 48)" in told("-id", window, "_NET_WM_ICON"))
+
+
 def main(path):
     desktop.enter("1600x1200")
+    with tempfile.TemporaryDirectory(prefix="kova-") as name:
+        shutil.copytree(desktop.ROOT / "examples/MAGNET", f"{name}/MAGNET")
+        with desktop.Program(path, HOMEDRIVE=name) as program:
+            speaks(program)
     with tempfile.TemporaryDirectory(prefix="kova-") as name:
         home = pathlib.Path(name)
         (home / "fec").mkdir()
@@ -119,6 +149,7 @@ def main(path):
             script.chmod(0o755)
         with desktop.Program(path, HOMEDRIVE=name, FEC_HOME=f"{name}/fec",
                              PATH=f"{name}/bin:{os.environ['PATH']}") as program:
+            expect_icon()
             reach_all(program, find_all(program))
             dead_key(program)
             program.play(WORK)

@@ -142,11 +142,14 @@ TEST_F(Editing, ARangeStandsAheadOfTheDescriptionUnlessItIsZero) {
 }
 
 TEST_F(Editing, NamesAreCheckedInOrderAndChangeNothing) {
+  const TextField* entered = nullptr;
   const std::vector<std::pair<TextField*, std::string>> fields = {
       {&form.ExportName, "Export"}, {&form.LocalName, "Local"}, {&form.PropertyName, "Property"}};
   for (const auto& [field, name] : fields) {
+    field->takeFocus = [&entered, to = field] { entered = to; };
     form.EditCmd.click();
     EXPECT_EQ(said(), "Not a valid " + name + " Name");
+    EXPECT_EQ(entered, field);
     EXPECT_EQ(engineer.rows(), Rows{});
     type(*field, "M6");
   }
@@ -180,8 +183,12 @@ TEST_F(Editing, AValueThatDoesNotFitIsNamedAndChangesNothing) {
   toggle(form.HistoryCheck);
   const auto refuses = [&](const std::string& value, TextField& field, const std::string& text) {
     const std::string before = field.text();
+    bool selected = false;
+    field.selectAll = [&] { selected = true; };
     type(field, text);
     form.EditCmd.click();
+    EXPECT_EQ(selected, !field.onGotFocus) << value;
+    field.selectAll = {};
     EXPECT_EQ(said(), "Could not add P : " + value + " is not a valid number");
     EXPECT_EQ(engineer.rows(), Rows{});
     type(field, before);
@@ -206,8 +213,11 @@ TEST_F(Editing, AProcessIsFiveRows) {
   type(form.PropertyDescription, "ramp");
   toggle(form.ProcessCheck);
   EXPECT_TRUE(form.NumStepsText.enabled());
+  std::string selected;
+  form.NumStepsText.selectAll = [&] { selected = form.NumStepsText.text(); };
   type(form.NumStepsText, "");
   EXPECT_EQ(form.NumStepsText.text(), "1");
+  EXPECT_EQ(selected, "1");
   type(form.NumStepsText, "03");
   toggle(form.DeviceListCheck);
 
@@ -371,9 +381,11 @@ TEST_F(Editing, ADeviceListGivenUpReachesNoOtherProperty) {
   commit("A");
   EXPECT_FALSE(form.DeviceListCheck.ticked()) << "nor when it is shown by its own row";
 
+  form.PropertyList.select(1);
   giveUpList();
-  remove(1);
+  form.RemoveProperty.click();
   commit("B");
+  type(form.OutputDataSize, "1");
   type(form.PropertyName, "C");
   toggle(form.DeviceListCheck);
   EXPECT_EQ(names(), "Device 0\r\n") << "nor by a list that is made anew";

@@ -27,20 +27,6 @@ TEST_F(Entry, TellsHowManyOldBackupsItDeleted) {
   EXPECT_NE(entered("MAGNET").find(made + "."), std::string::npos) << status();
 }
 
-TEST_F(Entry, KeepsWhatDoneHasSavedInTheSameSecond) {
-  Engineer colleague(home.path());
-  colleague.start();
-  colleague.clock.now -= 100;
-  type(colleague.program.wizard.form.ExportName, "MAGNET");
-  home.write("MAGNET/history.csv", "saved by hand");
-  colleague.clock.now += 100;
-  colleague.program.wizard.form.Command1.click();
-  for (int time = 0; time < 2; ++time) entered("MAGNET");
-  EXPECT_EQ(home.read("MAGNET/history-1700000000.csv"), "saved by hand");
-  EXPECT_EQ(home.read("MAGNET/history-1700000001.csv"), home.read("MAGNET/history.csv"));
-  EXPECT_FALSE(home.has("MAGNET/history-1700000002.csv")) << "saved twice";
-}
-
 TEST_F(Entry, TellsWhereNoLineEndsInCr) {
   home.write("MAGNET/history.csv", "Index,Export Name\n1,MAGNET\n");
   const std::string sentence = " Nothing to read: no line of history.csv ends in CR.";
@@ -61,7 +47,6 @@ TEST_F(Entry, NamesTheFileWithoutABackupAndLeavesNoCopies) {
   using Folder = std::filesystem::directory_iterator;
   EXPECT_EQ(static_cast<std::size_t>(std::distance(Folder(home.path("MAGNET")), Folder())),
             example.size() + 2);
-  EXPECT_EQ(home.read("MAGNET/exports-1700000000.csv"), "of the same second");
 }
 
 TEST_F(Entry, RowsLeadOnlyToPlainNamesInTheHomeDrive) {

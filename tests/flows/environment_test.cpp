@@ -50,7 +50,7 @@ TEST_F(Values, NoTableIsCopiedInPlaceOfAnUnusableRepository) {
   engineer.environment.values = {{"FECDB", home.path("other")}};
   startWithout({"FEC_HOME"});
   define();
-  EXPECT_EQ(status(), "FEC_HOME" + lacks + "The tables are not copied.");
+  EXPECT_EQ(status(), "All tables written. FEC_HOME" + lacks + "The tables are not copied.");
 }
 
 }  // namespace

@@ -38,7 +38,8 @@ TEST_F(Status, ANewServerCountsUntilDoneHasWrittenIt) {
   }
   for (int i = 0; i < 2; ++i) form.EditCmd.click();
   EXPECT_EQ(line,
-            "Property P replaced. 1 property, 1 history row, 2 alarm watch rows, 4 device names "
+            "Property P replaced. It has a further alarm watch row; the former ones stay. 1 "
+            "property, 1 history row, 2 alarm watch rows, 4 device names "
             "not yet written.");
 
   const std::vector<std::pair<std::string, std::string>> cases = {
@@ -67,15 +68,19 @@ TEST_F(Status, AProjectThatWasReadCountsWhereItDiffers) {
   EXPECT_EQ(line,
             "Project read: 8 properties, 2 history rows, 2 alarm watch rows, 4 device names; 5 "
             "backups made.");
+  // Its history was kept when it was of another format.
+  const std::string replaced =
+      "Property FIELD replaced. Its history row keeps its first settings; those of the form are "
+      "not taken.";
   form.PropertyList.select(6);
   form.EditCmd.click();
-  EXPECT_EQ(line, "Property FIELD replaced.");
+  EXPECT_EQ(line, replaced);
   type(form.PropertyDescription, "Wanted");
   form.EditCmd.click();
-  EXPECT_EQ(line, "Property FIELD replaced. 1 property not yet written.");
+  EXPECT_EQ(line, replaced + " 1 property not yet written.");
   type(form.PropertyDescription, "Field at the probes");
   form.EditCmd.click();
-  EXPECT_EQ(line, "Property FIELD replaced.");
+  EXPECT_EQ(line, replaced);
 
   type(form.deviceNamesInputText, "PROBE.N\r\nTOP\r\nPROBE.S\r\nPROBE.W\r\nDevice 4\r\n");
   form.EditCmd.click();
@@ -100,12 +105,12 @@ TEST_F(Status, RemovalsCountUnlessTheDiskNeverHeldTheRow) {
   open("MAGNET");
   remove(5);
   remove(5);
-  EXPECT_EQ(line, "Property FIELD removed. 2 removals not yet written.");
+  EXPECT_EQ(line, "Property FIELD removed: Add puts it back. 2 removals not yet written.");
   type(form.PropertyName, "NEW");
   form.EditCmd.click();
   EXPECT_EQ(line, "Property NEW added. 1 property, 2 removals not yet written.");
   remove(6);
-  EXPECT_EQ(line, "Property NEW removed. 2 removals not yet written.");
+  EXPECT_EQ(line, "Property NEW removed: Add puts it back. 2 removals not yet written.");
 }
 
 TEST_F(Status, EachDoneTellsOnceWhatSomebodyElseHasWritten) {
@@ -126,7 +131,7 @@ TEST_F(Status, EachDoneTellsOnceWhatSomebodyElseHasWritten) {
   std::filesystem::remove(home.path("MAGNET/devices.csv"));
   form.Command1.click();
   EXPECT_TRUE(engineer.ended);
-  EXPECT_EQ(status(), kept.substr(1) + "2.csv.");
+  EXPECT_EQ(status(), "All tables written." + kept + "2.csv.");
   for (int i = 0; i < 2; ++i) said();
 }
 
@@ -139,7 +144,8 @@ TEST_F(Status, AnEntryTellsWhatItDroppedAndWhatItCouldNotRead) {
   remove(0);
   open("MAGNETS");
   EXPECT_EQ(line,
-            "7 rows dropped by the change of directory. Project read: 8 properties, 0 history "
+            "1 unwritten removal dropped by the change of directory. Project read: 8 properties, 0 "
+            "history "
             "rows, 0 alarm watch rows, 4 device names; 4 backups made. history.csv can't be read: "
             "Is a directory. Reading almwatch.csv stopped at line 2: 99999999999 is outside "
             "-2147483648 to 2147483647.")

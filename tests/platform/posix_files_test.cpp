@@ -181,6 +181,31 @@ TEST_F(PosixFiles, AFailureLeavesTheFormerContent) {
   EXPECT_EQ(folder.names(), (Names{"big", "t.csv"}));
 }
 
+TEST_F(PosixFiles, AFileThatHoldsTheBytesAlreadyStaysAndIsFlushed) {
+  folder.write("t.csv", std::string(40000, 'a'));
+  const auto stamp = files->stamp(path("t.csv"));
+  const Act same = [&] { replaceBy("t.csv", std::string(40000, 'a')); };
+  same();
+  EXPECT_EQ(files->stamp(path("t.csv")), stamp);
+  EXPECT_EQ(folder.names(), Names{"t.csv"});
+  EXPECT_TRUE(failsInChild(refusing({SYS_fsync}, EIO), same, "Input/output error"));
+  EXPECT_TRUE(failsInChild(refusing({SYS_rename}, EIO), same, "no failure"));
+  allow("t.csv", 0444);
+  EXPECT_TRUE(failsInChild(becomeNobody, same, "Permission denied"));
+  for (const std::string other : {"b", ""}) {
+    const std::string bytes = std::string(39999, 'a') + other;
+    replaceBy("t.csv", bytes);
+    EXPECT_EQ(folder.read("t.csv"), bytes);
+  }
+  const auto output = files->create(path("t.csv"));
+  output->write("of the wizard");
+  folder.write("t.csv", "of the wizard");
+  output->flush();
+  folder.write("t.csv", "somebody's");
+  output->close();
+  EXPECT_EQ(folder.read("t.csv"), "of the wizard");
+}
+
 TEST_F(PosixFiles, LeftoversAreUsedAgainAndLocksRespected) {
   for (const char* name : {".t.csv.kova~1", ".t.csv.kova~2"})
     folder.write(name, "left by a killed run");
@@ -233,9 +258,12 @@ TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
     allow(name, mode);
   };
   const auto expectCopy = [&](const Act& prepare, const std::string& from, mode_t mode) {
-    const Act copy = [&] { files->copy(path(from), path("to")); };
+    std::filesystem::remove(folder.path("fresh"));
+    const Act copy = [&] {
+      for (const char* to : {"to", "fresh"}) files->copy(path(from), path(to));
+    };
     EXPECT_TRUE(failsInChild(prepare, copy, "no failure")) << from;
-    EXPECT_EQ(modeOf("to"), S_IFREG | mode) << from;
+    for (const char* to : {"to", "fresh"}) EXPECT_EQ(modeOf(to), S_IFREG | mode) << to << from;
   };
   original("group", 0660);
   expectCopy([] {}, "group", 0660);
@@ -244,27 +272,29 @@ TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
   EXPECT_EQ(state.st_uid, 65534U);
   EXPECT_EQ(state.st_gid, 1234U);
   expectCopy(becomeNobody, "group", 0600);
-  original("all", 0664);
-  expectCopy(becomeNobody, "all", 0604);
-  original("all but the group", 0604);
-  expectCopy(becomeNobody, "all but the group", 0600);
+  for (const auto& [mode, kept] : {std::pair(0664U, 0604U), std::pair(0604U, 0600U)}) {
+    original("others", mode);
+    expectCopy(becomeNobody, "others", kept);
+  }
 
   original("list", 0644);
   if (!setList("list", accessListName)) GTEST_SKIP() << "no access lists";
   expectCopy([] {}, "list", 0640);
-  EXPECT_TRUE(hasList("to"));
+  EXPECT_TRUE(hasList("to") && hasList("fresh"));
   expectCopy(refusing({SYS_fsetxattr}, ENOTSUP), "list", 0600);
   expectCopy(becomeNobody, "list", 0600);
-  const std::string to = folder.path("to");
-  EXPECT_EQ(::getxattr(to.c_str(), accessListName, nullptr, 0), -1);
+  const auto expectNoList = [&](const std::string& to) {
+    EXPECT_EQ(::getxattr(folder.path(to).c_str(), accessListName, nullptr, 0), -1) << to;
+  };
+  expectNoList("to");
   ASSERT_TRUE(setList(".", newFilesListName));
   expectCopy([] {}, "group", 0660);
-  EXPECT_EQ(::getxattr(to.c_str(), accessListName, nullptr, 0), -1);
+  for (const char* to : {"to", "fresh"}) expectNoList(to);
 }
 
 TEST_F(PosixFiles, RightsThatCannotBeChosenAreNoFailure) {
   folder.write("from", "bytes");
-  for (const unsigned error : {EPERM, EOPNOTSUPP, ENOSYS}) {
+  for (const unsigned error : std::vector<unsigned>{EPERM, EOPNOTSUPP, ENOSYS}) {
     const Act mount = refusing({SYS_fchmod, SYS_fchown, SYS_utimensat}, error);
     const Act work = [&] {
       files->copy(path("from"), path("to"));
@@ -329,10 +359,10 @@ TEST_F(PosixFiles, OnlyHiddenFilesThatNobodyHoldsAreRemoved) {
   const std::string longest(255, 'x');
   folder.write("from", "");
   const Act killed = [&] {
-    files->create(path(longest)).release();
-    files->create(path("t.csv")).release();
+    static_cast<void>(files->create(path(longest)).release());
+    static_cast<void>(files->create(path("t.csv")).release());
     refusing({SYS_unlink}, EIO)();
-    refusing({SYS_rename}, EIO)();
+    refusing({SYS_rename, SYS_linkat}, EIO)();
     files->copy(path("from"), path("to"));
   };
   EXPECT_TRUE(failsInChild([] {}, killed, "Input/output error"));

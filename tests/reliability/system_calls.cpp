@@ -150,6 +150,13 @@ int renameat2(int a, const char* from, int b, const char* to, unsigned flags) no
   if (strikes(noted)) return fail();
   return keep(noted, pass("renameat2", a, from, b, to, flags), to);
 }
+int linkat(int from, const char* path, int to, const char* name, int flags) noexcept {
+  // Of a file without a name, which is known by its number alone.
+  const std::string number = std::string(path).substr(std::string_view(path).rfind('/') + 1);
+  SystemCalls::Call* const noted = note("linkat", number.empty() ? from : std::stoi(number));
+  if (strikes(noted)) return fail();
+  return keep(noted, pass("linkat", from, path, to, name, flags), name);
+}
 int unlink(const char* path) noexcept {
   return call("unlink", path);
 }

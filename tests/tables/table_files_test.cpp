@@ -45,8 +45,8 @@ class TableFiles : public ::testing::Test {
   ReplaceFile put = [&](const Path& target, std::string_view content) {
     replace(*files, target, content);
   };
-  HistoryTable history{static_cast<std::size_t>(tableRows)};
-  AlarmTable alarms{static_cast<std::size_t>(tableRows)};
+  HistoryTable history;
+  AlarmTable alarms;
   std::int16_t historyCount = 0;
   std::int16_t alarmCount = 0;
 };

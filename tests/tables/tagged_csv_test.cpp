@@ -71,10 +71,10 @@ TEST(TaggedCsv, LinesAndStops) {
       return first != "skipped";
     };
     const auto header = [&](std::string_view line) { seen.append(line).append(":"); };
-    const auto [rows, stop, onlyLineFeeds] = readTable(*files, {folder.path("t.csv")}, header, row);
+    const ReadResult read = readTable(*files, {folder.path("t.csv")}, header, row);
     EXPECT_EQ(seen, lines) << content;
-    EXPECT_EQ(stop ? stop->line : 0, stopLine) << content;
-    EXPECT_EQ(onlyLineFeeds, content == "h\na\nb") << content;
+    EXPECT_EQ(read.stop ? read.stop->line : 0, stopLine) << content;
+    EXPECT_EQ(read.onlyLineFeeds, content == "h\na\nb") << content;
   };
   expectLines("", "", 1);
   expectLines("\r\n", ":", 0);

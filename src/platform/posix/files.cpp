@@ -57,9 +57,20 @@ bool shareBytes(const Descriptor& from, const Descriptor& to, off_t size) {
 void copyBytes(const Descriptor& from, const Descriptor& to, off_t size) {
   if (size > static_cast<off_t>(readAhead) && shareBytes(from, to, size)) return;
   std::string buffer(std::min(static_cast<std::size_t>(size) + 1, readAhead), '\0');
+  off_t copied = 0;
   while (const std::size_t count = readSome(from, buffer.data(), buffer.size())) {
     posix::writeAll(to, {buffer.data(), count});
+    copied += static_cast<off_t>(count);
+    // There was room for more than that.
+    if (copied == size && count < buffer.size()) return;
   }
+}
+
+// Bytes, times and rights of `from`, whose state is known.
+void fillCopy(const Descriptor& from, const struct stat& state, const Descriptor& to) {
+  copyBytes(from, to, state.st_size);
+  posix::keepRightsOrFewer(posix::rightsOf(state, from), to);
+  posix::keepTimes(state, to);
 }
 
 bool isPlainFile(int folder, const dirent& entry) {
@@ -95,10 +106,30 @@ std::unique_ptr<posix::HiddenFile> hiddenCopy(const Path& from, const Path& to) 
   struct stat state {};
   const Descriptor source = openPlainFile(from.native, state);
   auto hidden = std::make_unique<posix::HiddenFile>(to.parent(), from.leaf());
-  copyBytes(source, hidden->descriptor(), state.st_size);
-  posix::keepRightsOrFewer(posix::rightsOf(state, source), hidden->descriptor());
-  posix::keepTimes(state, hidden->descriptor());
+  fillCopy(source, state, hidden->descriptor());
   return hidden;
+}
+
+// Gives a file without a name its first one, `name`; false if there is an entry of that name or if
+// this system or account can't do so.
+bool giveName(const Descriptor& file, const std::string& name) {
+  if (::linkat(file.number(), "", AT_FDCWD, name.c_str(), AT_EMPTY_PATH) == 0) return true;
+  if (errno == EEXIST) return false;
+  const std::string number = "/proc/self/fd/" + std::to_string(file.number());
+  return ::linkat(AT_FDCWD, number.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+}
+
+// A copy that has no name until it is whole, so that it takes neither a hidden name nor a lock and
+// a killed run leaves nothing of it. False if that is not possible here or if `to` is taken.
+bool copyWithoutHiddenName(const Path& from, const Path& to) {
+  struct stat state {};
+  const Descriptor source = openPlainFile(from.native, state);
+  // Nobody else can open it, so that it may have the mode of the source from the start.
+  constexpr int flags = O_TMPFILE | O_RDWR | O_CLOEXEC;
+  const Descriptor copy(::open(to.parent().native.c_str(), flags, state.st_mode & 0777U));
+  if (!copy.open()) return false;
+  fillCopy(source, state, copy);
+  return giveName(copy, to.native);
 }
 
 Descriptor openFolder(const Path& folder) {
@@ -121,7 +152,7 @@ void flushIfReadable(const Path& file) {
 }
 
 bool isNotPossibleHere(int error) {
-  return error == EINVAL || error == ENOSYS || error == ENOTSUP || error == EOPNOTSUPP;
+  return error == EINVAL || error == ENOSYS || error == ENOTSUP;
 }
 
 // One flush for all tells nothing to the program behind a FUSE mount, and succeeds all the same.
@@ -190,6 +221,7 @@ class PosixFileSystem final : public FileSystem {
   }
 
   void copy(const Path& from, const Path& to) override {
+    if (copyWithoutHiddenName(from, to)) return;
     const auto hidden = hiddenCopy(from, to);
     struct stat state {};
     const bool replaces = ::lstat(to.native.c_str(), &state) == 0;

@@ -5,10 +5,13 @@
 #include <sys/file.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <system_error>
+#include <tuple>
+#include <utility>
 
 #include "platform/hidden_name.h"
 #include "platform/posix/rights.h"
@@ -101,6 +104,34 @@ void removeIfLeft(const std::string& hidden) {
   if (state && S_ISREG(state->st_mode) && state->st_nlink == 1) ::unlink(hidden.c_str());
 }
 
+bool isSameState(const std::optional<struct stat>& one, const std::optional<struct stat>& other) {
+  const auto facts = [](const struct stat& state) {
+    return std::tuple(state.st_dev, state.st_ino, state.st_size, state.st_mtim.tv_sec,
+                      state.st_mtim.tv_nsec);
+  };
+  return one && other && facts(*one) == facts(*other);
+}
+
+// From the beginning of `read` on, which nobody has read from. What can't be read is no equal.
+bool holdSameBytes(const Descriptor& written, const Descriptor& read) {
+  std::array<char, 16384> mine{};
+  std::array<char, mine.size()> theirs{};
+  for (off_t place = 0;;) {
+    const auto count = ::pread(written.number(), mine.data(), mine.size(), place);
+    if (count < 0 || ::read(read.number(), theirs.data(), theirs.size()) != count) return false;
+    if (count == 0) return true;
+    if (!std::equal(mine.begin(), mine.begin() + count, theirs.begin())) return false;
+    place += count;
+  }
+}
+
+// The file `name` if it holds the same bytes as `written`.
+Descriptor openIfEqual(const std::string& name, const Descriptor& written) {
+  constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+  Descriptor file(uninterrupted(::open, name.c_str(), flags));
+  return file.open() && holdSameBytes(written, file) ? std::move(file) : Descriptor();
+}
+
 class PosixOutputFile final : public OutputFile {
  public:
   PosixOutputFile(const Path& target, mode_t newFileMode)
@@ -114,26 +145,40 @@ class PosixOutputFile final : public OutputFile {
   }
 
   void flush() override {
-    const Descriptor& file = hidden_.descriptor();
-    if (const auto former = plainFileState(target_)) {
-      keepRights(rightsOf(*former, target_), file);
-    } else {
-      setNewMode(file, newFileMode_);
-    }
-    checked(::fsync, file.number());
+    former_ = plainFileState(target_);
+    const Descriptor equal = former_ ? openIfEqual(target_, hidden_.descriptor()) : Descriptor();
+    targetStays_ = equal.open();
+    if (!targetStays_) takeRights();
+    // Whoever has written the file that stays may not have flushed it.
+    checked(::fsync, targetStays_ ? equal.number() : hidden_.descriptor().number());
     flushed_ = true;
   }
 
   void close() override {
+    if (targetStays_ && !isSameState(former_, plainFileState(target_))) flushed_ = false;
     if (!flushed_) flush();
-    hidden_.takePlaceOf(target_);
+    if (targetStays_) {
+      hidden_.remove();
+    } else {
+      hidden_.takePlaceOf(target_);
+    }
     hidden_.removeLeftovers();
   }
 
  private:
+  void takeRights() const {
+    if (former_) {
+      keepRights(rightsOf(*former_, target_), hidden_.descriptor());
+    } else {
+      setNewMode(hidden_.descriptor(), newFileMode_);
+    }
+  }
+
   std::string target_;
   mode_t newFileMode_;
   HiddenFile hidden_;
+  std::optional<struct stat> former_;  ///< of the target, at the flush
+  bool targetStays_ = false;           ///< since it holds what was written already
   bool flushed_ = false;
 };
 
@@ -158,7 +203,12 @@ HiddenFile::HiddenFile(const Path& folder, std::string_view leaf)
 }
 
 HiddenFile::~HiddenFile() {
-  if (descriptor_.open() && !placed_) ::unlink(name(number_).c_str());
+  if (descriptor_.open() && !gone_) remove();
+}
+
+void HiddenFile::remove() {
+  ::unlink(path().c_str());
+  gone_ = true;
 }
 
 int HiddenFile::take(int number) {
@@ -204,14 +254,14 @@ void HiddenFile::close() const {
 void HiddenFile::takePlaceOf(const std::string& target) {
   close();
   checked(::rename, path().c_str(), target.c_str());
-  placed_ = true;
+  gone_ = true;
 }
 
 bool HiddenFile::takeFreePlace(const std::string& target) {
   close();
   constexpr unsigned replaceNothing = RENAME_NOREPLACE;
   if (::renameat2(AT_FDCWD, path().c_str(), AT_FDCWD, target.c_str(), replaceNothing) == 0) {
-    return placed_ = true;
+    return gone_ = true;
   }
   if (errno == EEXIST) return false;
   // Some file systems can't do both at once.

@@ -29,6 +29,8 @@ class HiddenFile {
   const Descriptor& descriptor() const { return descriptor_; }
   /// Where it stands.
   std::string path() const { return name(number_); }
+  /// Takes it away ahead of the object.
+  void remove();
   /// Renames the file to `target`, which it replaces.
   void takePlaceOf(const std::string& target);
   /// Renames the file to `target`; false if there is an entry of that name.
@@ -45,7 +47,7 @@ class HiddenFile {
   std::string stem_;
   int number_ = 0;
   Descriptor descriptor_;
-  bool placed_ = false;
+  bool gone_ = false;  ///< from its hidden name
 };
 
 /// Length of the longest name in `folder`, in bytes; nothing if there is no limit.

@@ -17,11 +17,11 @@ constexpr mode_t ownPermissions = 0700;
 // Network shares and foreign file systems have owners and modes of their own, which nobody but
 // their mount can choose.
 bool meansNotHere(int error) {
-  return error == EPERM || error == ENOTSUP || error == EOPNOTSUPP || error == ENOSYS;
+  return error == EPERM || error == ENOTSUP || error == ENOSYS;
 }
 
 bool meansNoList(int error) {
-  return error == ENODATA || error == ENOTSUP || error == EOPNOTSUPP || error == ENOSYS;
+  return error == ENODATA || error == ENOTSUP || error == ENOSYS;
 }
 
 // `get` is getxattr or fgetxattr on the file.
@@ -53,9 +53,8 @@ bool give(const Descriptor& file, uid_t owner, gid_t group) {
 }
 
 // True if the file has the group afterwards.
-bool keepOwner(const Rights& rights, const Descriptor& file) {
+bool keepOwner(const Rights& rights, const Descriptor& file, const struct stat& state) {
   constexpr auto same = static_cast<uid_t>(-1);
-  const struct stat state = stateOf(file);
   const bool groupIsKept = state.st_gid == rights.group || give(file, same, rights.group);
   if (state.st_uid != rights.owner) give(file, rights.owner, same);
   return groupIsKept;
@@ -101,19 +100,21 @@ Rights rightsOf(const struct stat& state, const Descriptor& file) {
 }
 
 void keepRights(const Rights& rights, const Descriptor& file) {
-  keepOwner(rights, file);
+  keepOwner(rights, file, stateOf(file));
   if (const int error = keepAccessList(rights, file)) fail(error);
   if (const int error = changeMode(file, rights.mode)) fail(error);
 }
 
 void keepRightsOrFewer(const Rights& rights, const Descriptor& copy) {
-  const bool groupIsKept = keepOwner(rights, copy);
+  const struct stat made = stateOf(copy);
+  const bool groupIsKept = keepOwner(rights, copy, made);
   const bool hasList = !rights.accessList || !rights.accessList->empty();
   mode_t mode = rights.mode & permissions;
   if (!groupIsKept) mode = withoutGroup(mode);
   // A list speaks of the group as well: without the one the other is not kept either.
   if ((hasList && !groupIsKept) || keepAccessList(rights, copy) != 0) mode &= ownPermissions;
-  setNewMode(copy, mode);
+  // A list brings a mode of its own.
+  if (hasList || (made.st_mode & 07777U) != mode) setNewMode(copy, mode);
 }
 
 void setNewMode(const Descriptor& file, mode_t mode) {

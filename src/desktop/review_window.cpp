@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/review_window.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QScreen>
+
+namespace kova {
+namespace {
+
+constexpr int pause = 150;  // milliseconds behind the last act, so that typing is not slowed down
+constexpr QSize charactersAndLines(130, 32);
+
+}  // namespace
+
+ReviewWindow::ReviewWindow(Wizard& wizard, const CodePage& codePage,
+                           const std::function<void(const std::string&)>& chosen)
+    : wizard_(wizard),
+      codePage_(codePage),
+      writing_(new ReviewPageView(codePage, chosen)),
+      findings_(new ReviewPageView(codePage, chosen)),
+      backups_(new ReviewPageView(codePage, chosen)),
+      restoreSet_(new QPushButton(QStringLiteral("&Restore set ..."))),
+      restoreFile_(new QPushButton(QStringLiteral("Restore this f&ile ..."))) {
+  setObjectName(QStringLiteral("review"));
+  setWindowTitle(QStringLiteral("Review"));
+  // The program ends with the wizard's own windows.
+  setAttribute(Qt::WA_QuitOnClose, false);
+  setDocumentMode(true);
+  addTab(writing_, QStringLiteral("&What Done will write"));
+  addTab(findings_, QStringLiteral("&Findings"));
+  addTab(backups_, QStringLiteral("&Backups"));
+  auto* buttons = new QWidget;
+  auto* row = new QHBoxLayout(buttons);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addStretch(1);
+  row->addWidget(restoreFile_);
+  row->addWidget(restoreSet_);
+  backups_->addBelow(buttons);
+  backups_->moved = [this] { offerRestoring(); };
+  connect(restoreSet_, &QPushButton::clicked, this, [this] { restoreSet(false); });
+  connect(restoreFile_, &QPushButton::clicked, this, [this] { restoreSet(true); });
+  connect(this, &QTabWidget::currentChanged, this, &ReviewWindow::refresh);
+  soon_.setSingleShot(true);
+  connect(&soon_, &QTimer::timeout, this, &ReviewWindow::refresh);
+  const QFontMetrics font = fontMetrics();
+  const QSize wanted(charactersAndLines.width() * font.averageCharWidth(),
+                     charactersAndLines.height() * font.lineSpacing());
+  resize(wanted.boundedTo(screen()->availableSize()));
+  offerRestoring();
+}
+
+void ReviewWindow::open() {
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  show();
+  raise();
+  activateWindow();
+  refresh();
+}
+
+void ReviewWindow::follow() {
+  if (isVisible()) soon_.start(pause);
+}
+
+void ReviewWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {
+    close();
+  } else {
+    QTabWidget::keyPressEvent(event);
+  }
+}
+
+/// What is on disk may have changed while the window was behind others.
+void ReviewWindow::changeEvent(QEvent* event) {
+  QTabWidget::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) refresh();
+}
+
+void ReviewWindow::refresh() {
+  soon_.stop();
+  if (!isVisible()) return;
+  if (currentWidget() == backups_) return refreshBackups();
+  const ReviewOfDone review = reviewDone(wizard_, codePage_);
+  writing_->show(review.writing);
+  findings_->show(review.findings);
+}
+
+void ReviewWindow::refreshBackups() {
+  sets_ = backupSetsOf(wizard_);
+  backups_->show(reviewBackups(wizard_, sets_));
+}
+
+void ReviewWindow::offerRestoring() {
+  const bool isSet = backups_->currentGroup() >= 0;
+  restoreSet_->setEnabled(isSet);
+  restoreFile_->setEnabled(isSet && backups_->currentLine() >= 0);
+}
+
+void ReviewWindow::restoreSet(bool fileOnly) {
+  BackupSet set = sets_.at(static_cast<std::size_t>(backups_->currentGroup()));
+  if (fileOnly) {
+    set.files = {set.files.at(static_cast<std::size_t>(backups_->currentLine()))};
+  }
+  restoreIfWanted(wizard_, set);
+  refreshBackups();
+}
+
+}  // namespace kova

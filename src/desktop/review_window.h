@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+// The review: what Done will write, findings, and backups. A window of its own that follows the
+// form.
+#pragma once
+
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTimer>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "desktop/review_page_view.h"
+
+namespace kova {
+
+class ReviewWindow : public QTabWidget {
+ public:
+  /// `chosen` gets the property of a line that the engineer wants to see in the form. The wizard
+  /// outlives the window.
+  ReviewWindow(Wizard& wizard, const CodePage& codePage,
+               const std::function<void(const std::string&)>& chosen);
+
+  /// Shows the window in front of the others.
+  void open();
+  /// Something in the wizard may have changed: shows it soon, if the window is on screen.
+  void follow();
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void refresh();
+  void refreshBackups();
+  void offerRestoring();
+  void restoreSet(bool fileOnly);
+
+  Wizard& wizard_;
+  const CodePage& codePage_;
+  std::vector<BackupSet> sets_;
+  ReviewPageView* writing_;
+  ReviewPageView* findings_;
+  ReviewPageView* backups_;
+  QPushButton* restoreSet_;
+  QPushButton* restoreFile_;
+  QTimer soon_;
+};
+
+}  // namespace kova

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/spoken_line.h"
+
+#include <QAccessibleWidget>
+#include <algorithm>
+
+#include "desktop/text_seam.h"
+
+namespace kova {
+namespace {
+
+/// Of what comes up without the focus, screen readers speak notifications alone.
+QAccessibleInterface* describe(const QString& /*className*/, QObject* object) {
+  auto* line = dynamic_cast<SpokenLine*>(object);
+  return line == nullptr ? nullptr : new QAccessibleWidget(line, QAccessible::Notification);
+}
+
+}  // namespace
+
+SpokenLine::SpokenLine(QWidget* parent) : QLabel(parent) {
+  QAccessible::installFactory(&describe);
+  setTextFormat(Qt::PlainText);
+  setWordWrap(true);
+  setAlignment(Qt::AlignLeft | Qt::AlignTop);
+}
+
+int SpokenLine::heightForWidth(int width) const {
+  constexpr int lines = 2;
+  const QMargins edges = contentsMargins();
+  const int least = lines * fontMetrics().lineSpacing() + edges.top() + edges.bottom();
+  return std::max(QLabel::heightForWidth(width), least);
+}
+
+void SpokenLine::say(const QString& sentence) {
+  if (sentence == text()) return;
+  setText(sentence);
+  setToolTip(toToolTip(sentence));
+  setAccessibleName(sentence);
+  if (sentence.isEmpty() || !QAccessible::isActive()) return;
+  QAccessibleEvent shown(this, QAccessible::ObjectShow);
+  QAccessible::updateAccessibility(&shown);
+}
+
+}  // namespace kova

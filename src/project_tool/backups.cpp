@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include "review/backup_sets.h"
+
+#include "project_tool/diff_text.h"
+
+namespace kova {
+namespace {
+
+Path folderOf(const Tool& tool, const std::string& text) {
+  Path folder = tool.machine.files->path(text);
+  if (!tool.machine.files->folderExists(folder)) throw Failure("there is no such directory");
+  return folder;
+}
+
+BackupSet chosenSet(const Tool& tool, const Path& folder, const RestoreOptions& options) {
+  const auto set = findBackupSet(backupSets(*tool.machine.files, folder), options.stamp);
+  if (!set) throw Failure("there are no backups of " + std::to_string(options.stamp));
+  return partOf(*set, options.files);
+}
+
+void printList(const Tool& tool, const char* title, const std::vector<std::string>& names) {
+  for (const std::string& name : names) tool.out << title << ' ' << name << '\n';
+}
+
+}  // namespace
+
+Ending backups(const Tool& tool, const std::string& directory) {
+  const Path folder = folderOf(tool, tool.wizardText(directory));
+  const std::int32_t now = tool.machine.clock->unixTime();
+  for (const BackupSet& set : backupSets(*tool.machine.files, folder)) {
+    tool.out << set.first << "  " << localTime(set.first) << "  " << ageText(set.first, now)
+             << " ago\n";
+    for (const BackedUpFile& file : set.files) {
+      tool.out << "  " << file.name << ", " << file.bytes << " bytes\n";
+    }
+  }
+  return Ending::nothingFound;
+}
+
+Ending restore(const Tool& tool, const RestoreOptions& options) {
+  const std::string text = tool.wizardText(options.directory);
+  const Path folder = folderOf(tool, text);
+  const BackupSet set = chosenSet(tool, folder, options);
+  if (options.dryRun) {
+    const FileSystem& files = *tool.machine.files;
+    const ProjectFiles after = filesOf(files, folder, set);
+    ProjectFiles before = projectFiles(files, folder);
+    std::erase_if(before, [&](const auto& file) { return !after.contains(file.first); });
+    for (const FileDifference& file : compareProjects(before, after)) printDifference(tool, file);
+    return Ending::nothingFound;
+  }
+  const Restored restored = restore(tool.machine.platform(), text, set);
+  printList(tool, "restored", restored.files);
+  printList(tool, "kept as", restored.kept);
+  if (restored.failure.empty()) return Ending::nothingFound;
+  printList(tool, "not restored", restored.missing);
+  tool.complain(restored.failure);
+  return Ending::notDone;
+}
+
+}  // namespace kova

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "project_tool/diff_text.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "review/backup_sets.h"
+
+namespace kova {
+namespace {
+
+struct States {
+  ProjectFiles before;
+  ProjectFiles after;
+};
+
+bool isStamp(const std::string& text) {
+  constexpr std::size_t longestStamp = 10;
+  return !text.empty() && text.size() <= longestStamp &&
+         std::all_of(text.begin(), text.end(),
+                     [](unsigned char digit) { return std::isdigit(digit) != 0; });
+}
+
+/// What a set holds, and what is there of its files now.
+States sinceBackups(const Tool& tool, const Path& folder, const std::string& stamp) {
+  const FileSystem& files = *tool.machine.files;
+  const auto sets = backupSets(files, folder);
+  if (sets.empty()) throw Failure(folder.native + " has no backups");
+  const auto set = stamp.empty()
+                       ? std::optional(sets.front())
+                       : findBackupSet(sets, static_cast<std::int32_t>(std::stoll(stamp)));
+  if (!set) throw Failure("there are no backups of " + stamp);
+  States states{filesOf(files, folder, *set), projectFiles(files, folder)};
+  std::erase_if(states.after,
+                [&](const auto& file) { return !states.before.contains(file.first); });
+  return states;
+}
+
+Path folderOf(const Tool& tool, const std::string& directory) {
+  Path folder = tool.machine.files->path(tool.wizardText(directory));
+  if (tool.machine.files->folderExists(folder)) return folder;
+  throw Failure(directory + ": there is no such directory");
+}
+
+}  // namespace
+
+void printDifference(const Tool& tool, const FileDifference& file) {
+  tool.out << mark(file.sign) << ' ' << file.name << '\n';
+  for (const RowChange& row : file.rows) {
+    tool.out << "  " << mark(row.sign) << ' ' << tool.shown(textOf(row)) << '\n';
+  }
+  for (const std::string& sentence : file.form) {
+    tool.out << "  " << (file.rows.empty() ? "form only: " : "form: ") << tool.shown(sentence)
+             << '\n';
+  }
+}
+
+Ending diff(const Tool& tool, const DiffOptions& options) {
+  const FileSystem& files = *tool.machine.files;
+  const Path folder = folderOf(tool, options.directory);
+  const bool isOlder =
+      options.other.empty() || (isStamp(options.other) && !files.folderExists(Path{options.other}));
+  const States states = isOlder ? sinceBackups(tool, folder, options.other)
+                                : States{projectFiles(files, folder),
+                                         projectFiles(files, folderOf(tool, options.other))};
+  const auto differences = compareProjects(states.before, states.after);
+  for (const FileDifference& file : differences) printDifference(tool, file);
+  return differences.empty() ? Ending::nothingFound : Ending::somethingFound;
+}
+
+}  // namespace kova

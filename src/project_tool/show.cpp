@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+#include "editing/range_prefix.h"
+#include "project_tool/json.h"
+#include "review/project_reading.h"
+#include "tables/number_text.h"
+#include "tables/row_rules.h"
+
+namespace kova {
+namespace {
+
+/// A project as JSON. Texts of tables are typed texts, so they stay texts where they mean numbers.
+class JsonProject {
+ public:
+  JsonProject(const Tool& tool, const ProjectReading& project) : tool_(tool), project_(project) {}
+
+  Json document(const std::string& directory) const {
+    Json document = {{"version", formatVersion}, {"directory", directory}, {"server", server()}};
+    document["properties"] = list(project_.properties.rows);
+    document["history"] = list(project_.history.rows);
+    document["alarms"] = list(project_.alarms.rows);
+    document["stops"] = stops();
+    return document;
+  }
+
+ private:
+  std::string text(const std::string& text) const { return tool_.codePage.toUtf8(text); }
+
+  template <class Rows>
+  Json list(const Rows& rows) const {
+    Json all = Json::array();
+    for (const auto& row : rows) all.push_back(json(row));
+    return all;
+  }
+
+  Json names(const DeviceNames& names) const {
+    Json all = Json::array();
+    for (const std::string& name : names) all.push_back(text(name));
+    return all;
+  }
+
+  Json server() const {
+    if (project_.properties.rows.empty()) return nullptr;
+    const PropertyRecord& last = project_.properties.rows.back();
+    return {{"exportName", text(last.exportName)},
+            {"localName", text(storedLocalName(last.localName))},
+            {"devices", text(last.numModules)},
+            {"deviceNames", names(project_.devices.rows)}};
+  }
+
+  Json range(const DescriptionParts& parts) const {
+    if (!parts.hasPrefix) return nullptr;
+    return {{"minimum", text(parts.minimum.value_or(std::string()))},
+            {"maximum", text(parts.maximum.value_or(std::string()))},
+            {"units", text(parts.units)}};
+  }
+
+  Json json(const PropertyRecord& row) const {
+    const DescriptionParts parts = takeApart(row.description);
+    return {{"exportName", text(row.exportName)},
+            {"localName", text(row.localName)},
+            {"property", text(row.propertyName)},
+            {"outputSize", text(row.outputSize)},
+            {"outputFormat", text(row.outputFormat)},
+            {"inputSize", text(row.inputSize)},
+            {"inputFormat", text(row.inputFormat)},
+            {"access", text(row.access)},
+            {"devices", text(row.numModules)},
+            {"range", range(parts)},
+            {"description", text(parts.rest)},
+            {"steps", text(row.numSteps)},
+            {"deviceNames", row.hasDeviceList ? names(row.devices) : Json(nullptr)}};
+  }
+
+  Json json(const HistoryRecord& row) const {
+    return {{"index", row.index},
+            {"exportName", text(row.exportName)},
+            {"localName", text(row.localName)},
+            {"property", text(row.propertyName)},
+            {"device", text(row.device)},
+            {"dataLength", row.dataLength},
+            {"format", text(row.format)},
+            {"heartbeat", row.heartbeat},
+            {"pollingRate", row.pollingRate},
+            {"archiveRate", row.archiveRate},
+            {"tolerance", text(row.tolerance)},
+            {"shortDepth", row.shortDepth},
+            {"longDepth", row.longDepth}};
+  }
+
+  Json json(const AlarmWatchRecord& row) const {
+    return {{"localName", text(row.localName)},
+            {"property", text(row.propertyName)},
+            {"device", text(row.device)},
+            {"size", row.size},
+            {"format", text(row.format)},
+            {"severity", row.severity},
+            {"alarmSystem", row.alarmSystem},
+            {"high", row.high},
+            {"low", row.low},
+            {"highWarn", row.highWarn},
+            {"lowWarn", row.lowWarn},
+            {"mask", text(row.mask)},
+            {"normal", text(row.normal)}};
+  }
+
+  Json stops() const {
+    Json all = Json::array();
+    const auto add = [&](std::string_view file, const ReadResult& result) {
+      if (!result.stop || result.stop->line == 0) return;
+      all.push_back(
+          {{"file", file}, {"line", result.stop->line}, {"reason", text(result.stop->reason)}});
+    };
+    add(exportsFileName, project_.properties.result);
+    add(historyFileName, project_.history.result);
+    add(alarmFileName, project_.alarms.result);
+    add(project_.devicesFile, project_.devices.result);
+    return all;
+  }
+
+  const Tool& tool_;
+  const ProjectReading& project_;
+};
+
+/// A table of columns and their texts, as its file has them, one row a paragraph.
+void printRows(const Tool& tool, const ProjectReading& project, std::string_view file,
+               std::size_t count) {
+  const TableText& table = project.table(file);
+  tool.out << '\n' << file << ": " << count << (count == 1 ? " row\n" : " rows\n");
+  for (const TextRow& row : table.rows) {
+    if (count-- == 0) break;
+    tool.out << "  line " << row.line << ':';
+    for (const ColumnFacts& column : columnsOf(table.kind)) {
+      const std::string_view text = table.text(row, column.tag);
+      if (column.kind == FieldKind::made || text.empty()) continue;
+      tool.out << ' ' << column.tag << '=' << tool.shown(std::string(text));
+    }
+    tool.out << '\n';
+  }
+}
+
+void printNames(const Tool& tool, const std::string& title, const DeviceNames& names) {
+  tool.out << '\n' << title << ":\n";
+  for (std::size_t device = 0; device < names.size(); ++device) {
+    tool.out << "  " << device << ' ' << tool.shown(names[device]) << '\n';
+  }
+}
+
+void printText(const Tool& tool, const ProjectReading& project) {
+  if (project.properties.rows.empty()) {
+    tool.out << "No property\n";
+    return;
+  }
+  const PropertyRecord& last = project.properties.rows.back();
+  tool.out << "Server " << tool.shown(last.exportName) << ", local name "
+           << tool.shown(storedLocalName(last.localName)) << ", "
+           << plainNumberText(textValue(last.numModules)) << " devices\n";
+  if (project.devices.result.rows > 0) printNames(tool, "Devices", project.devices.rows);
+  printRows(tool, project, exportsFileName, project.properties.rows.size());
+  printRows(tool, project, historyFileName, project.history.rows.size());
+  printRows(tool, project, alarmFileName, project.alarms.rows.size());
+  for (const PropertyRecord& row : project.properties.rows) {
+    if (!row.hasDeviceList) continue;
+    printNames(tool, "Devices of " + tool.shown(row.propertyName), row.devices);
+  }
+}
+
+}  // namespace
+
+Ending show(const Tool& tool, const ShowOptions& options) {
+  const ProjectReading project =
+      readProject(*tool.machine.files, tool.wizardText(options.directory), tool.codePage);
+  if (options.format == "json") {
+    print(tool, JsonProject(tool, project).document(options.directory));
+  } else {
+    printText(tool, project);
+  }
+  return Ending::nothingFound;
+}
+
+}  // namespace kova

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#include "project_tool/tool.h"
+
+namespace kova {
+
+std::string Tool::wizardText(const std::string& native) const {
+  std::string text = codePage.fromNative(native);
+  if (codePage.toNative(text) != native) {
+    throw Failure("the name has characters that " + codePage.name() + " lacks");
+  }
+  while (text.size() > 1 && text.back() == pathSeparator) text.pop_back();
+  return text;
+}
+
+void Tool::complain(const std::string& what) const {
+  errors << "kova-project: " << what << '\n';
+}
+
+}  // namespace kova

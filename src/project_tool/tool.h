@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+// What the commands of kova-project have in common.
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "platform/code_page.h"
+#include "platform/machine.h"
+
+namespace kova {
+
+/// How a command ends; the meaning is that of the tools that it stands beside.
+enum class Ending : int { nothingFound = 0, somethingFound = 1, notDone = 2 };
+
+inline constexpr int formatVersion = 1;  ///< of the JSON that commands print
+
+struct Tool {
+  const CodePage& codePage;
+  Machine machine;
+  std::ostream& out;
+  std::ostream& errors;
+
+  /// A path of the command line as wizard text. Throws Failure if wizard text can't tell it.
+  std::string wizardText(const std::string& native) const;
+  /// Wizard text as the terminal shows it.
+  std::string shown(const std::string& text) const { return codePage.toNative(text); }
+  void complain(const std::string& what) const;
+};
+
+struct CheckOptions {
+  std::vector<std::string> directories;
+  std::string format = "text";
+};
+Ending check(const Tool& tool, const CheckOptions& options);
+
+struct DiffOptions {
+  std::string directory;
+  std::string other;  ///< a stamp or a directory; empty for the newest backups
+};
+Ending diff(const Tool& tool, const DiffOptions& options);
+
+struct ShowOptions {
+  std::string directory;
+  std::string format = "text";
+};
+Ending show(const Tool& tool, const ShowOptions& options);
+
+Ending backups(const Tool& tool, const std::string& directory);
+
+struct RestoreOptions {
+  std::string directory;
+  std::int32_t stamp = 0;
+  std::vector<std::string> files;  ///< all of the set if there are none
+  bool dryRun = false;
+};
+Ending restore(const Tool& tool, const RestoreOptions& options);
+
+/// The page of all rules.
+Ending listRules(const Tool& tool);
+
+}  // namespace kova

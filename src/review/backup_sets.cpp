@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+#include "review/backup_sets.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <iterator>
+#include <map>
+#include <utility>
+
+#include "completion/table_gate.h"
+#include "review/table_text.h"
+#include "tables/backup.h"
+
+namespace kova {
+namespace {
+
+// A walk stamps each file by the clock, so a walk over a slow disk has several stamps in a row.
+constexpr std::int32_t longestPause = 2;  // seconds
+
+bool holds(const BackupSet& set, const std::string& name) {
+  return std::any_of(set.files.begin(), set.files.end(),
+                     [&](const BackedUpFile& file) { return file.name == name; });
+}
+
+/// The files may belong to the walk of the set.
+bool continues(const BackupSet& set, std::int32_t stamp, const std::vector<BackedUpFile>& files) {
+  return stamp - set.last <= longestPause &&
+         std::none_of(files.begin(), files.end(),
+                      [&](const BackedUpFile& file) { return holds(set, file.name); });
+}
+
+/// All backups that a restoring makes are one set.
+struct StoppedClock : Clock {
+  explicit StoppedClock(std::int32_t moment) : now(moment) {}
+  std::int32_t unixTime() const override { return now; }
+  std::int32_t now;
+};
+
+bool isThereAlready(const FileSystem& files, const Path& file, const std::string& content) {
+  try {
+    return files.read(file) == content;
+  } catch (const Failure&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+std::vector<BackupSet> backupSets(const FileSystem& files, const Path& folder) {
+  const std::vector<std::string> names = files.plainFiles(folder);
+  const std::vector<std::string> inUse = filesInUse(files, folder);
+  std::map<std::int32_t, std::vector<BackedUpFile>> byStamp;
+  for (const std::string& name : names) {
+    const auto parts = stampedName(name);
+    if (!parts || std::binary_search(inUse.begin(), inUse.end(), name)) continue;
+    const auto state = files.stamp(folder / name);
+    byStamp[parts->stamp].push_back({parts->original, name, state ? state->bytes : 0});
+  }
+  std::vector<BackupSet> sets;
+  for (auto& [stamp, added] : byStamp) {
+    if (sets.empty() || !continues(sets.back(), stamp, added)) sets.push_back({stamp, stamp, {}});
+    BackupSet& set = sets.back();
+    set.last = stamp;
+    std::move(added.begin(), added.end(), std::back_inserter(set.files));
+    std::sort(set.files.begin(), set.files.end(),
+              [](const auto& one, const auto& other) { return one.name < other.name; });
+  }
+  std::reverse(sets.begin(), sets.end());
+  return sets;
+}
+
+std::optional<BackupSet> findBackupSet(const std::vector<BackupSet>& sets, std::int32_t stamp) {
+  const auto found = std::find_if(sets.begin(), sets.end(), [&](const BackupSet& set) {
+    return set.first <= stamp && stamp <= set.last;
+  });
+  return found == sets.end() ? std::nullopt : std::optional(*found);
+}
+
+std::string localTime(std::int32_t stamp) {
+  const std::time_t moment = stamp;
+  std::array<char, 32> text{};
+  const std::tm* const parts = std::localtime(&moment);
+  if (parts == nullptr) return std::to_string(stamp);
+  const auto length = std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", parts);
+  return {text.data(), length};
+}
+
+std::string ageText(std::int32_t stamp, std::int32_t now) {
+  struct Unit {
+    std::int64_t seconds;
+    const char* name;
+  };
+  constexpr std::array units = {Unit{86400, "day"}, Unit{3600, "hour"}, Unit{60, "minute"},
+                                Unit{1, "second"}};
+  const std::int64_t age = std::max<std::int64_t>(std::int64_t{now} - stamp, 0);
+  const auto* const unit = std::find_if(units.begin(), units.end() - 1,
+                                        [&](const Unit& one) { return age >= one.seconds; });
+  const std::int64_t count = age / unit->seconds;
+  return std::to_string(count) + ' ' + unit->name + (count == 1 ? "" : "s");
+}
+
+ProjectFiles filesOf(const FileSystem& files, const Path& folder, const BackupSet& set) {
+  ProjectFiles tables;
+  for (const BackedUpFile& file : set.files) {
+    if (kindOfFile(file.name) == TableKind::none) continue;
+    tables.emplace(file.name,
+                   naming(file.backup, [&] { return files.read(folder / file.backup); }));
+  }
+  return tables;
+}
+
+BackupSet partOf(const BackupSet& set, const std::vector<std::string>& names) {
+  if (names.empty()) return set;
+  for (const std::string& name : names) {
+    if (!holds(set, name)) throw Failure("the backups of that time hold no " + name);
+  }
+  BackupSet part = set;
+  std::erase_if(part.files, [&](const BackedUpFile& file) {
+    return std::find(names.begin(), names.end(), file.name) == names.end();
+  });
+  return part;
+}
+
+namespace {
+
+/// The last stamp ahead of `now` that no backup has. An entry replaces backups of its own second,
+/// and one is about to follow.
+std::int32_t lastFreeStamp(const FileSystem& files, const Path& folder, std::int32_t now) {
+  const std::vector<BackupSet> sets = backupSets(files, folder);
+  std::int32_t stamp = now - 1;
+  while (findBackupSet(sets, stamp)) --stamp;
+  return stamp;
+}
+
+}  // namespace
+
+Restored restore(const Platform& platform, std::string_view folder, const BackupSet& set) {
+  FileSystem& files = platform.files;
+  const Path path = files.path(folder);
+  std::vector<std::pair<std::string, std::string>> contents;
+  for (const BackedUpFile& file : set.files) {
+    contents.emplace_back(file.name,
+                          naming(file.backup, [&] { return files.read(path / file.backup); }));
+  }
+  StoppedClock clock(lastFreeStamp(files, path, platform.clock.unixTime()));
+  Wizard gateKeeper({files, platform.environment, clock, platform.programs}, {});
+  gateKeeper.state.projectPath = folder;
+  // Whatever it finds is something that it has not written itself, so it backs it up.
+  TableGate gate(gateKeeper);
+  Restored restored;
+  const auto attempt = [&](const std::string& what, const auto& act) {
+    try {
+      act();
+    } catch (const Failure& failure) {
+      restored.failure = what + ": " + failure.what();
+    }
+  };
+  for (const auto& content : contents) {
+    const std::string& name = content.first;
+    attempt(name, [&, file = path / name] {
+      if (!isThereAlready(files, file, content.second)) gate.replace(file, content.second);
+      restored.files.push_back(name);
+    });
+    if (!restored.failure.empty()) break;
+  }
+  for (std::size_t next = restored.files.size(); next < contents.size(); ++next) {
+    restored.missing.push_back(contents[next].first);
+  }
+  if (restored.failure.empty()) attempt(path.native, [&] { files.flushFolder(path); });
+  for (const ForeignChange& change : gateKeeper.state.onDisk.foreignChanges) {
+    restored.kept.push_back(change.backup);
+  }
+  return restored;
+}
+
+}  // namespace kova

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#include "review/findings.h"
+
+#include <algorithm>
+#include <tuple>
+#include <utility>
+
+namespace kova {
+
+std::string_view nameOf(Severity severity) {
+  switch (severity) {
+    case Severity::note:
+      return "note";
+    case Severity::warning:
+      return "warning";
+    case Severity::error:
+      break;
+  }
+  return "error";
+}
+
+std::vector<Finding> findFindings(const ProjectReading& project) {
+  std::vector<Finding> findings;
+  for (const Rule& rule : rules()) {
+    rule.look(project, [&](const Place& place, const std::string& what) {
+      findings.push_back({&rule, std::string(place.file), place.line, place.column, what});
+    });
+  }
+  std::stable_sort(findings.begin(), findings.end(), [](const Finding& one, const Finding& other) {
+    return std::tie(one.file, one.line, one.column) <
+           std::tie(other.file, other.line, other.column);
+  });
+  return findings;
+}
+
+}  // namespace kova

@@ -1,0 +1,219 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <array>
+#include <map>
+#include <set>
+#include <string>
+
+#include "core/data_formats.h"
+#include "editing/range_prefix.h"
+#include "review/field_words.h"
+#include "review/looks.h"
+#include "tables/number_text.h"
+#include "tables/row_rules.h"
+
+namespace kova::looks {
+namespace {
+
+constexpr std::string_view nullFormat = "NULL";
+
+/// Looks at each row that the wizard has read, and at its line.
+template <class LookAt>
+void eachProperty(const ProjectReading& project, LookAt look) {
+  const TableText& table = project.table(exportsFileName);
+  const auto& rows = project.properties.rows;
+  for (std::size_t index = 0; index < std::min(rows.size(), table.rows.size()); ++index) {
+    const TextRow& line = table.rows[index];
+    const auto placeOf = [&](std::string_view tag) {
+      return Place{exportsFileName, line.line, table.cell(line, tag).column};
+    };
+    look(rows[index], placeOf);
+  }
+}
+
+/// Reports each first row whose text differs from that of the last row.
+template <class TextOf>
+void reportOthers(const ProjectReading& project, const Report& report, std::string_view tag,
+                  TextOf textOf) {
+  if (project.properties.rows.empty()) return;
+  const std::string last = textOf(project.properties.rows.back());
+  std::set<std::string> told{last};
+  eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
+    const std::string text = textOf(row);
+    if (!told.insert(text).second) return;
+    report(placeOf(tag), quoted(text) + ", while the last row has " + quoted(last));
+  });
+}
+
+struct FormatField {
+  std::string_view tag;
+  std::string PropertyRecord::*member;
+};
+constexpr std::array formatFields = {FormatField{"FORMAT", &PropertyRecord::outputFormat},
+                                     FormatField{"INFORMAT", &PropertyRecord::inputFormat}};
+
+std::string_view formatName(std::string_view format) {
+  return format.substr(0, format.find('.'));
+}
+
+bool isFormat(std::string_view name) {
+  return name == nullFormat || getFormatIndex(name) != getFormatIndex(nullFormat);
+}
+
+/// The name in the case in which it is one, or nothing.
+std::string formatInOtherCase(std::string_view name) {
+  const std::string upper = upperCase(name);
+  const std::string lower = lowerCase(name);
+  return isFormat(upper) ? upper : isFormat(lower) ? lower : std::string();
+}
+
+/// Looks at each format whose name is none of the list.
+template <class LookAt>
+void eachForeignFormat(const ProjectReading& project, LookAt look) {
+  eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
+    for (const FormatField& field : formatFields) {
+      const std::string_view name = formatName(row.*field.member);
+      if (!name.empty() && !isFormat(name)) look(placeOf(field.tag), name);
+    }
+  });
+}
+
+bool isBrokenRange(const std::string& description) {
+  const DescriptionParts parts = takeApart(description);
+  if (!parts.hasPrefix) return description.starts_with('[');
+  if (!description.starts_with('[') || !parts.minimum || !parts.maximum) return true;
+  return !isNumber(*parts.minimum) || !isNumber(*parts.maximum);
+}
+
+constexpr std::array<std::string_view, 5> processEndings = {".START", ".STOP", ".PAUSE", ".RESUME",
+                                                            ".STATUS"};
+
+/// Name of the process that a row is part of, or nothing.
+std::string processOf(const PropertyRecord& row) {
+  if (textValue(row.numSteps) <= 0) return {};
+  for (const std::string_view ending : processEndings) {
+    const std::string& name = row.propertyName;
+    if (name.ends_with(ending)) return name.substr(0, name.size() - ending.size());
+  }
+  return {};
+}
+
+}  // namespace
+
+void namelessProperty(const ProjectReading& project, const Report& report) {
+  eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
+    if (row.exportName.empty()) report(placeOf("EXPORT_NAME"), "no export name");
+    if (row.localName.empty()) report(placeOf("LOCAL_NAME"), "no local name");
+    if (row.propertyName.empty()) report(placeOf("PROPERTY"), "no property name");
+  });
+}
+
+void repeatedProperty(const ProjectReading& project, const Report& report) {
+  std::map<std::pair<std::string, std::string>, std::size_t> lines;
+  eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
+    const Place place = placeOf("PROPERTY");
+    const auto [first, isNew] =
+        lines.emplace(std::pair(row.exportName, row.propertyName), place.line);
+    if (isNew) return;
+    report(place, row.propertyName + " is in line " + std::to_string(first->second) + " already");
+  });
+}
+
+void otherCase(const ProjectReading& project, const Report& report) {
+  std::map<std::string, std::string> names;
+  std::size_t index = 0;
+  eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
+    const std::string& name = row.propertyName;
+    const std::string& first = names.emplace(project.foldedNames.at(index++), name).first->second;
+    if (first == name) return;
+    report(placeOf("PROPERTY"), name + " differs from " + first + " in case only");
+  });
+}
+
+void separatorInName(const ProjectReading& project, const Report& report) {
+  eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
+    const auto look = [&](const std::string& name, std::string_view tag) {
+      if (name.find(pathSeparator) == std::string::npos) return;
+      report(placeOf(tag), quoted(name) + " is no name of a file");
+    };
+    look(row.exportName, "EXPORT_NAME");
+    look(row.localName, "LOCAL_NAME");
+    look(row.propertyName, "PROPERTY");
+  });
+}
+
+void longLocalName(const ProjectReading& project, const Report& report) {
+  std::set<std::string> told;
+  eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
+    if (row.localName.size() <= localNameLength || !told.insert(row.localName).second) return;
+    report(placeOf("LOCAL_NAME"), row.localName + " has more than 6 characters");
+  });
+}
+
+void severalServers(const ProjectReading& project, const Report& report) {
+  reportOthers(project, report, "EXPORT_NAME",
+               [](const PropertyRecord& row) { return row.exportName; });
+}
+
+void severalLocalNames(const ProjectReading& project, const Report& report) {
+  reportOthers(project, report, "LOCAL_NAME",
+               [](const PropertyRecord& row) { return row.localName; });
+}
+
+void severalModuleCounts(const ProjectReading& project, const Report& report) {
+  reportOthers(project, report, "NUM_MODULES", [](const PropertyRecord& row) {
+    return plainNumberText(textValue(row.numModules));
+  });
+}
+
+void unknownFormat(const ProjectReading& project, const Report& report) {
+  eachForeignFormat(project, [&](const Place& place, std::string_view name) {
+    if (formatInOtherCase(name).empty()) report(place, quoted(name) + " is no format");
+  });
+}
+
+void formatCase(const ProjectReading& project, const Report& report) {
+  eachForeignFormat(project, [&](const Place& place, std::string_view name) {
+    const std::string meant = formatInOtherCase(name);
+    if (!meant.empty()) report(place, quoted(name) + " is written " + quoted(meant));
+  });
+}
+
+void unknownArrayType(const ProjectReading& project, const Report& report) {
+  eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
+    const auto dot = row.outputFormat.find('.');
+    if (dot == std::string::npos || getArrayTypeIndex(row.outputFormat) != 0) return;
+    const std::string type = row.outputFormat.substr(dot + 1);
+    if (upperCase(type) != "UNKNOWN") report(placeOf("FORMAT"), quoted(type) + " is no array type");
+  });
+}
+
+void unknownAccess(const ProjectReading& project, const Report& report) {
+  eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
+    if (!isAccessMode(row.access)) report(placeOf("ACCESS"), quoted(row.access) + " is no access");
+  });
+}
+
+void brokenRange(const ProjectReading& project, const Report& report) {
+  eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
+    if (!isBrokenRange(row.description)) return;
+    report(placeOf("DESCRIPTION"),
+           "the range in " + quoted(row.description) + " can't be taken apart");
+  });
+}
+
+void incompleteProcess(const ProjectReading& project, const Report& report) {
+  std::map<std::string, std::pair<Place, std::size_t>> processes;
+  eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
+    const std::string name = processOf(row);
+    if (name.empty()) return;
+    ++processes.try_emplace(name, placeOf("PROPERTY"), 0).first->second.second;
+  });
+  for (const auto& [name, process] : processes) {
+    const auto& [place, rows] = process;
+    if (rows >= processEndings.size()) continue;
+    report(place, "process " + name + " has " + std::to_string(rows) + " of its 5 rows");
+  }
+}
+
+}  // namespace kova::looks

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+// Files that only remember: they look like the machine's, and what is written to them stays here.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/file_system.h"
+
+namespace kova {
+
+/// Passes on to the files below what nobody has written here. The files below stay as they are. A
+/// link counts as a file of its own.
+class OverlayFiles : public FileSystem {
+ public:
+  /// `below` outlives this.
+  explicit OverlayFiles(const FileSystem& below) : below_(below) {}
+
+  /// Files that have been written here and not removed since, in the order of their names.
+  std::vector<Path> written() const;
+  /// Files of the machine that have been removed here.
+  std::vector<Path> removed() const;
+
+  Path path(std::string_view text) const override { return below_.path(text); }
+  bool fileExists(const Path& file) const override;
+  bool folderExists(const Path& folder) const override;
+  std::string read(const Path& file) const override;
+  std::unique_ptr<OutputFile> create(const Path& file) override;
+  void createFolder(const Path& folder) override;
+  void copy(const Path& from, const Path& to) override;
+  bool copyAside(const Path& from, const Path& to) override;
+  void remove(const Path& file) override;
+  std::vector<std::string> plainFiles(const Path& folder) const override;
+  std::optional<FileStamp> stamp(const Path& file) const override;
+  bool nameFits(const Path& folder, std::string_view name) const override;
+  std::string withoutCase(std::string_view name) const override { return below_.withoutCase(name); }
+  bool ignoresCase(const Path& folder) const override;
+  /// Held at once: nobody else sees these files.
+  std::unique_ptr<FolderLock> lock(const Path& folder) override;
+  void flushFolder(const Path&) override {}
+  void flushAll(const Path&) override {}
+  void removeLeftovers(const Path&) override {}
+
+ private:
+  struct Remembered {
+    std::optional<std::string> content;  ///< nothing if the file has been removed
+    std::int64_t change = 0;             ///< number of the change that made it
+  };
+  class Output;
+
+  void remember(const Path& file, std::optional<std::string> content);
+  const Remembered* find(const Path& file) const;
+  /// The folder itself, or the one above it that the machine has.
+  Path folderBelow(Path folder) const;
+
+  const FileSystem& below_;
+  std::map<Path, Remembered> files_;
+  std::set<Path> folders_;  ///< made here
+  Path lastFolder_;         ///< in which a file was created
+  std::int64_t changes_ = 0;
+};
+
+}  // namespace kova

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#include "review/project_files.h"
+
+#include <limits>
+
+#include "review/table_text.h"
+#include "tables/backup.h"
+
+namespace kova {
+
+std::vector<std::string> filesInUse(const FileSystem& files, const Path& folder) {
+  const std::vector<std::string> names = files.plainFiles(folder);
+  std::vector<std::string> inUse;
+  for (const std::string& name : names) {
+    // At the end of time every backup is too old, and none is a number of fewer digits.
+    const FileVerdict verdict = classify(name, names, std::numeric_limits<std::int32_t>::max());
+    if (verdict == FileVerdict::inUse) inUse.push_back(name);
+  }
+  return inUse;
+}
+
+ProjectFiles projectFiles(const FileSystem& files, const Path& folder) {
+  ProjectFiles tables;
+  for (const std::string& name : filesInUse(files, folder)) {
+    if (kindOfFile(name) == TableKind::none) continue;
+    tables.emplace(name, naming(name, [&] { return files.read(folder / name); }));
+  }
+  return tables;
+}
+
+}  // namespace kova

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+// A project as the wizard reads it, and its files as they are.
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/code_page.h"
+#include "review/project_files.h"
+#include "review/table_text.h"
+#include "tables/alarm_table.h"
+#include "tables/export_table.h"
+#include "tables/history_table.h"
+
+namespace kova {
+
+/// A table and how far its reader came.
+template <class Rows>
+struct TableReading {
+  Rows rows;
+  ReadResult result;
+};
+
+/// Moves, but does not copy: its tables are views into its files.
+struct ProjectReading {
+  ProjectReading() = default;
+  ProjectReading(const ProjectReading&) = delete;
+  ProjectReading& operator=(const ProjectReading&) = delete;
+  ProjectReading(ProjectReading&&) = default;
+  ProjectReading& operator=(ProjectReading&&) = default;
+  ~ProjectReading() = default;
+
+  /// Each row holds the device names that the wizard reads as soon as it is selected.
+  TableReading<std::vector<PropertyRecord>> properties;
+  std::vector<std::string>
+      foldedNames;  ///< of the properties, as a disk compares them without case
+  TableReading<HistoryTable> history;
+  TableReading<AlarmTable> alarms;
+  std::string devicesFile;  ///< from which the server's devices are read
+  TableReading<DeviceNames> devices;
+  std::map<std::string, ReadResult, std::less<>> nameLists;  ///< by file name
+
+  std::vector<std::string> names;                              ///< of all plain files
+  ProjectFiles files;                                          ///< the tables, backups left out
+  std::map<std::string, std::string, std::less<>> unreadable;  ///< why, by file name
+  std::map<std::string, TableText, std::less<>> tables;        ///< views into `files`
+  const CodePage* codePage = nullptr;
+
+  /// The table of this name, or an empty one.
+  const TableText& table(std::string_view name) const;
+};
+
+/// Reads a directory, given as wizard text. `codePage` outlives the result. Throws Failure if the
+/// directory can't be listed or holds no export table.
+ProjectReading readProject(const FileSystem& files, std::string_view folder,
+                           const CodePage& codePage);
+
+}  // namespace kova

@@ -1,0 +1,307 @@
+// SPDX-License-Identifier: MIT
+#include "review/review_pages.h"
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "core/project_entry.h"
+#include "core/status.h"
+#include "review/findings.h"
+#include "review/overlay_files.h"
+#include "review/preview.h"
+#include "review/project_reading.h"
+
+namespace kova {
+namespace {
+
+std::string counted(std::size_t number, std::string_view singular, std::string_view plural) {
+  return std::to_string(number) + ' ' + std::string(number == 1 ? singular : plural);
+}
+
+std::string_view wordOf(Sign sign) {
+  switch (sign) {
+    case Sign::added:
+      return "new";
+    case Sign::removed:
+      return "removed";
+    case Sign::changed:
+      return "changed";
+    case Sign::moved:
+      return "moved";
+  }
+  return {};
+}
+
+Tone toneOf(Sign sign) {
+  if (sign == Sign::added) return Tone::added;
+  return sign == Sign::removed ? Tone::removed : Tone::changed;
+}
+
+/// A line or a group with its sign.
+template <class Signed>
+Signed withSign(Sign sign) {
+  Signed result;
+  result.sign = std::string(1, mark(sign));
+  result.spoken = wordOf(sign);
+  result.tone = toneOf(sign);
+  return result;
+}
+
+/// The property that a row of the file is about.
+std::string propertyOf(std::string_view file, const std::vector<std::string>& names) {
+  if (file.ends_with(namesEnding)) {
+    return std::string(file.substr(0, file.size() - namesEnding.size()));
+  }
+  return kindOfFile(file) == TableKind::devices || names.empty() ? "" : names.back();
+}
+
+std::string joined(const std::vector<std::string>& names) {
+  std::string text;
+  for (const std::string& name : names) (text += text.empty() ? "" : " ") += name;
+  return text;
+}
+
+/// Null if there are several. The number of a device is what its row is known by.
+const FieldChange* onlyField(std::string_view file, const RowChange& row) {
+  const FieldChange* only = nullptr;
+  for (const FieldChange& field : row.fields) {
+    if (kindOfFile(file) == TableKind::devices && field.column == "DEVICE_NUMBER") continue;
+    if (only != nullptr) return nullptr;
+    only = &field;
+  }
+  return only;
+}
+
+ReviewLine lineOf(std::string_view file, const RowChange& row) {
+  auto line = withSign<ReviewLine>(row.sign);
+  const bool alsoMoved = row.moved && row.sign != Sign::moved;
+  line.texts = {joined(row.names) + (alsoMoved ? " (moved)" : "")};
+  line.property = propertyOf(file, row.names);
+  // A row of which there is just one thing to say has it in its own line.
+  if (const FieldChange* only = onlyField(file, row)) {
+    line.texts.front() += kindOfFile(file) == TableKind::devices ? "" : ": " + only->column;
+    line.texts.insert(line.texts.end(), {only->before, only->after});
+    return line;
+  }
+  for (const FieldChange& field : row.fields) {
+    auto below = withSign<ReviewLine>(row.sign);
+    below.texts = {field.column, field.before, field.after};
+    below.property = line.property;
+    line.below.push_back(std::move(below));
+  }
+  return line;
+}
+
+ReviewGroup groupOf(const FileDifference& file) {
+  auto group = withSign<ReviewGroup>(file.sign);
+  group.name = file.name;
+  for (const RowChange& row : file.rows) group.lines.push_back(lineOf(file.name, row));
+  for (const std::string& sentence : file.form) {
+    auto line = withSign<ReviewLine>(Sign::changed);
+    line.texts = {sentence};
+    group.lines.push_back(std::move(line));
+  }
+  return group;
+}
+
+std::vector<ReviewGroup> groupsOf(const std::vector<FileDifference>& files) {
+  std::vector<ReviewGroup> groups;
+  std::transform(files.begin(), files.end(), std::back_inserter(groups), groupOf);
+  return groups;
+}
+
+/// With the count of the status line.
+std::string headingOf(const Wizard& wizard, const Preview& done,
+                      const std::vector<FileDifference>& files) {
+  if (!done.failure.empty()) return "Done would end with: " + done.failure;
+  if (done.files.empty()) return "Done would write nothing: there is no property yet.";
+  std::size_t rows = 0;
+  for (const FileDifference& file : files) rows += file.rows.size();
+  if (files.empty()) return "Done would change nothing: every file has these rows already.";
+  return "Done would change " + counted(rows, "row", "rows") + " in " +
+         counted(files.size(), "file", "files") + " of " + done.folder + '.' +
+         unwrittenSentence(wizard.state);
+}
+
+ReviewLine lineOf(const ProjectReading& project, const Finding& finding) {
+  ReviewLine line;
+  const Severity severity = finding.rule->severity;
+  if (severity != Severity::note) line.tone = Tone::changed;
+  if (severity == Severity::error) line.tone = Tone::removed;
+  constexpr std::string_view signs = "i?!";
+  line.sign = signs.substr(static_cast<std::size_t>(severity), 1);
+  line.spoken = nameOf(severity);
+  line.texts = {finding.line == 0 ? "" : std::to_string(finding.line), finding.what + '.',
+                std::string(finding.rule->effect), std::string(finding.rule->cure)};
+  const TableText& table = project.table(finding.file);
+  for (const TextRow& row : table.rows) {
+    if (row.line != finding.line) continue;
+    const std::string_view tag = table.kind == TableKind::alarms    ? "property"
+                                 : table.kind == TableKind::history ? "Property"
+                                                                    : "PROPERTY";
+    line.property = propertyOf(finding.file, {std::string(table.text(row, tag))});
+  }
+  return line;
+}
+
+bool isGraver(const ReviewLine& one, const ReviewLine& other) {
+  return one.tone == Tone::removed || (one.tone == Tone::changed && other.tone == Tone::plain);
+}
+
+/// One group a file, with the sign of its gravest finding.
+std::vector<ReviewGroup> groupsOf(const ProjectReading& project,
+                                  const std::vector<Finding>& findings) {
+  std::vector<ReviewGroup> groups;
+  for (const Finding& finding : findings) {
+    if (groups.empty() || groups.back().name != finding.file) {
+      groups.push_back({.name = finding.file});
+    }
+    groups.back().lines.push_back(lineOf(project, finding));
+  }
+  for (ReviewGroup& group : groups) {
+    const ReviewLine gravest =
+        *std::max_element(group.lines.begin(), group.lines.end(),
+                          [](const auto& one, const auto& other) { return isGraver(other, one); });
+    group.sign = gravest.sign;
+    group.spoken = gravest.spoken;
+    group.tone = gravest.tone;
+  }
+  return groups;
+}
+
+ReviewPage findingsPage(const FileSystem& files, const std::string& folder,
+                        const CodePage& codePage) {
+  ReviewPage page{
+      .heading = {}, .columns = {"Line", "Finding", "What it does", "What to do"}, .groups = {}};
+  try {
+    const ProjectReading project = readProject(files, folder, codePage);
+    const std::vector<Finding> findings = findFindings(project);
+    page.groups = groupsOf(project, findings);
+    page.heading = findings.empty()
+                       ? "Nothing found in what would lie in " + folder + " after Done."
+                       : counted(findings.size(), "finding", "findings") +
+                             " in what would lie in " + folder + " after Done.";
+  } catch (const Failure&) {
+    page.heading = "There is no project to look at yet.";
+  }
+  return page;
+}
+
+/// The files of a set as they are now.
+ProjectFiles presentOf(const ProjectFiles& all, const BackupSet& set) {
+  ProjectFiles present;
+  for (const BackedUpFile& file : set.files) {
+    if (const auto found = all.find(file.name); found != all.end()) present.insert(*found);
+  }
+  return present;
+}
+
+ReviewLine lineOf(const BackedUpFile& file, const std::vector<FileDifference>& differences) {
+  const auto difference =
+      std::find_if(differences.begin(), differences.end(),
+                   [&](const FileDifference& one) { return one.name == file.name; });
+  if (difference == differences.end()) return {.texts = {file.name, "as it is now"}};
+  const ReviewGroup group = groupOf(*difference);
+  return {.sign = group.sign,
+          .spoken = group.spoken,
+          .tone = group.tone,
+          .texts = {file.name},
+          .below = group.lines};
+}
+
+ReviewGroup groupOf(const Wizard& wizard, const Path& folder, const ProjectFiles& present,
+                    const BackupSet& set) {
+  ReviewGroup group;
+  group.name =
+      localTime(set.first) + ", " + ageText(set.last, wizard.platform.clock.unixTime()) + " ago";
+  try {
+    const auto differences =
+        compareProjects(presentOf(present, set), filesOf(wizard.platform.files, folder, set));
+    for (const BackedUpFile& file : set.files) group.lines.push_back(lineOf(file, differences));
+  } catch (const Failure& failure) {
+    group.lines.push_back({.texts = {failure.what()}});
+  }
+  return group;
+}
+
+std::string restoreQuestion(const Wizard& wizard, const BackupSet& set) {
+  const Unwritten unwritten = findUnwritten(wizard.state);
+  const std::size_t rows = unwritten.properties + unwritten.historyRows + unwritten.alarmRows +
+                           unwritten.deviceNames + unwritten.removals;
+  const std::string what =
+      set.files.size() == 1 ? set.files.front().name : counted(set.files.size(), "file", "files");
+  return "Restore " + what + " as of " + localTime(set.first) + " ?\r\n" +
+         (rows == 0 ? ""
+                    : counted(rows, "row or name that is", "rows and names that are") +
+                          " not yet written would be dropped. ") +
+         "What is there now is backed up first. The project is then read anew.";
+}
+
+}  // namespace
+
+ReviewOfDone reviewDone(const Wizard& wizard, const CodePage& codePage) {
+  OverlayFiles files(wizard.platform.files);
+  const Preview done = preview(wizard, files);
+  const auto differences = comparePreview(wizard.platform.files, done);
+  return {.writing = {.heading = headingOf(wizard, done, differences),
+                      .columns = {"Row", "Is now", "Would be"},
+                      .groups = groupsOf(differences)},
+          .findings = findingsPage(files, projectDirectory(wizard), codePage)};
+}
+
+std::vector<BackupSet> backupSetsOf(const Wizard& wizard) {
+  try {
+    return backupSets(wizard.platform.files, wizard.platform.files.path(projectDirectory(wizard)));
+  } catch (const Failure&) {
+    return {};
+  }
+}
+
+ReviewPage reviewBackups(const Wizard& wizard, const std::vector<BackupSet>& sets) {
+  ReviewPage page{.heading = "There are no backups in this directory.",
+                  .columns = {"File or row", "Is now", "Would be"},
+                  .groups = {}};
+  if (sets.empty()) return page;
+  page.heading = "Choose a set to see what restoring it would change.";
+  try {
+    const Path folder = wizard.platform.files.path(projectDirectory(wizard));
+    const ProjectFiles present = projectFiles(wizard.platform.files, folder);
+    for (const BackupSet& set : sets) page.groups.push_back(groupOf(wizard, folder, present, set));
+  } catch (const Failure& failure) {
+    page.heading = std::string("The backups can't be compared: ") + failure.what();
+  }
+  return page;
+}
+
+bool selectProperty(Wizard& wizard, const std::string& property) {
+  const std::int16_t index = findPropertyIndex(wizard, property);
+  if (index >= wizard.state.exportCount) return false;
+  wizard.form.PropertyList.select(index);
+  return true;
+}
+
+void restoreIfWanted(Wizard& wizard, const BackupSet& set) {
+  const Answer answer = wizard.messageBox({.text = restoreQuestion(wizard, set),
+                                           .buttons = Buttons::yesNo,
+                                           .title = "Restore a backup?",
+                                           .enter = Answer::no});
+  if (answer != Answer::yes) return;
+  std::string failure;
+  Restored restored;
+  try {
+    restored = restore(wizard.platform, projectDirectory(wizard), set);
+    failure = restored.failure;
+  } catch (const Failure& notBegun) {
+    failure = notBegun.what();
+  }
+  ProjectDir_Change(wizard);
+  if (failure.empty()) return reportRestored(wizard, restored.files.size());
+  tell(wizard, "Could not restore " +
+                   (restored.missing.empty() ? "anything" : joined(restored.missing)) + " : " +
+                   failure +
+                   (restored.files.empty() ? "" : "\r\nRestored: " + joined(restored.files)));
+}
+
+}  // namespace kova

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+// The pages of the review window as texts: what Done would write, findings, and backups.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/wizard.h"
+#include "platform/code_page.h"
+#include "review/backup_sets.h"
+#include "review/differences.h"
+
+namespace kova {
+
+enum class Tone : std::uint8_t { plain, added, removed, changed };
+
+struct ReviewLine {
+  std::string sign = {};    ///< one character, or none
+  std::string spoken = {};  ///< the sign as a word
+  Tone tone = Tone::plain;
+  std::vector<std::string> texts = {};  ///< one a column of the page
+  std::string property = {};            ///< that the line is about, empty if it is about none
+  std::vector<ReviewLine> below = {};
+
+  bool operator==(const ReviewLine&) const = default;
+};
+
+/// What stands in the list on the left, and all lines that belong to it.
+struct ReviewGroup {
+  std::string sign = {};
+  std::string spoken = {};
+  Tone tone = Tone::plain;
+  std::string name = {};
+  std::vector<ReviewLine> lines = {};
+
+  bool operator==(const ReviewGroup&) const = default;
+};
+
+struct ReviewPage {
+  std::string heading;
+  std::vector<std::string> columns;
+  std::vector<ReviewGroup> groups;
+
+  bool operator==(const ReviewPage&) const = default;
+};
+
+/// What Done would write, and the findings in what would lie on the disk afterwards.
+struct ReviewOfDone {
+  ReviewPage writing;
+  ReviewPage findings;
+};
+
+ReviewOfDone reviewDone(const Wizard& wizard, const CodePage& codePage);
+
+/// The sets of backups, and what restoring each would change. `sets` are those of the page's
+/// groups.
+ReviewPage reviewBackups(const Wizard& wizard, const std::vector<BackupSet>& sets);
+
+/// The sets in the project directory; none if it can't be listed.
+std::vector<BackupSet> backupSetsOf(const Wizard& wizard);
+
+/// Selects the property in the form as a click on its line does. False if the table lacks it.
+bool selectProperty(Wizard& wizard, const std::string& property);
+
+/// Asks once, gives the files of the set what they held, and enters the project anew. What was
+/// restored, and what was not, is told. Changes nothing without the answer yes.
+void restoreIfWanted(Wizard& wizard, const BackupSet& set);
+
+}  // namespace kova

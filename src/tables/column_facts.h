@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// The columns of a table for whoever looks at its file without making rows of it.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace kova {
+
+/// What a field of a column becomes when it is read.
+enum class FieldKind : std::uint8_t {
+  text,
+  numberText,  ///< a text that is to hold a number
+  whole,
+  single,
+  made  ///< made anew at each writing and never read
+};
+
+struct ColumnFacts {
+  std::string_view tag;
+  std::array<std::string_view, 2> otherTags{};
+  FieldKind kind = FieldKind::text;
+  bool mayBeMissing = false;  ///< no project lacks anything without it
+};
+
+}  // namespace kova

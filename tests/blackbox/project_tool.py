@@ -1,0 +1,120 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""project_tool.py PROGRAM SOURCES: kova-project as scripts use it."""
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import jsonschema
+
+PROGRAM, SOURCES = sys.argv[1], pathlib.Path(sys.argv[2])
+EXAMPLE = SOURCES / "examples" / "MAGNET"
+SCHEMA = json.loads((SOURCES / "docs" / "kova-project.schema.json").read_text())
+
+
+def run(*words, out=subprocess.PIPE):
+    ended = subprocess.run(
+        [PROGRAM, *words], stdout=out, stderr=subprocess.PIPE, text=True, check=False,
+        env={"PATH": os.environ["PATH"], "TZ": "UTC", "LC_ALL": "C.UTF-8"})
+    return ended.returncode, ended.stdout, ended.stderr
+
+
+class ProjectTool(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.project = pathlib.Path(folder.name) / "MAG NET"
+        shutil.copytree(EXAMPLE, self.project)
+
+    def change(self, file, old, new):
+        path = self.project / file
+        path.write_bytes(path.read_bytes().replace(old, new))
+
+    def test_check(self):
+        self.assertEqual(run("check", EXAMPLE, self.project), (0, "", ""))
+        self.change("exports.csv", b"double", b"dauble")
+        place = f"{self.project}/exports.csv:8:23"
+        line = f'{place}: warning: "dauble" is no format [unknown-format]\n'
+        self.assertEqual(run("check", self.project), (1, line, ""))
+        status, out, complaint = run("check", self.project, "/nowhere")
+        self.assertEqual((status, out), (2, line))
+        self.assertIn("/nowhere: There is no such directory", complaint)
+        with open("/dev/full", "w", encoding="utf-8") as full:
+            self.assertEqual(run("check", self.project, out=full)[0], 2)
+
+    def test_check_for_programs(self):
+        self.change("exports.csv", b"Field at", b"\xb5 Field, at")
+        (self.project / "exports-1700000000.csv").write_bytes(b"")
+        found = json.loads(run("check", "--format", "json", self.project)[1])["directories"][0]
+        places = [(f["line"], f["column"], f["rule"]) for f in found["findings"]]
+        self.assertIn((8, 90, "too-many-fields"), places)
+        sarif = json.loads(run("check", "--format", "sarif", self.project, "/nowhere")[1])
+        [report] = sarif["runs"]
+        rules = report["tool"]["driver"]["rules"]
+        for result in report["results"]:
+            self.assertEqual(rules[result["ruleIndex"]]["id"], result["ruleId"])
+        location = report["results"][0]["locations"][0]["physicalLocation"]
+        self.assertTrue(location["artifactLocation"]["uri"].endswith("MAG%20NET/exports.csv"))
+        self.assertFalse(report["invocations"][0]["executionSuccessful"])
+
+    def test_show(self):
+        self.change("exports.csv", b"Field at", b"\xb5 Field at")
+        self.change("history.csv", b" 2,MAGNET", b" 99999,MAGNET")
+        status, out, _ = run("show", "--format", "json", self.project)
+        shown = json.loads(out)
+        jsonschema.validate(shown, SCHEMA, jsonschema.Draft202012Validator)
+        self.assertEqual((status, shown["server"]["deviceNames"][0]), (0, "QUAD.1"))
+        field = shown["properties"][6]
+        self.assertEqual(field["description"], "\u00b5 Field at the probes")
+        self.assertEqual(field["range"], {"minimum": "-1.5", "maximum": "1.5", "units": "T"})
+        self.assertEqual([stop["line"] for stop in shown["stops"]], [3])
+        self.assertIn("PROPERTY=FIELD", run("show", self.project)[1])
+        self.assertEqual(run("show", "/nowhere")[:2], (2, ""))
+        del shown["server"]["devices"]
+        with self.assertRaises(jsonschema.ValidationError):
+            jsonschema.validate(shown, SCHEMA, jsonschema.Draft202012Validator)
+
+    def test_diff(self):
+        self.assertEqual(run("diff", EXAMPLE, self.project), (0, "", ""))
+        self.change("exports.csv", b"CURRENT,4", b"CURRENT,8")
+        difference = "~ exports.csv\n  ~ MAGNET CURRENT: PROPERTY_SIZE 4 -> 8\n"
+        self.assertEqual(run("diff", EXAMPLE, self.project), (1, difference, ""))
+        self.assertEqual(run("diff", self.project)[0], 2)
+        shutil.copy(EXAMPLE / "exports.csv", self.project / "exports-1700000000.csv")
+        self.assertEqual(run("diff", self.project), (1, difference, ""))
+        self.assertEqual(run("diff", self.project, "1700000000"), (1, difference, ""))
+        self.assertEqual(run("diff", self.project, "1700000009")[0], 2)
+
+    def test_restore(self):
+        self.assertEqual(run("backups", self.project), (0, "", ""))
+        (self.project / "exports.csv").rename(self.project / "exports-1700000000.csv")
+        (self.project / "exports.csv").write_bytes(b"PROPERTY\r\nX\r\n")
+        listed = run("backups", self.project)[1]
+        self.assertIn("1700000000  2023-11-14 22:13:20  ", listed)
+        size = (EXAMPLE / "exports.csv").stat().st_size
+        self.assertIn(f"  exports.csv, {size} bytes\n", listed)
+        status, out, _ = run("restore", "--dry-run", self.project, "1700000000")
+        self.assertIn("+ MAGNET FIELD", out)
+        self.assertEqual((self.project / "exports.csv").read_bytes(), b"PROPERTY\r\nX\r\n")
+        status, out, _ = run("restore", self.project, "1700000000", "exports.csv")
+        self.assertEqual((status, out.splitlines()[0]), (0, "restored exports.csv"))
+        kept = out.splitlines()[1].removeprefix("kept as ")
+        self.assertEqual((self.project / kept).read_bytes(), b"PROPERTY\r\nX\r\n")
+        self.assertEqual(run("diff", EXAMPLE, self.project), (0, "", ""))
+        self.assertEqual(run("restore", self.project, "1700000000", "x.csv")[0], 2)
+
+    def test_words_about_itself(self):
+        for command in ["check", "diff", "show", "backups", "restore", "rules"]:
+            self.assertEqual(run(command, "--help")[0], 0)
+            self.assertRegex(run(command, "--version")[1], r"^kova-project \d+\.\d+\.\d+\n$")
+        for wrong in [[], ["chek"], ["check"], ["check", "--format", "xml", EXAMPLE]]:
+            self.assertEqual(run(*wrong)[0], 2, wrong)
+        self.assertEqual(run("rules")[1], (SOURCES / "docs" / "checking.md").read_text())
+
+
+unittest.main(argv=sys.argv[:1])

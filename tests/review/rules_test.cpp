@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/machine.h"
+#include "review/findings.h"
+#include "review/overlay_files.h"
+#include "support/temporary_folder.h"
+
+namespace kova {
+namespace {
+
+using Ids = std::set<std::string_view>;
+
+/// The example project, of which a file can be changed.
+struct Project {
+  Project() { std::filesystem::copy(KOVA_EXAMPLE, folder.path("MAGNET")); }
+
+  /// Puts `text` in the place that the example tells.
+  void change(const Example& example, std::string_view text) const {
+    const std::string file = "MAGNET/" + std::string(example.file);
+    // Names of devices are written to one file and read from another.
+    if (example.file == "devices.csv") std::filesystem::remove(folder.path(devices));
+    if (example.instead.empty() && text.empty()) return;
+    std::string content = example.instead.empty() ? std::string(text) : folder.read(file);
+    const auto at = content.find(example.instead);
+    ASSERT_LT(at, content.size()) << file << " holds no " << example.instead;
+    if (!example.instead.empty()) content.replace(at, example.instead.size(), text);
+    folder.write(file, content);
+  }
+
+  std::vector<Finding> findings() const {
+    return findFindings(readProject(*files, folder.path("MAGNET"), page));
+  }
+  Ids ids() const {
+    Ids found;
+    for (const Finding& finding : findings()) found.insert(finding.rule->id);
+    return found;
+  }
+
+  static constexpr const char* devices = "MAGNET/MAGEQM-devices.csv";
+  test::TemporaryFolder folder;
+  CodePage page = CodePage::windows1252();
+  std::unique_ptr<FileSystem> files = realFileSystem(page);
+};
+
+TEST(Rules, FireOnTheirExampleAndNotOnWhatComesClose) {
+  Ids known;
+  for (const Rule& rule : rules()) {
+    EXPECT_TRUE(known.insert(rule.id).second) << rule.id;
+    if (rule.example.file.empty()) continue;
+    const Project broken;
+    broken.change(rule.example, rule.example.broken);
+    EXPECT_TRUE(broken.ids().contains(rule.id)) << rule.id;
+    const Project kept;
+    kept.change(rule.example, rule.example.kept);
+    EXPECT_EQ(kept.ids(), Ids()) << rule.id;
+  }
+  EXPECT_GE(known.size(), 25U);
+}
+
+/// A disk that does not let one file be read.
+struct ClosedFile : OverlayFiles {
+  using OverlayFiles::OverlayFiles;
+  std::string read(const Path& file) const override {
+    if (file.leaf() == "history.csv") throw Failure("Permission denied");
+    return OverlayFiles::read(file);
+  }
+};
+
+TEST(Rules, SeeTablesThatAreTooLongOrThatCanNotBeRead) {
+  const Project project;
+  std::string watch = project.folder.read("MAGNET/almwatch.csv");
+  const std::string row = watch.substr(watch.find("\r\n") + 2);
+  for (int rows = 2; rows <= 1001; rows += 2) watch += row;
+  const Project tooLong;
+  tooLong.change({"almwatch.csv", "", "", ""}, watch);
+  EXPECT_TRUE(tooLong.ids().contains("table-full"));
+  tooLong.change({"almwatch.csv", "", "", ""}, watch.substr(0, watch.size() - row.size()));
+  EXPECT_FALSE(tooLong.ids().contains("table-full"));
+
+  const ClosedFile closed(*project.files);
+  const auto findings =
+      findFindings(readProject(closed, project.folder.path("MAGNET"), project.page));
+  ASSERT_EQ(findings.size(), 1U);
+  EXPECT_EQ(findings.front().rule->id, "unreadable-file");
+  EXPECT_EQ(findings.front().what, "can't be read: Permission denied");
+}
+
+TEST(Rules, TellPlaceAndReason) {
+  struct Case {
+    Example example;
+    std::string place;
+    std::string what;
+  };
+  const std::vector<Case> cases = {
+      {{"history.csv", " 2,MAGNET", " 32768,MAGNET", ""},
+       "history.csv:3:1",
+       "the reading ends here: 32768 is outside -32768 to 32767; 1 line is not read"},
+      {{"almwatch.csv", "MAGEQM,#0,STATE", ";\r\nMAGEQM,#0, STATES", ""},
+       "almwatch.csv:2:1",
+       "a comment"},
+      {{"exports.csv", "[0:250 A]", "[0;250 A]", ""},
+       "exports.csv:9:64",
+       "the range in \"[0;250 A]Current of each supply\" can't be taken apart"},
+      {{"history.csv", "#0, 4,FLOAT.CHANNEL, 18000", "#0, 4,LONG, 18000", ""},
+       "history.csv:3:32",
+       "CURRENT has format LONG, while FLOAT.CHANNEL belongs to the property's float.CHANNEL"},
+  };
+  for (const Case& one : cases) {
+    const Project project;
+    project.change(one.example, one.example.broken);
+    const Finding found = project.findings().front();
+    EXPECT_EQ(found.file + ':' + std::to_string(found.line) + ':' + std::to_string(found.column),
+              one.place);
+    EXPECT_EQ(found.what, one.what);
+  }
+}
+
+}  // namespace
+}  // namespace kova

@@ -1,0 +1,301 @@
+// SPDX-License-Identifier: MIT
+// What the toolkit does with hands otherwise than an engineer means it.
+#include <QClipboard>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextLayout>
+#include <algorithm>
+#include <ctime>
+#include <filesystem>
+#include <limits>
+
+#include "desktop/message_boxes.h"
+#include "window/desk.h"
+
+namespace kova::test {
+namespace {
+
+const CodePage page = CodePage::windows1252();
+
+struct Hands : testing::Test {
+  Hands() { std::filesystem::copy(KOVA_EXAMPLE, home.path("MAGNET")); }
+  void TearDown() override { EXPECT_EQ(engineer.messages.size(), 0); }
+
+  /// Lines of the device box, clicked at the end of one.
+  void clickLine(int line) const {
+    auto& edit = desk.widget<QPlainTextEdit>("deviceNamesInputText");
+    QTextCursor cursor(edit.document()->findBlockByNumber(line));
+    cursor.movePosition(QTextCursor::EndOfBlock);
+    desk.click(*edit.viewport(), edit.cursorRect(cursor).center());
+  }
+  /// Holds a key down until it has repeated itself twice.
+  static void hold(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QWindow* window = QGuiApplication::focusWindow();
+    const QString text(QChar(key == Qt::Key_Return ? u'\r' : static_cast<char16_t>(key)));
+    for (const bool repeated : {false, true, true}) {
+      QTest::simulateEvent(window, true, key, modifiers, text.toLower(), repeated);
+      QTest::simulateEvent(window, false, key, modifiers, text.toLower(), !repeated);
+    }
+  }
+
+  TemporaryFolder home;
+  Engineer engineer{home.path()};
+  Form1& form = engineer.program.wizard.form;
+  Desk desk{engineer, page};
+};
+
+TEST_F(Hands, AClickCountsWhereItLandsAlsoInASelection) {
+  form.deviceNamesInputText.setText("NORTH\r\nEAST\r\nWEST");
+  clickLine(0);
+  desk.key("Ctrl+A");
+  clickLine(2);
+  EXPECT_EQ(form.deviceNumberInputText.text(), " 2");
+}
+
+TEST_F(Hands, AButtonTakesAClickOnItsLastVisibleLine) {
+  int clicks = 0;
+  form.Command1.onClick = [&] { ++clicks; };
+  const QWidget& button = desk.widget("Command1");
+  auto& area = *desk.view.findChild<QScrollArea*>();
+  desk.view.resize(desk.view.width(), desk.view.height() / 2);
+  area.verticalScrollBar()->setValue(button.y() + 3 - area.viewport()->height());
+  desk.click(button, {button.width() / 2, 1});
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(Hands, ALetterWithAltIsNeverText) {
+  desk.key("F10 Return Tab Tab Return Return");
+  EXPECT_EQ(engineer.field("ParamText").text(), "1");
+  desk.key("Alt+N");
+  EXPECT_EQ(engineer.field("ParamText").text(), "1");
+  desk.key("Escape");
+  desk.click("deviceNamesInputText");
+  desk.key("Alt+J");
+  EXPECT_EQ(form.deviceNamesInputText.text(), "Device 0");
+}
+
+TEST_F(Hands, APressAheadOfTheWindowLeavesTheFormerField) {
+  const auto pressFromAnotherWindow = [&](const std::string& name) {
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+    desk.click(name);
+  };
+  desk.write("NumDevices", "3");
+  pressFromAnotherWindow("almMaskText");
+  EXPECT_EQ(form.deviceNamesInputText.text(), "Device 0\r\nDevice 1\r\nDevice 2\r\n");
+  form.almHiText.setText("40");
+  EXPECT_EQ(desk.focused(), "almMaskText");
+  EXPECT_EQ(form.almHiText.text(), "40") << "it had the focus already";
+  pressFromAnotherWindow("HistoryCheck");
+  pressFromAnotherWindow("almMaskText");
+  EXPECT_EQ(form.almHiText.text(), "0");
+}
+
+TEST_F(Hands, AHeldKeyIsOneAct) {
+  int adds = 0;
+  form.AddProperty.onClick = [&] { ++adds; };
+  hold(Qt::Key_A, Qt::AltModifier);
+  EXPECT_EQ(adds, 1);
+  hold(Qt::Key_Return);
+  EXPECT_EQ(adds, 2);
+  hold(Qt::Key_Space);
+  EXPECT_EQ(adds, 3);
+
+  desk.key("F10 Return Tab Tab");
+  hold(Qt::Key_Return);
+  EXPECT_EQ(engineer.program.helper.paramIndex, 1);
+}
+
+TEST_F(Hands, AKeyHeldFromBeforeAnswersNoMessage) {
+  const MessageBox ask = messageBoxes(desk.view, page, "Wizard");
+  desk.soon([&] {
+    QWidget* box = QApplication::activeModalWidget();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return box->isActiveWindow(); }));
+    QTest::simulateEvent(box->windowHandle(), true, Qt::Key_Return, {}, "\r", true);
+    desk.key("Escape");
+  });
+  EXPECT_EQ(ask({.text = "Sure?", .buttons = Buttons::okCancel}), Answer::cancel);
+}
+
+TEST_F(Hands, TheDialogTakesWhatIsTypedAndStaysInSight) {
+  desk.key("F10 Return");
+  desk.type("Mag");
+  EXPECT_EQ(engineer.field("ParamText").text(), "Mag");
+  EXPECT_EQ(desk.focused(), "ParamText");
+  HelperView& dialog = desk.view.helper();
+  EXPECT_EQ(dialog.windowHandle()->transientParent(), desk.view.windowHandle());
+  dialog.showMinimized();
+  form.srvGuide.click();
+  EXPECT_FALSE(dialog.isMinimized());
+  desk.view.close();
+  EXPECT_EQ(dialog.windowHandle()->transientParent(), nullptr) << "it lives on alone";
+  dialog.close();
+}
+
+TEST_F(Hands, ADoubleClickOfAnotherButtonSwallowsNoClick) {
+  int clicks = 0;
+  form.LocalName.onClick = [&] { ++clicks; };
+  const QWidget& field = desk.widget("LocalName");
+  QTest::mouseDClick(desk.view.windowHandle(), Qt::MiddleButton, {},
+                     field.mapTo(&desk.view, field.rect().center()));
+  desk.click("LocalName");
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(Hands, AThirdClickSelectsANameWithoutItsLineEnd) {
+  auto& edit = desk.widget<QPlainTextEdit>("deviceNamesInputText");
+  desk.write("NumDevices", "2");
+  desk.click("Units");
+  clickLine(1);
+  clickLine(1);
+  desk.doubleClick(*edit.viewport(), {15, edit.cursorRect().center().y()});
+  desk.click(*edit.viewport(), {15, edit.cursorRect().center().y()});
+  desk.type("EAST");
+  EXPECT_EQ(form.deviceNamesInputText.text(), "Device 0\r\nEAST\r\n");
+}
+
+TEST_F(Hands, TheBoxShowsItsBarAndTheLineOfTheCaret) {
+  auto& edit = desk.widget<QPlainTextEdit>("deviceNamesInputText");
+  EXPECT_TRUE(edit.verticalScrollBar()->isVisible());
+  desk.write("NumDevices", "2");
+  desk.click("Units");
+  const auto colourOfLine = [&](int line) {
+    const QRect place = edit.cursorRect(QTextCursor(edit.document()->findBlockByNumber(line)));
+    return edit.viewport()->grab().toImage().pixelColor(edit.viewport()->width() - 20,
+                                                        place.center().y());
+  };
+  for (const int line : {0, 1}) {
+    clickLine(line);
+    clickLine(line);
+    EXPECT_NE(colourOfLine(line), colourOfLine(2));
+    EXPECT_EQ(colourOfLine(1 - line), colourOfLine(2));
+  }
+}
+
+TEST_F(Hands, APasteThatIsCutCanBeUndone) {
+  QGuiApplication::clipboard()->setText(QStringLiteral("one\ntwo"));
+  desk.write("PropertyDescription", "ab");
+  desk.key("Left Ctrl+V");
+  EXPECT_EQ(form.PropertyDescription.text(), "aoneb");
+  EXPECT_EQ(form.PropertyDescription.caret(), 4);
+  desk.key("Ctrl+Z");
+  EXPECT_EQ(form.PropertyDescription.text(), "ab");
+  desk.key("Ctrl+Shift+Z");
+  EXPECT_EQ(form.PropertyDescription.text(), "aoneb");
+  desk.key("Ctrl+A Ctrl+V");
+  EXPECT_EQ(form.PropertyDescription.text(), "one");
+}
+
+TEST_F(Hands, ARefusalLeadsToTheFieldThatItNames) {
+  engineer.program.wizard.messageBox = messageBoxes(desk.view, page, "Wizard");
+  const auto edit = [&] {
+    desk.answer("Return");
+    desk.key("Alt+E");
+  };
+  for (const char* name : {"ExportName", "PropertyName"}) {
+    edit();
+    EXPECT_EQ(desk.focused(), name);
+    desk.type("PUMPS");
+  }
+  desk.click("AlarmWatchCheck");
+  desk.write("almSeverityText", "high");
+  edit();
+  desk.type("7");
+  EXPECT_EQ(form.almSeverityText.text(), "7");
+  desk.write("almHiText", "1E39");
+  form.almMaskText.setText("40");
+  edit();
+  EXPECT_EQ(desk.focused(), "EditCmd");
+  EXPECT_EQ(form.almMaskText.text(), "40");
+}
+
+TEST_F(Hands, TheForcedNumberOfStepsGivesWayToWhatIsTyped) {
+  desk.click("ProcessCheck");
+  desk.key("Tab");
+  desk.type("3");
+  EXPECT_EQ(form.NumStepsText.text(), "3");
+  for (const QString emptied : {"Backspace", "Ctrl+A Delete"}) {
+    desk.key(emptied);
+    EXPECT_EQ(form.NumStepsText.text(), "1");
+    desk.type("03");
+    EXPECT_EQ(form.NumStepsText.text(), "3");
+  }
+}
+
+TEST_F(Hands, TypingInTheListFindsAName) {
+  desk.type("MAGNET");
+  desk.widget("PropertyList").setFocus();
+  desk.type("ra");
+  EXPECT_EQ(form.PropertyName.text(), "RAMP.START");
+  desk.type("mp.r");
+  EXPECT_EQ(form.PropertyName.text(), "RAMP.RESUME");
+  QTest::qWait(1100);
+  desk.type("f");
+  EXPECT_EQ(form.PropertyName.text(), "FIELD");
+}
+
+TEST_F(Hands, TheListGoesOnWhereALineWasRemoved) {
+  desk.type("MAGNET");
+  for (const QString key : {"Up", "Down"}) {
+    desk.click(desk.list(), desk.placeOfLine(5));
+    form.RemoveProperty.click();
+    desk.key(key);
+    EXPECT_EQ(form.PropertyList.selectedIndex(), 5);
+  }
+  desk.click(desk.list(), desk.placeOfLine(5));
+  form.RemoveProperty.click();
+  desk.key("Down");
+  EXPECT_EQ(form.PropertyList.selectedIndex(), 4) << "it was the last line";
+}
+
+/// Processor time of an act, the least of three.
+std::clock_t cost(const std::function<void()>& act) {
+  std::clock_t least = std::numeric_limits<std::clock_t>::max();
+  for (int time = 0; time < 3; ++time) {
+    const std::clock_t start = std::clock();
+    act();
+    least = std::min(least, std::clock() - start);
+  }
+  return least;
+}
+
+TEST_F(Hands, AMessageTakesAnyTextOfATableAtOnce) {
+  const MessageBox ask = messageBoxes(desk.view, page, "Wizard");
+  for (const char* piece : {"x", "ab "}) {
+    const QString text = QString::fromLatin1(QByteArray(piece).repeated(32767).left(32767));
+    const std::clock_t once = cost([&] {
+      QTextLayout layout(text, desk.view.font());
+      layout.beginLayout();
+      for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(desk.view.width());
+      }
+      layout.endLayout();
+    });
+    const std::clock_t shown = cost([&] {
+      desk.answer("Escape");
+      ask({.text = text.toStdString(), .buttons = Buttons::okCancel});
+    });
+    EXPECT_LT(shown, 15 * once) << "laid out line by line, with no look back";
+  }
+}
+
+TEST_F(Hands, TheReasonOfAMarkStandsInTheStatusLineWhileItsFieldHasTheFocus) {
+  const auto* line = desk.view.findChild<QLabel*>(QStringLiteral("statusLine"));
+  const QString last = line->text();
+  const QString tip = desk.widget("PropertyName").toolTip();
+  desk.write("PropertyName", "A,B");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return line->text().startsWith("The comma moves"); }));
+  EXPECT_EQ(desk.widget("PropertyName").toolTip(), tip);
+  EXPECT_TRUE(desk.widget("PropertyName").accessibleDescription().endsWith(line->text()));
+  desk.click("Units");
+  EXPECT_EQ(line->text(), last);
+}
+
+}  // namespace
+}  // namespace kova::test

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+// The review beside the form, by keys and mouse.
+#include <QListWidget>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTreeWidget>
+#include <map>
+
+#include "window/desk.h"
+
+namespace kova::test {
+namespace {
+
+struct Review : AtTheWindow {
+  void open() {
+    desk.type("MAGNET");
+    desk.key("Alt+Q");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return desk.view.review() != nullptr; }));
+    EXPECT_TRUE(QTest::qWaitForWindowActive(desk.view.review()));
+  }
+  QWidget& page() const { return *desk.view.review()->currentWidget(); }
+  QListWidget& groups() const { return *page().findChild<QListWidget*>(); }
+  QTreeWidget& lines() const { return *page().findChild<QTreeWidget*>(); }
+  QStringList shown() const {
+    QStringList all;
+    for (int row = 0; row < groups().count(); ++row) all << groups().item(row)->text();
+    return all;
+  }
+  QPushButton& button(const QString& caption) const {
+    for (QPushButton* one : page().findChildren<QPushButton*>()) {
+      if (one->text() == caption) return *one;
+    }
+    throw Failure("there is no such button");
+  }
+  std::map<std::string, std::string> project() const {
+    auto all = home.files("MAGNET");
+    std::erase_if(all, [](const auto& file) { return file.first.find("-17") < file.first.size(); });
+    return all;
+  }
+};
+
+TEST_F(Review, FollowsTheFormAndLeadsBackToIt) {
+  open();
+  EXPECT_EQ(shown(), QStringList("+ devices.csv (5)")) << "its names come from another file";
+  form.PropertyList.select(5);
+  form.OutputDataSize.setText("8");
+  form.EditCmd.click();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return shown().contains("~ exports.csv (1)"); }));
+
+  groups().setCurrentRow(2);
+  lines().setFocus();
+  desk.key("Home");
+  const QTreeWidgetItem& row = *lines().currentItem();
+  EXPECT_EQ(row.text(0), QStringLiteral("~ MAGNET STATE"));
+  EXPECT_EQ(row.child(0)->text(0), QStringLiteral("~ PROPERTY_SIZE"));
+  EXPECT_EQ(row.child(0)->text(1) + row.child(0)->text(2), QStringLiteral("48"));
+  form.PropertyList.select(0);
+  desk.key("Return");
+  EXPECT_EQ(form.PropertyName.text(), "STATE");
+}
+
+TEST_F(Review, TellsWhatAKeyInTheFormBreaks) {
+  open();
+  desk.key("Alt+F");
+  EXPECT_EQ(shown(), QStringList());
+  form.PropertyName.setText("A,B");
+  form.EditCmd.click();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return groups().count() > 0; }));
+  EXPECT_TRUE(shown().filter("exports.csv").size() == 1) << shown().join(u' ').toStdString();
+  EXPECT_FALSE(lines().topLevelItem(0)->text(3).isEmpty()) << "what to do";
+  desk.key("Escape");
+  EXPECT_FALSE(desk.view.review()->isVisible());
+  EXPECT_TRUE(desk.view.isVisible());
+}
+
+TEST_F(Review, RestoresWhatIsAskedForAndEntersTheProjectAnew) {
+  open();
+  const auto former = project();
+  engineer.clock.now += 100;
+  home.write("MAGNET/history.csv", "lost");
+  home.write("MAGNET/almwatch.csv", "lost too");
+  form.PropertyName.setText("NEW");
+  form.EditCmd.click();
+  desk.key("Alt+B");
+  ASSERT_EQ(groups().count(), 1);
+  EXPECT_TRUE(groups().item(0)->text().endsWith(", 1 minute ago (5)"));
+
+  desk.answer("Escape");
+  button("&Restore set ...").click();
+  EXPECT_TRUE(desk.message.find("1 row or name that is not yet written") < desk.message.size());
+  EXPECT_EQ(home.read("MAGNET/history.csv"), "lost") << "not without a yes";
+
+  lines().setCurrentItem(lines().topLevelItem(2));
+  desk.answer("Alt+Y");
+  button("Restore this f&ile ...").click();
+  EXPECT_EQ(home.read("MAGNET/almwatch.csv"), former.at("almwatch.csv"));
+  EXPECT_EQ(home.read("MAGNET/almwatch-1700000099.csv"), "lost too") << "of no entry's second";
+  EXPECT_EQ(home.read("MAGNET/history.csv"), "lost");
+  EXPECT_EQ(form.PropertyList.lines().size(), 8U) << "read anew";
+
+  groups().setCurrentRow(groups().count() - 1);
+  desk.answer("Alt+Y");
+  button("&Restore set ...").click();
+  EXPECT_EQ(project(), former);
+}
+
+}  // namespace
+}  // namespace kova::test
