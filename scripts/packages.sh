@@ -52,9 +52,9 @@ need_packages() {
   as_root "${install[@]}" || { as_root apt-get update --quiet && as_root "${install[@]}"; }
 }
 
-# Builds a preset in its own directory under build/. Only a fresh directory is configured here; the
-# build itself notices later changes.
+# Builds a preset, or what of it the other words name, in its own directory under build/. Only a
+# fresh directory is configured here; the build itself notices later changes.
 build_preset() {
   [[ -f build/$1/build.ninja ]] || cmake --preset "$1"
-  cmake --build --preset "$1"
+  cmake --build --preset "$@"
 }

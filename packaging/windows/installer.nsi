@@ -1,6 +1,6 @@
-; makensis -DVERSION=1.2.3 -DFILES=folder -DOUT=setup.exe installer.nsi
+; makensis -DVERSION=1.2.3 -DFILES=folder -DREMOVAL=removal.nsh -DOUT=setup.exe installer.nsi
 ; For the account that runs it, without the administrator's rights.
-Unicode true
+Target amd64-unicode
 !define TITLE "KOVA Device Server Setup Wizard"
 !define KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\kova-setup-wizard"
 Name "${TITLE}"
@@ -15,6 +15,9 @@ UninstPage uninstConfirm
 UninstPage instfiles
 
 Section
+  ; What an older version had and this one has not.
+  IfFileExists "$INSTDIR\uninstall.exe" 0 +2
+  ExecWait '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR'
   SetOutPath "$INSTDIR"
   File /r "${FILES}\*"
   WriteUninstaller "$INSTDIR\uninstall.exe"
@@ -24,18 +27,14 @@ Section
   WriteRegStr HKCU "${KEY}" "DisplayIcon" "$INSTDIR\kova-setup-wizard.exe"
   WriteRegStr HKCU "${KEY}" "InstallLocation" "$INSTDIR"
   WriteRegStr HKCU "${KEY}" "UninstallString" '"$INSTDIR\uninstall.exe"'
+  WriteRegStr HKCU "${KEY}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
   WriteRegDWORD HKCU "${KEY}" "NoModify" 1
   WriteRegDWORD HKCU "${KEY}" "NoRepair" 1
 SectionEnd
 
 Section "Uninstall"
-  ; By name: the folder may be one that holds other things as well.
-  Delete "$INSTDIR\kova-setup-wizard.exe"
-  Delete "$INSTDIR\LICENSE.txt"
-  Delete "$INSTDIR\REBUILD.txt"
-  RMDir /r "$INSTDIR\licences"
-  RMDir /r "$INSTDIR\docs"
-  RMDir /r "$INSTDIR\examples"
+  ; File by file: the folder may be one that holds other things as well, a project among them.
+  !include "${REMOVAL}"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
   Delete "$SMPROGRAMS\${TITLE}.lnk"
