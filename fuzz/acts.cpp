@@ -61,7 +61,7 @@ void checkSelection(const Form1& form, const PropertyRecord& row) {
 
 void typeInto(Engineer& engineer, const std::string& name, std::string text) {
   TextField& field = engineer.field(name);
-  if (name == "ProjectDir") text.insert(0, engineer.home + '/');
+  if (name == "ProjectDir") text.insert(0, engineer.home + pathSeparator);
   const bool changes = field.text() != text;
   test::type(field, text);
   if (name == "NumDevices" && changes) checkNumDevices(engineer.program.wizard);
@@ -80,7 +80,8 @@ test::Files filesOf(const std::string& home) {
   test::Files files;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(home)) {
     std::ifstream file(entry.path(), std::ios::binary);
-    if (!entry.is_directory()) files[entry.path().native()] = {std::istreambuf_iterator(file), {}};
+    if (entry.is_directory()) continue;
+    files[test::nativeName(entry.path())] = {std::istreambuf_iterator(file), {}};
   }
   return files;
 }
@@ -91,7 +92,7 @@ void finish(Engineer& engineer) {
   const Preview shown = preview(engineer.program.wizard);
   require(filesOf(engineer.home) == expected, "a preview writes nothing");
   for (const auto& [path, content] : shown.files) {
-    expected[std::filesystem::path(path.native).lexically_normal()] = content;
+    expected[test::nativeName(test::systemPath(path.native).lexically_normal())] = content;
   }
   engineer.messages.clear();
   engineer.program.wizard.form.Command1.click();
@@ -130,7 +131,8 @@ void play(Engineer& engineer, std::size_t act, std::uint8_t with) {
       [&] { engineer.clock.now = 1700200000; }};
   // What lies outside of the home directory is none of this program's business.
   const std::string& directory = form.ProjectDir.text();
-  const bool atHome = directory.starts_with(engineer.home + "/") && directory.find("/..") > 9999;
+  const bool atHome =
+      directory.starts_with(engineer.home + pathSeparator) && directory.find("..") > 9999;
   const auto offers = [&](std::string_view name) {
     const bool ofDialog = name.ends_with("Param") || name == "ParamText";
     return ofDialog ? dialog.window.loaded() : name != "Command1" || atHome;

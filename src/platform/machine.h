@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/code_page.h"
 #include "platform/platform.h"
@@ -32,5 +33,9 @@ inline Machine realMachine(const CodePage& codePage) {
 
 /// Why no window can be shown here, as the end of a sentence; empty if one can.
 std::string missingDisplay();
+
+/// The words of the command line behind the program's name, spelled as file names are. What the
+/// program prints in that spelling is shown so by the terminal.
+std::vector<std::string> terminalWords(int argc, char** argv);
 
 }  // namespace kova

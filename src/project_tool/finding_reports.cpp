@@ -23,11 +23,15 @@ Json jsonOf(const Tool& tool, const Finding& finding) {
 /// A path as a URI reference.
 std::string uriOf(const std::string& path) {
   constexpr std::string_view digits = "0123456789ABCDEF";
-  constexpr std::string_view plain = "/-._~";
-  std::string uri;
-  for (const char character : path) {
+  constexpr std::string_view plain = "-._~";
+  // A drive would be taken for a scheme.
+  const bool hasDrive = pathSeparators.size() > 1 && path.find(':') == 1;
+  std::string uri = hasDrive ? '/' + path.substr(0, 2) : "";
+  for (const char character : path.substr(hasDrive ? 2 : 0)) {
     const auto byte = static_cast<unsigned char>(character);
-    if (std::isalnum(byte) != 0 || plain.find(character) != std::string_view::npos) {
+    if (pathSeparators.find(character) != std::string_view::npos) {
+      uri += '/';
+    } else if (std::isalnum(byte) != 0 || plain.find(character) != std::string_view::npos) {
       uri += character;
     } else {
       ((uri += '%') += digits[byte >> 4U]) += digits[byte & 15U];

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // kova-project: looks at projects of the wizard from scripts and remote shells.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "project_tool/tool.h"
 
@@ -98,10 +101,12 @@ class CommandLine {
   std::string directory_;
 };
 
-int run(int argc, char** argv) {
+int run(std::vector<std::string> words) {
   CommandLine line;
   try {
-    line.app().parse(argc, argv);
+    // The parser takes them from the end.
+    std::reverse(words.begin(), words.end());
+    line.app().parse(std::move(words));
   } catch (const CLI::ParseError& asked) {
     // Help and version come this way as well; a wrong command line must not look like findings.
     return line.app().exit(asked) == 0 ? 0 : static_cast<int>(Ending::notDone);
@@ -119,7 +124,7 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   try {
-    return run(argc, argv);
+    return run(kova::terminalWords(argc, argv));
   } catch (const std::exception& failure) {
     std::cerr << "kova-project: " << failure.what() << '\n';
     return static_cast<int>(Ending::notDone);

@@ -8,7 +8,9 @@ std::string Tool::wizardText(const std::string& native) const {
   if (codePage.toNative(text) != native) {
     throw Failure("the name has characters that " + codePage.name() + " lacks");
   }
-  while (text.size() > 1 && text.back() == pathSeparator) text.pop_back();
+  while (text.size() > 1 && pathSeparators.find(text.back()) != std::string_view::npos) {
+    text.pop_back();
+  }
   return text;
 }
 

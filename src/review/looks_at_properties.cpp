@@ -9,6 +9,7 @@
 #include "editing/range_prefix.h"
 #include "review/field_words.h"
 #include "review/looks.h"
+#include "tables/device_files.h"
 #include "tables/number_text.h"
 #include "tables/row_rules.h"
 
@@ -132,13 +133,13 @@ void otherCase(const ProjectReading& project, const Report& report) {
 
 void separatorInName(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    const auto look = [&](const std::string& name, std::string_view tag) {
-      if (name.find(pathSeparator) == std::string::npos) return;
+    const auto look = [&](const std::string& name, std::string_view entry, std::string_view tag) {
+      if (faultOfName(entry).empty()) return;
       report(placeOf(tag), quoted(name) + " is no name of a file");
     };
-    look(row.exportName, "EXPORT_NAME");
-    look(row.localName, "LOCAL_NAME");
-    look(row.propertyName, "PROPERTY");
+    look(row.exportName, row.exportName, "EXPORT_NAME");
+    look(row.localName, row.localName, "LOCAL_NAME");
+    look(row.propertyName, namesFile(row.propertyName), "PROPERTY");
   });
 }
 

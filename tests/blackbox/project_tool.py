@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""project_tool.py PROGRAM SOURCES: kova-project as scripts use it."""
+"""project_tool.py SOURCES WORD ...: kova-project, which the words start, as scripts use it."""
 import json
 import os
 import pathlib
@@ -12,14 +12,15 @@ import unittest
 
 import jsonschema
 
-PROGRAM, SOURCES = sys.argv[1], pathlib.Path(sys.argv[2])
+SOURCES, PROGRAM = pathlib.Path(sys.argv[1]), sys.argv[2:]
+SEPARATOR = "\\" if PROGRAM[-1].endswith(".exe") else "/"
 EXAMPLE = SOURCES / "examples" / "MAGNET"
 SCHEMA = json.loads((SOURCES / "docs" / "kova-project.schema.json").read_text())
 
 
 def run(*words, out=subprocess.PIPE):
     ended = subprocess.run(
-        [PROGRAM, *words], stdout=out, stderr=subprocess.PIPE, text=True, check=False,
+        [*PROGRAM, *words], stdout=out, stderr=subprocess.PIPE, text=True, check=False,
         env={"PATH": os.environ["PATH"], "TZ": "UTC", "LC_ALL": "C.UTF-8"})
     return ended.returncode, ended.stdout, ended.stderr
 
@@ -38,7 +39,7 @@ class ProjectTool(unittest.TestCase):
     def test_check(self):
         self.assertEqual(run("check", EXAMPLE, self.project), (0, "", ""))
         self.change("exports.csv", b"double", b"dauble")
-        place = f"{self.project}/exports.csv:8:23"
+        place = f"{self.project}{SEPARATOR}exports.csv:8:23"
         line = f'{place}: warning: "dauble" is no format [unknown-format]\n'
         self.assertEqual(run("check", self.project), (1, line, ""))
         status, out, complaint = run("check", self.project, "/nowhere")

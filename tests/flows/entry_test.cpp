@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Directories and files that an entry meets where not all is as the wizard would leave it.
+#include <cerrno>
+#include <cstring>
+
 #include "flows/entry.h"
 
 namespace kova::test {
@@ -36,9 +39,10 @@ TEST_F(Entry, TellsWhereNoLineEndsInCr) {
 
 TEST_F(Entry, NamesTheFileWithoutABackupAndLeavesNoCopies) {
   const std::string file(250, 'z');
-  const std::string text = "Project not read: backup of " + file + ": File name too long. Move " +
-                           "the file away, or see that it is readable and that the directory is " +
-                           "writable and has room.";
+  const std::string text = "Project not read: backup of " + file + ": " +
+                           std::strerror(ENAMETOOLONG) +
+                           ". Move the file away, or see that it is readable and that the " +
+                           "directory is writable and has room.";
   home.write("MAGNET/" + file, "whose backup no disk can name");
   home.write("MAGNET/exports-1600000000.csv", "old");
   home.write("MAGNET/exports-1700000000.csv", "of the same second");

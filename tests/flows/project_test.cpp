@@ -223,7 +223,7 @@ TEST_F(Project, ThatCantBeCopiedCostsAMessageAFile) {
 
     done();
 
-    const std::string folder = home.path("none/" + localName + "/");
+    const std::string folder = home.path("none/") + localName + pathSeparator;
     EXPECT_EQ(said(), question(folder));
     EXPECT_EQ(said(), "Couldn't copy " + home.path("E/exports.csv to ") + folder + " : " + why);
     EXPECT_EQ(home.names(), (std::set<std::string>{"E", "MAGNET"}));
@@ -295,7 +295,7 @@ TEST_F(Project, IsNotWrittenWhereTheDiskCantKeepANamesFile) {
   const std::string tooLong(250, 'x');
   open("NEW");
   for (const std::string& property :
-       {std::string("P\xE9"), std::string("P"), std::string("P\xC9"), tooLong}) {
+       {tooLong, std::string("P\xE9"), std::string("P"), std::string("P\xC9")}) {
     type(form.PropertyName, property);
     form.DeviceListCheck.setValue(1);
     form.EditCmd.click();

@@ -14,7 +14,9 @@ namespace fs = std::filesystem;
 
 class RealFiles : public ::testing::Test {
  protected:
-  Path path(const std::string& name) const { return files->path(folder.path(name)); }
+  Path path(const std::string& name) const {
+    return files->path(folder.path() + pathSeparator + name);
+  }
   void replaceBy(const std::string& name, std::string_view content) const {
     replace(*files, path(name), content);
   }
@@ -44,6 +46,7 @@ TEST_F(RealFiles, AReplacementIsWholeOrNotThere) {
   first->flush();
   replaceBy("t.csv", "of the other");
   first->close();
+  EXPECT_EQ(folder.read("t.csv"), "of the one wizard");
   replaceBy("t.csv", std::string(300000, '\xB0'));
   EXPECT_EQ(folder.read("t.csv"), std::string(300000, '\xB0'));
   std::vector<std::unique_ptr<OutputFile>> writers;
@@ -53,6 +56,31 @@ TEST_F(RealFiles, AReplacementIsWholeOrNotThere) {
   EXPECT_EQ(failureOf(ninth), "Too many other programs are writing the file");
   writers.clear();
   EXPECT_EQ(folder.names(), Names{"t.csv"});
+}
+
+TEST_F(RealFiles, AFileThatHoldsTheBytesAlreadyStays) {
+  const std::string same(40000, 'a');
+  folder.write("t.csv", same);
+  fs::last_write_time(folder.path("t.csv"), fs::file_time_type(std::chrono::hours(100)));
+  const auto stamp = files->stamp(path("t.csv"));
+  replaceBy("t.csv", same);
+  EXPECT_EQ(files->stamp(path("t.csv")), stamp);
+  EXPECT_EQ(folder.names(), Names{"t.csv"});
+  for (const std::string& other : {same.substr(1) + 'b', same.substr(1), same}) {
+    const auto output = files->create(path("t.csv"));
+    output->write(other.substr(0, 20000));
+    output->flush();
+    output->write(other.substr(20000));
+    output->close();
+    EXPECT_EQ(folder.read("t.csv"), other);
+  }
+  const auto output = files->create(path("t.csv"));
+  output->write("of the wizard");
+  folder.write("t.csv", "of the wizard");
+  output->flush();
+  folder.write("t.csv", "somebody's");
+  output->close();
+  EXPECT_EQ(folder.read("t.csv"), "of the wizard");
 }
 
 TEST_F(RealFiles, ACopyKeepsBytesTimeAndProtection) {
@@ -86,6 +114,8 @@ TEST_F(RealFiles, WhatIsNoPlainFileIsRefusedAndNotListed) {
   EXPECT_TRUE(files->fileExists(path("b.csv")) && !files->stamp(path("folder")));
   EXPECT_THROW(files->path(""), Failure);
   EXPECT_THROW(files->path(std::string_view("a\0b", 3)), Failure);
+  fs::resize_file(folder.path("b.csv"), largestFile);
+  EXPECT_EQ(files->read(path("b.csv")).size(), largestFile);
   fs::resize_file(folder.path("b.csv"), largestFile + 1);
   EXPECT_EQ(failureOf([&] { files->read(path("b.csv")); }), "The file is larger than 64 MiB");
 }
@@ -122,9 +152,10 @@ TEST_F(RealFiles, AFolderTellsWhatItCanHoldAndWhoHoldsIt) {
 }
 
 TEST_F(RealFiles, LongPathsAreWrittenAndRead) {
+  const std::string longName(150, 'd');
   Path deep = here;
-  while (deep.native.size() < 600) {
-    deep = deep / std::string(150, 'd');
+  for (int level = 0; level < 4; ++level) {
+    deep = deep / longName;
     files->createFolder(deep);
   }
   replace(*files, deep / std::string(255, 'f'), "deep");
@@ -133,6 +164,10 @@ TEST_F(RealFiles, LongPathsAreWrittenAndRead) {
   EXPECT_EQ(files->plainFiles(deep).size(), 2U);
   for (const auto& name : files->plainFiles(deep)) files->remove(deep / name);
   EXPECT_EQ(files->plainFiles(deep).size(), 0U);
+  // Within reach of what removes the folder.
+  for (Path end = here; fs::exists((end / longName).native); end = end / "d") {
+    fs::rename((end / longName).native, (end / "d").native);
+  }
 }
 
 TEST(Names, ThatLeadElsewhereNameNoPlainFile) {

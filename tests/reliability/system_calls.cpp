@@ -1,19 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Functions of the C library by their own names, which the linker takes in place of the library's.
-// Of a write that is struck, half arrives.
-#undef _FORTIFY_SOURCE  // whose inline forms of these calls would be in the way
 #include "reliability/system_calls.h"
 
-#include <dirent.h>
-#include <dlfcn.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <array>
-#include <cerrno>
-#include <csignal>
-#include <string_view>
 #include <utility>
 
 namespace kova::test {
@@ -23,26 +10,9 @@ SystemCalls& systemCalls() {
   return calls;
 }
 
-namespace {
-
-std::string pathOf(const char* path) {
-  return path;
-}
-
-std::string pathOf(int file) {
-  std::array<char, 4096> path{};
-  const std::string link = "/proc/self/fd/" + std::to_string(file);
-  const auto length = ::readlink(link.c_str(), path.data(), path.size());
-  return {path.data(), static_cast<std::size_t>(length < 0 ? 0 : length)};
-}
-
-/// The note of a call; null for a file that does not count.
-template <class File>
-SystemCalls::Call* note(const char* name, File file) {
+SystemCalls::Call* note(const char* name, std::string path) {
   SystemCalls& calls = systemCalls();
-  if (calls.folder.empty()) return nullptr;
-  std::string path = pathOf(file);
-  if (!path.starts_with(calls.folder)) return nullptr;
+  if (calls.folder.empty() || !path.starts_with(calls.folder)) return nullptr;
   return &calls.made.emplace_back(SystemCalls::Call{.name = name, .path = std::move(path)});
 }
 
@@ -50,125 +20,6 @@ bool strikes(const SystemCalls::Call* noted) {
   const SystemCalls& calls = systemCalls();
   const std::size_t number = calls.made.size();
   return noted != nullptr && (number == calls.at || (calls.onwards && number > calls.at));
-}
-
-template <class Result>
-Result keep(SystemCalls::Call* noted, Result result, std::string_view with = {}) {
-  if (noted == nullptr || result == -1) return result;
-  noted->done = true;
-  noted->with = with;
-  return result;
-}
-
-int fail() {
-  if (systemCalls().error == 0) static_cast<void>(std::raise(SIGKILL));
-  errno = systemCalls().error;
-  return -1;
-}
-
-template <class Result = int, class... Arguments>
-Result pass(const char* name, Arguments... arguments) {
-  return reinterpret_cast<Result (*)(Arguments...)>(::dlsym(RTLD_NEXT, name))(arguments...);
-}
-
-template <class Result = int, class File, class... Arguments>
-Result callWith(std::string_view with, const char* name, File file, Arguments... arguments) {
-  SystemCalls::Call* const noted = note(name, file);
-  if (strikes(noted)) return fail();
-  return keep(noted, pass<Result>(name, file, arguments...), with);
-}
-
-template <class Result = int, class File, class... Arguments>
-Result call(const char* name, File file, Arguments... arguments) {
-  return callWith<Result>({}, name, file, arguments...);
-}
-
-int flush(const char* name, int file) {
-  SystemCalls::Call* const noted = note(name, file);
-  if (strikes(noted)) return fail();
-  return keep(noted, systemCalls().flushes ? pass(name, file) : 0);
-}
-
-}  // namespace
-
-extern "C" {
-
-int open(const char* path, int flags, mode_t mode) {
-  return callWith(std::to_string(flags), "open", path, flags, mode);
-}
-int fcntl(int file, int command, long argument) {
-  return call("fcntl", file, command, argument);
-}
-int flock(int file, int operation) noexcept {
-  return call("flock", file, operation);
-}
-ssize_t read(int file, void* data, size_t size) {
-  return call<ssize_t>("read", file, data, size);
-}
-ssize_t write(int file, const void* data, size_t size) {
-  SystemCalls::Call* const noted = note("write", file);
-  const bool fails = strikes(noted);
-  const auto count = pass<ssize_t>("write", file, data, fails ? size / 2 : size);
-  const auto written = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
-  keep(noted, count, {static_cast<const char*>(data), written});
-  return fails ? fail() : count;
-}
-ssize_t copy_file_range(int from, off_t* at, int to, off_t* into, size_t size, unsigned flags) {
-  SystemCalls::Call* const noted = note("copy_file_range", to);
-  if (strikes(noted)) return fail();
-  const auto count = pass<ssize_t>("copy_file_range", from, at, to, into, size, flags);
-  std::string bytes(noted == nullptr || count < 0 ? 0 : static_cast<std::size_t>(count), '\0');
-  static_cast<void>(::pread(to, bytes.data(), bytes.size(), ::lseek(to, 0, SEEK_CUR) - count));
-  return keep(noted, count, bytes);
-}
-int close(int file) {
-  SystemCalls::Call* const noted = note("close", file);
-  const bool fails = strikes(noted);
-  const int closed = keep(noted, pass("close", file));
-  return fails ? fail() : closed;
-}
-int fsync(int file) {
-  return flush("fsync", file);
-}
-int syncfs(int file) noexcept {
-  return flush("syncfs", file);
-}
-int ftruncate(int file, off_t size) noexcept {
-  return callWith(std::to_string(size), "ftruncate", file, size);
-}
-int fchmod(int file, mode_t mode) noexcept {
-  return call("fchmod", file, mode);
-}
-int futimens(int file, const timespec* times) noexcept {
-  return call("futimens", file, times);
-}
-int rename(const char* from, const char* to) noexcept {
-  return callWith(to, "rename", from, to);
-}
-int renameat2(int a, const char* from, int b, const char* to, unsigned flags) noexcept {
-  SystemCalls::Call* const noted = note("rename", from);
-  if (strikes(noted)) return fail();
-  return keep(noted, pass("renameat2", a, from, b, to, flags), to);
-}
-int linkat(int from, const char* path, int to, const char* name, int flags) noexcept {
-  // Of a file without a name, which is known by its number alone.
-  const std::string number = std::string(path).substr(std::string_view(path).rfind('/') + 1);
-  SystemCalls::Call* const noted = note("linkat", number.empty() ? from : std::stoi(number));
-  if (strikes(noted)) return fail();
-  return keep(noted, pass("linkat", from, path, to, name, flags), name);
-}
-int unlink(const char* path) noexcept {
-  return call("unlink", path);
-}
-int mkdir(const char* path, mode_t mode) noexcept {
-  return call("mkdir", path, mode);
-}
-int stat(const char* path, struct stat* state) noexcept {
-  return call("stat", path, state);
-}
-DIR* opendir(const char* path) {
-  return strikes(note("opendir", path)) ? (fail(), nullptr) : pass<DIR*>("opendir", path);
-}
 }
 
 }  // namespace kova::test

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -27,5 +28,18 @@ struct SystemCalls {
 
 /// Those of this process.
 SystemCalls& systemCalls();
+
+/// The note of a call; null for a file that does not count.
+SystemCalls::Call* note(const char* name, std::string path);
+/// The call is to fail, or to kill the program.
+bool strikes(const SystemCalls::Call* noted);
+
+/// What a run of the wizard calls here.
+struct CallsOfARun {
+  std::size_t kinds = 0;
+  std::set<std::string> silent;  ///< may fail without a word
+  int sample = 8;                ///< one in so many of a kind is struck by the tests
+};
+extern const CallsOfARun callsOfARun;
 
 }  // namespace kova::test

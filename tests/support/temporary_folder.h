@@ -15,6 +15,15 @@ namespace kova::test {
 /// Bytes of files by name.
 using Files = std::map<std::string, std::string>;
 
+/// A path as the wizard's floors spell it: UTF-8 where the system's own is wide, else its bytes.
+inline std::string nativeName(const std::filesystem::path& path) {
+  const std::u8string name = path.u8string();
+  return {name.begin(), name.end()};
+}
+inline std::filesystem::path systemPath(const std::string& native) {
+  return std::u8string(native.begin(), native.end());
+}
+
 /// Files are named by their path inside the folder.
 struct TemporaryFolder {
   TemporaryFolder() = default;
@@ -26,25 +35,27 @@ struct TemporaryFolder {
 
   const std::string& path() const { return path_; }
   std::string path(const std::string& name) const {
-    return (std::filesystem::path(path_) / name).make_preferred().string();
+    return nativeName((systemPath(path_) / systemPath(name)).make_preferred());
   }
   /// Makes the folders above the file as well.
   void write(const std::string& name, const std::string& bytes) const {
-    std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
-    std::ofstream(path(name), std::ios::binary) << bytes;
+    std::filesystem::create_directories(systemPath(path(name)).parent_path());
+    std::ofstream(systemPath(path(name)), std::ios::binary) << bytes;
   }
-  bool has(const std::string& name) const { return std::filesystem::exists(path(name)); }
+  bool has(const std::string& name) const {
+    return std::filesystem::exists(systemPath(path(name)));
+  }
   std::string read(const std::string& name) const {
-    std::ifstream file(path(name), std::ios::binary);
+    std::ifstream file(systemPath(path(name)), std::ios::binary);
     return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "no file " + name;
   }
   /// The files of a folder. Backups of the clock in use are left out.
   Files files(const std::string& folder) const {
     Files all;
     for (const auto& entry : std::filesystem::directory_iterator(path(folder))) {
-      const std::string name = entry.path().filename().string();
+      const std::string name = nativeName(entry.path().filename());
       if (name.find("-17000") == std::string::npos)
-        all[name] = read(entry.path().lexically_relative(path()).string());
+        all[name] = read(nativeName(entry.path().lexically_relative(path())));
     }
     return all;
   }
@@ -52,7 +63,7 @@ struct TemporaryFolder {
   std::set<std::string> names() const {
     std::set<std::string> all;
     for (const auto& entry : std::filesystem::directory_iterator(path_)) {
-      all.insert(entry.path().filename().string());
+      all.insert(nativeName(entry.path().filename()));
     }
     return all;
   }

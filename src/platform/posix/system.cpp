@@ -164,6 +164,10 @@ std::unique_ptr<ProgramStarter> realProgramStarter(const CodePage& codePage) {
   return std::make_unique<PosixProgramStarter>(codePage);
 }
 
+std::vector<std::string> terminalWords(int argc, char** argv) {
+  return {argv + std::min(argc, 1), argv + argc};
+}
+
 std::string missingDisplay() {
   const auto isSet = [](const char* name) {
     const char* value = std::getenv(name);

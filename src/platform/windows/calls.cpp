@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/windows/calls.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <system_error>
 
@@ -24,7 +26,10 @@ void fail(DWORD error) {
   if (error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION) {
     throw Failure("Another program has the file open");
   }
-  if (error == ERROR_HANDLE_DISK_FULL) error = ERROR_DISK_FULL;
+  // The C library knows no word for these, or the wrong one.
+  constexpr std::array<DWORD, 4> device{ERROR_WRITE_FAULT, ERROR_READ_FAULT, ERROR_GEN_FAILURE,
+                                        ERROR_NETNAME_DELETED};
+  if (std::find(device.begin(), device.end(), error) != device.end()) error = ERROR_IO_DEVICE;
   const auto known = std::system_category().default_error_condition(static_cast<int>(error));
   if (known.category() != std::generic_category()) {
     throw Failure("Windows error " + std::to_string(error));

@@ -19,6 +19,8 @@ using windows::nameOf;
 using windows::narrow;
 using windows::openFile;
 using windows::shareAll;
+using windows::sizeOf;
+using windows::stampOf;
 using windows::stateOf;
 using windows::wide;
 
@@ -30,24 +32,6 @@ constexpr int deniedAttempts = 20;
 
 bool isFolder(const FileState& state) {
   return (state.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
-std::uint64_t joined(DWORD high, DWORD low) {
-  return (std::uint64_t{high} << 32U) | low;
-}
-
-std::uint64_t sizeOf(const FileState& state) {
-  return joined(state.nFileSizeHigh, state.nFileSizeLow);
-}
-
-FileStamp stampOf(const FileState& state) {
-  // Windows counts tenths of a microsecond since 1601.
-  constexpr std::int64_t since1970 = 116'444'736'000'000'000;
-  const auto& written = state.ftLastWriteTime;
-  const auto time =
-      static_cast<std::int64_t>(joined(written.dwHighDateTime, written.dwLowDateTime));
-  return {state.dwVolumeSerialNumber, joined(state.nFileIndexHigh, state.nFileIndexLow),
-          sizeOf(state), (time - since1970) * 100};
 }
 
 Handle openPlainFile(const std::wstring& name) {
@@ -98,6 +82,11 @@ std::unique_ptr<HiddenFile> hiddenCopy(const Path& from, const Path& to, FileSta
   }
   windows::keepAttributes(state, hidden->handle());
   return hidden;
+}
+
+Handle openFolder(const Path& folder, DWORD access) {
+  const std::wstring name = folder.native.empty() ? L"." : nameOf(folder);
+  return openFile(name, access, shareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
 }
 
 // Runs `look` for each entry of the folder.
@@ -203,8 +192,7 @@ class WindowsFileSystem final : public FileSystem {
   }
 
   std::optional<FileStamp> stamp(const Path& file) const override {
-    const auto state = stateOf(nameOf(file));
-    return state && windows::isPlainFile(*state) ? std::optional(stampOf(*state)) : std::nullopt;
+    return stampOf(stateOf(nameOf(file)));
   }
 
   bool nameFits(const Path& folder, std::string_view name) const override {
@@ -224,8 +212,7 @@ class WindowsFileSystem final : public FileSystem {
   bool ignoresCase(const Path& folder) const override {
     const HiddenFile hidden(folder, "case");
     const Path other = folder / withoutCase(Path{narrow(hidden.name())}.leaf());
-    const auto seen = stateOf(nameOf(other));
-    return seen && stampOf(*seen) == stampOf(stateOf(hidden.handle()));
+    return stampOf(stateOf(nameOf(other))) == stampOf(stateOf(hidden.handle()));
   }
 
   std::unique_ptr<FolderLock> lock(const Path& folder) override {
@@ -244,7 +231,7 @@ class WindowsFileSystem final : public FileSystem {
   }
 
   void flushFolder(const Path& folder) override {
-    if (!folderExists(folder)) fail(ERROR_PATH_NOT_FOUND);
+    if (!openFolder(folder, FILE_READ_ATTRIBUTES).open()) fail();
     flush(folder);
   }
 
@@ -284,9 +271,7 @@ class WindowsFileSystem final : public FileSystem {
   // Renames are written through; this brings the folder's own journal to the disk, where there is
   // one and the account may.
   static void flush(const Path& folder) {
-    const std::wstring name = folder.native.empty() ? L"." : nameOf(folder);
-    const Handle names =
-        openFile(name, GENERIC_WRITE, shareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+    const Handle names = openFolder(folder, GENERIC_WRITE);
     if (names.open()) ::FlushFileBuffers(names.get());
   }
 

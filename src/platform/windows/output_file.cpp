@@ -2,6 +2,7 @@
 #include "platform/windows/output_file.h"
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 #include "platform/hidden_name.h"
@@ -41,6 +42,8 @@ DWORD renamed(const std::wstring& from, const std::wstring& to, DWORD flags) {
       ::Sleep(pause);
       continue;
     }
+    // Windows calls it anything.
+    if (to.size() - to.rfind(L'\\') - 1 > nameLimit) return ERROR_FILENAME_EXCED_RANGE;
     const bool isHeld = mayPass(error) && !openFile(to, DELETE, shareAll).open() &&
                         ::GetLastError() == ERROR_SHARING_VIOLATION;
     return isHeld ? ERROR_SHARING_VIOLATION : error;
@@ -62,6 +65,47 @@ std::wstring withoutLink(const std::wstring& name) {
   return target.empty() ? name : target;
 }
 
+// From where both stand. What can't be read is no equal.
+bool holdSameBytes(const Handle& written, const Handle& read) {
+  std::array<char, 16384> mine{};
+  std::array<char, mine.size()> theirs{};
+  const auto fill = [](const Handle& file, auto& buffer, DWORD& count) {
+    return ::ReadFile(file.get(), buffer.data(), static_cast<DWORD>(buffer.size()), &count,
+                      nullptr) != FALSE;
+  };
+  for (;;) {
+    DWORD count = 0;
+    DWORD theirCount = 0;
+    if (!fill(written, mine, count) || !fill(read, theirs, theirCount)) return false;
+    if (count != theirCount) return false;
+    if (count == 0) return true;
+    if (!std::equal(mine.begin(), mine.begin() + count, theirs.begin())) return false;
+  }
+}
+
+// The file `name` if it holds the same bytes as `written`. What another program keeps from being
+// written can't be flushed either, and is none.
+Handle openIfEqual(const std::wstring& name, const Handle& written) {
+  Handle file = openFile(name, GENERIC_READ | GENERIC_WRITE, shareAll);
+  if (!file.open()) return Handle();
+  checked(::SetFilePointerEx(written.get(), {}, nullptr, FILE_BEGIN));
+  const bool isEqual = holdSameBytes(written, file);
+  checked(::SetFilePointerEx(written.get(), {}, nullptr, FILE_END));
+  return isEqual ? std::move(file) : Handle();
+}
+
+// A copy of a file that is protected against writing is so as well, and could not be removed.
+void unprotect(const Handle& file, const FileState& state) {
+  if ((state.dwFileAttributes & FILE_ATTRIBUTE_READONLY) == 0) return;
+  FILE_BASIC_INFO removable{};
+  removable.FileAttributes = FILE_ATTRIBUTE_NORMAL;
+  ::SetFileInformationByHandle(file.get(), FileBasicInfo, &removable, sizeof removable);
+}
+
+std::uint64_t joined(DWORD high, DWORD low) {
+  return (std::uint64_t{high} << 32U) | low;
+}
+
 class WindowsOutputFile final : public OutputFile {
  public:
   explicit WindowsOutputFile(const Path& target)
@@ -76,14 +120,23 @@ class WindowsOutputFile final : public OutputFile {
   }
 
   void flush() override {
-    keepRights();
-    hidden_.flush();
+    former_ = stampOf(stateOf(target_));
+    const Handle equal = former_ ? openIfEqual(target_, hidden_.handle()) : Handle();
+    targetStays_ = equal.open();
+    if (!targetStays_) keepRights();
+    // Whoever has written the file that stays may not have flushed it.
+    checked(::FlushFileBuffers(targetStays_ ? equal.get() : hidden_.handle().get()));
     flushed_ = true;
   }
 
   void close() override {
+    if (targetStays_ && former_ != stampOf(stateOf(target_))) flushed_ = false;
     if (!flushed_) flush();
-    hidden_.takePlaceOf(target_);
+    if (targetStays_) {
+      hidden_.remove();
+    } else {
+      hidden_.takePlaceOf(target_);
+    }
     hidden_.removeLeftovers();
   }
 
@@ -99,6 +152,8 @@ class WindowsOutputFile final : public OutputFile {
 
   std::wstring target_;
   HiddenFile hidden_;
+  std::optional<FileStamp> former_;  ///< of the target, at the flush
+  bool targetStays_ = false;         ///< since it holds what was written already
   bool flushed_ = false;
 };
 
@@ -122,6 +177,21 @@ FileState stateOf(const Handle& file) {
   FileState state{};
   checked(::GetFileInformationByHandle(file.get(), &state));
   return state;
+}
+
+std::uint64_t sizeOf(const FileState& state) {
+  return joined(state.nFileSizeHigh, state.nFileSizeLow);
+}
+
+std::optional<FileStamp> stampOf(const std::optional<FileState>& state) {
+  if (!state || !isPlainFile(*state)) return std::nullopt;
+  // Windows counts tenths of a microsecond since 1601.
+  constexpr std::int64_t since1970 = 116'444'736'000'000'000;
+  const auto& written = state->ftLastWriteTime;
+  const auto time =
+      static_cast<std::int64_t>(joined(written.dwHighDateTime, written.dwLowDateTime));
+  return FileStamp{state->dwVolumeSerialNumber, joined(state->nFileIndexHigh, state->nFileIndexLow),
+                   sizeOf(*state), (time - since1970) * 100};
 }
 
 bool isPlainFile(const FileState& state) {
@@ -173,7 +243,14 @@ HiddenFile::HiddenFile(const Path& folder, std::string_view leaf)
 }
 
 HiddenFile::~HiddenFile() {
-  if (file_.open() && !placed_) ::DeleteFileW(name().c_str());
+  if (file_.open()) remove();
+}
+
+void HiddenFile::remove() {
+  FileState state{};
+  if (::GetFileInformationByHandle(file_.get(), &state) != FALSE) unprotect(file_, state);
+  ::DeleteFileW(name().c_str());
+  file_ = Handle();
 }
 
 DWORD HiddenFile::take(int number) {
@@ -189,7 +266,7 @@ DWORD HiddenFile::take(int number) {
   // Written through a link or a second name, the content would change behind a table's back.
   const bool isLink = (state.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
   if (isLink || !isPlainFile(state) || state.nNumberOfLinks != 1) return ERROR_ACCESS_DENIED;
-  if (state.nFileSizeHigh != 0 || state.nFileSizeLow != 0) checked(::SetEndOfFile(file.get()));
+  if (sizeOf(state) != 0) checked(::SetEndOfFile(file.get()));
   number_ = number;
   file_ = std::move(file);
   return 0;
@@ -209,7 +286,6 @@ void HiddenFile::write(std::string_view content) const {
 void HiddenFile::takePlaceOf(const std::wstring& target) {
   constexpr DWORD flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
   if (const DWORD error = renamed(name(), target, flags); error != 0) fail(error);
-  placed_ = true;
   // An open file could not be replaced by the next one.
   file_ = Handle();
 }
@@ -218,7 +294,6 @@ bool HiddenFile::takeFreePlace(const std::wstring& target) {
   const DWORD error = renamed(name(), target, MOVEFILE_WRITE_THROUGH);
   if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) return false;
   if (error != 0) fail(error);
-  placed_ = true;
   file_ = Handle();
   return true;
 }
@@ -237,10 +312,7 @@ void removeIfLeft(const std::wstring& hidden) {
   if (!file.open() || ::GetFileInformationByHandle(file.get(), &state) == FALSE) return;
   const bool isLink = (state.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
   if (isLink || !isPlainFile(state) || state.nNumberOfLinks != 1) return;
-  // A copy of a file that is protected against writing is so as well, and could not be removed.
-  FILE_BASIC_INFO removable{};
-  removable.FileAttributes = FILE_ATTRIBUTE_NORMAL;
-  ::SetFileInformationByHandle(file.get(), FileBasicInfo, &removable, sizeof removable);
+  unprotect(file, state);
   FILE_DISPOSITION_INFO goes{TRUE};
   ::SetFileInformationByHandle(file.get(), FileDispositionInfo, &goes, sizeof goes);
 }
@@ -251,6 +323,7 @@ std::unique_ptr<OutputFile> openOutputFile(const Path& file) {
   if (const auto former = stateOf(nameOf(target))) {
     if ((former->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) throw Failure("Is a directory");
     if (!isPlainFile(*former)) throw Failure("Not a plain file");
+    if ((former->dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0) fail(ERROR_ACCESS_DENIED);
     const Handle writable = openFile(nameOf(target), GENERIC_WRITE, shareAll);
     // Another program that has it open may be done by the time it is replaced.
     const bool mayBeWritten = writable.open() || ::GetLastError() == ERROR_SHARING_VIOLATION;

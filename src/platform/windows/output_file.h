@@ -25,6 +25,10 @@ using FileState = BY_HANDLE_FILE_INFORMATION;
 std::optional<FileState> stateOf(const std::wstring& name);
 FileState stateOf(const Handle& file);
 bool isPlainFile(const FileState& state);
+/// In bytes.
+std::uint64_t sizeOf(const FileState& state);
+/// Nothing for what is no plain file.
+std::optional<FileStamp> stampOf(const std::optional<FileState>& state);
 
 /// Throws Failure if the file keeps no access list of another one although it could.
 void keepAccessList(const std::wstring& from, const std::wstring& to);
@@ -50,6 +54,8 @@ class HiddenFile {
   /// Appends all of `content`.
   void write(std::string_view content) const;
   void flush() const { checked(::FlushFileBuffers(file_.get())); }
+  /// Takes it away ahead of the object.
+  void remove();
   /// Renames the file to `target`, which it replaces.
   void takePlaceOf(const std::wstring& target);
   /// Renames the file to `target`; false if there is an entry of that name.
@@ -64,8 +70,7 @@ class HiddenFile {
 
   std::wstring stem_;
   int number_ = 0;
-  Handle file_;
-  bool placed_ = false;
+  Handle file_;  ///< open until it has gone from its hidden name
 };
 
 /// Removes a hidden file that nobody holds.

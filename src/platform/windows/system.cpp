@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include <array>
+#include <windows.h>
+// The system's own header stands ahead of it.
+#include <shellapi.h>
+
+#include <memory>
 
 #include "platform/machine.h"
 #include "platform/windows/calls.h"
@@ -133,6 +137,16 @@ std::unique_ptr<ProgramStarter> realProgramStarter(const CodePage& codePage) {
 
 std::string missingDisplay() {
   return {};
+}
+
+std::vector<std::string> terminalWords(int /*argc*/, char** /*argv*/) {
+  ::SetConsoleOutputCP(CP_UTF8);
+  int count = 0;
+  const std::unique_ptr<wchar_t*, decltype(&::LocalFree)> all(
+      ::CommandLineToArgvW(::GetCommandLineW(), &count), &::LocalFree);
+  std::vector<std::string> words;
+  for (int word = 1; word < count; ++word) words.push_back(narrow(all.get()[word]));
+  return words;
 }
 
 }  // namespace kova

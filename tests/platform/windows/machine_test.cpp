@@ -22,14 +22,26 @@ class WindowsStarter : public ::testing::Test {
     fs::current_path(folder.path("near"));
     ::SetEnvironmentVariableA("KOVA_RECORD", folder.path("out").c_str());
   }
-  void TearDown() override { fs::current_path("C:\\"); }
+  void TearDown() override {
+    fs::current_path("C:\\");
+    // The last program may still be on its way out of the folder.
+    waitUntil([this] {
+      std::error_code error;
+      fs::remove_all(folder.path(), error);
+      return !error;
+    });
+  }
+  template <class Condition>
+  static void waitUntil(Condition isMet) {
+    constexpr int minutes = 2;
+    for (int wait = 0; wait < minutes * 6000 && !isMet(); ++wait) ::Sleep(10);
+  }
   static void start(std::string_view commandLine) {
     realProgramStarter(CodePage::windows1252())->start(commandLine);
   }
   /// What the started program has noted.
   std::string noted() const {
-    constexpr int minutes = 2;
-    for (int wait = 0; wait < minutes * 6000 && !folder.has("out"); ++wait) ::Sleep(10);
+    waitUntil([this] { return folder.has("out"); });
     const std::string note = folder.read("out");
     fs::remove(folder.path("out"));
     return note;
@@ -103,6 +115,7 @@ TEST(WindowsFiles, WhatAnotherProgramHoldsIsToldAndWhatIsHiddenIsNotListed) {
   EXPECT_NE(::GetFileAttributesA(table.native.c_str()) & FILE_ATTRIBUTE_HIDDEN, 0U);
   ::SetFileAttributesA(table.native.c_str(), FILE_ATTRIBUTE_READONLY);
   EXPECT_THROW(files->create(table), Failure);
+  ::SetFileAttributesA(table.native.c_str(), FILE_ATTRIBUTE_NORMAL);
   EXPECT_EQ(files->path("C:/a/b").native, "C:\\a\\b");
   EXPECT_TRUE(files->folderExists({"C:"}));
 }

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+// A whole run of the wizard, killed at one of its calls, and the order of its calls.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "reliability/faults.h"
+
+namespace kova::test {
+namespace {
+
+TEST_F(Faults, AKillAtAnyMomentLeavesWholeTables) {
+  std::map<std::string, int> left;
+  for (const std::size_t at : moments()) {
+    SCOPED_TRACE("killed at call " + std::to_string(at) + ", " + calls[at - 1].name);
+    Project project;
+    const pid_t child = ::fork();
+    if (child == 0) {
+      systemCalls() = {.folder = project.home.path(), .at = at};
+      project.enter();
+      project.edit();
+      project.finish();
+      ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status)) << "it ended by itself";
+    ++left["killed"];
+    if (project.expectWholeTables(finished)) ++left["hidden"];
+    if (project.tables() != project.former && project.tables() != finished) ++left["mixed"];
+
+    project.enter();
+    ASSERT_TRUE(project.isRead());
+    project.edit();
+    project.finish();
+    EXPECT_EQ(project.tables(), finished);
+    if (HasFailure()) return;
+  }
+  for (const auto& [what, count] : left) RecordProperty(what, count);
+}
+
+TEST_F(Faults, DoneReplacesTablesOnceAllBytesAreFlushedAndFlushesTheNamesInTheEnd) {
+  std::set<std::filesystem::path> bytes;
+  std::set<std::filesystem::path> names;
+  for (std::size_t at = 0; at < calls.size(); ++at) {
+    const SystemCalls::Call& call = calls[at];
+    const std::filesystem::path path(call.path);
+    if (call.name == "write") bytes.insert(path);
+    if (call.name == "fsync" || call.name == "unlink") bytes.erase(path);
+    if (call.name == "fsync") names.erase(path);
+    if (call.name == "syncfs") bytes.clear();
+    if (call.name != "rename" && call.name != "linkat") continue;
+    EXPECT_TRUE(at < entered || bytes.empty()) << call.with;
+    if (bytes.erase(path) > 0) bytes.insert(call.with);
+    names.insert(path.parent_path());
+  }
+  EXPECT_EQ(names, std::set<std::filesystem::path>());
+}
+
+TEST_F(Faults, DoneAsksForOneLockAndFlushesEachTableAheadOfItsLastLook) {
+  const std::string folder = finishedIn + "/MAGNET";
+  std::map<std::string, std::size_t> looked;
+  std::map<std::string, std::size_t> flushed;
+  int locks = 0;
+  for (std::size_t at = entered; at < calls.size(); ++at) {
+    const SystemCalls::Call& call = calls[at];
+    if (call.name == "stat") looked[call.path] = at;
+    if (call.name == "fsync") flushed[call.path] = at;
+    if (call.name == "flock" && call.path == folder) ++locks;
+    const bool replaces = call.name == "rename" && call.with.starts_with(folder);
+    EXPECT_TRUE(!replaces || flushed[call.path] < looked[call.with]) << call.with;
+  }
+  EXPECT_EQ(locks, 1);
+}
+
+TEST(Folders, CostAFewCallsALevel) {
+  constexpr std::size_t levels = 300;
+  Project project;
+  project.enter();
+  project.form().PropertyList.select(0);
+  std::string chain = project.home.path();
+  for (std::size_t level = 0; level < levels; ++level) chain += "/d";
+  project.form().ProjectDir.edit(chain, 0);
+  project.form().EditCmd.click();
+  systemCalls() = {.folder = project.home.path()};
+  project.finish();
+  EXPECT_LT(std::exchange(systemCalls(), {}).made.size(), levels * 10);
+  EXPECT_TRUE(project.home.has(chain.substr(project.home.path().size() + 1) + "/exports.csv"));
+}
+
+}  // namespace
+}  // namespace kova::test
