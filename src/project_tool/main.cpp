@@ -20,6 +20,8 @@ class CommandLine {
     app_.name("kova-project");
     app_.set_version_flag("--version", "kova-project " KOVA_VERSION);
     app_.require_subcommand(1);
+    // They would make options of paths.
+    app_.allow_windows_style_options(false);
     app_.footer(
         "Ends with 0 if nothing was found, 1 if something was, 2 if something could not be done.");
     addCheck();

@@ -38,7 +38,6 @@ bool strikes(const SystemCalls::Call* noted);
 struct CallsOfARun {
   std::size_t kinds = 0;
   std::set<std::string> silent;  ///< may fail without a word
-  int sample = 8;                ///< one in so many of a kind is struck by the tests
 };
 extern const CallsOfARun callsOfARun;
 
