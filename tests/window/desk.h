@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QListView>
 #include <QMessageBox>
@@ -77,7 +78,14 @@ class Desk {
     });
   }
   /// Runs `act` from the event loop, also from that of a message box.
-  void soon(const std::function<void()>& act) { QTimer::singleShot(0, &view, act); }
+  void soon(const std::function<void()>& act) {
+    QTimer::singleShot(0, &view, [act] {
+      act();
+      // A pressed key looks for events once more. On Windows that look takes along the word that the
+      // loop of a message box is over, and the loop then waits for an event that never comes.
+      QAbstractEventDispatcher::instance()->interrupt();
+    });
+  }
 
   QWidget& list() const { return *widget<QListView>("PropertyList").viewport(); }
   QPoint placeOfLine(int row) const {
