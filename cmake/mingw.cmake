@@ -5,7 +5,7 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 # The Qt of packaging/windows/build-qt, and this system's for the tools of the build.
-set(qt ${CMAKE_CURRENT_LIST_DIR}/../build/qt-windows/qt)
+get_filename_component(qt ${CMAKE_CURRENT_LIST_DIR}/../build/qt-windows/qt ABSOLUTE)
 list(APPEND CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32 ${qt})
 list(APPEND CMAKE_PREFIX_PATH ${qt})
 set(QT_HOST_PATH /usr)
