@@ -209,7 +209,11 @@ class PosixFileSystem final : public FileSystem {
   }
 
   std::unique_ptr<OutputFile> create(const Path& file) override {
-    return posix::openOutputFile(file, newFileMode_);
+    return posix::openOutputFile(file, newFileMode_, posix::Hidden::atOnce);
+  }
+
+  std::unique_ptr<OutputFile> createLate(const Path& file) override {
+    return posix::openOutputFile(file, newFileMode_, posix::Hidden::onceItIsNeeded);
   }
 
   void createFolder(const Path& folder) override {

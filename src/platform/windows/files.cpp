@@ -142,7 +142,11 @@ class WindowsFileSystem final : public FileSystem {
   }
 
   std::unique_ptr<OutputFile> create(const Path& file) override {
-    return windows::openOutputFile(file);
+    return windows::openOutputFile(file, windows::Hidden::atOnce);
+  }
+
+  std::unique_ptr<OutputFile> createLate(const Path& file) override {
+    return windows::openOutputFile(file, windows::Hidden::onceItIsNeeded);
   }
 
   void createFolder(const Path& folder) override {
