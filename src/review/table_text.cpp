@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "tables/alarm_table.h"
+#include "tables/device_files.h"
 #include "tables/export_table.h"
 #include "tables/history_table.h"
 #include "tables/number_text.h"
@@ -54,7 +55,7 @@ TableKind kindOfFile(std::string_view name) {
   if (name == historyFileName) return TableKind::history;
   if (name == alarmFileName) return TableKind::alarms;
   const bool names =
-      name == devicesFileName || name.ends_with(devicesEnding) || name.ends_with(namesEnding);
+      name == serverDevicesFile || name.ends_with(devicesEnding) || name.ends_with(namesEnding);
   return names ? TableKind::devices : TableKind::none;
 }
 
