@@ -36,13 +36,16 @@ ReviewPageView::ReviewPageView(const CodePage& codePage,
       heading_(new QLabel(this)),
       halves_(new QSplitter(this)),
       groups_(new QListWidget),
-      lines_(new QTreeWidget) {
+      lines_(new QTreeWidget),
+      whole_(new QLabel(this)) {
   halves_->addWidget(groups_);
   halves_->addWidget(lines_);
   halves_->setStretchFactor(1, 1);
   halves_->setChildrenCollapsible(false);
-  heading_->setTextFormat(Qt::PlainText);
-  heading_->setWordWrap(true);
+  for (QLabel* label : {heading_, whole_}) {
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+  }
   groups_->setAccessibleName(QStringLiteral("Files"));
   lines_->setAccessibleName(QStringLiteral("Rows"));
   lines_->setUniformRowHeights(true);
@@ -50,12 +53,14 @@ ReviewPageView::ReviewPageView(const CodePage& codePage,
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(heading_);
   layout->addWidget(halves_, 1);
+  layout->addWidget(whole_);
   // Screen readers select a line without making it the current one.
   connect(groups_, &QListWidget::itemSelectionChanged, this, [this] {
     fillLines();
     if (moved) moved();
   });
   connect(lines_, &QTreeWidget::itemSelectionChanged, this, [this] {
+    showWhole();
     if (moved) moved();
   });
   connect(lines_, &QTreeWidget::itemActivated, this, [chosen](QTreeWidgetItem* item) {
@@ -135,7 +140,7 @@ void ReviewPageView::makeRoomForGroups() {
 void ReviewPageView::fillLines() {
   const QSignalBlocker quiet(lines_);
   lines_->clear();
-  if (currentGroup() < 0) return;
+  if (currentGroup() < 0) return showWhole();
   QList<QTreeWidgetItem*> items;
   for (const ReviewLine& line : page_.groups[static_cast<std::size_t>(currentGroup())].lines) {
     items << itemOf(line);
@@ -151,6 +156,21 @@ void ReviewPageView::fillLines() {
     lines_->setColumnWidth(column, std::min(lines_->columnWidth(column), most));
   }
   if (!items.isEmpty()) lines_->setCurrentItem(items.front());
+  showWhole();
+}
+
+/// A sentence is longer than a column.
+void ReviewPageView::showWhole() {
+  constexpr int firstSentence = 1;
+  QStringList sentences;
+  const QList<QTreeWidgetItem*> selected = lines_->selectedItems();
+  for (int column = firstSentence; !selected.isEmpty() && column < lines_->columnCount();
+       ++column) {
+    const QString text = selected.front()->text(column);
+    if (text.endsWith(u'.')) sentences << text;
+  }
+  whole_->setText(sentences.join(u' '));
+  whole_->setVisible(!sentences.isEmpty());
 }
 
 QTreeWidgetItem* ReviewPageView::itemOf(const ReviewLine& line) const {

@@ -38,6 +38,7 @@ class ReviewPageView : public QWidget {
   void fillGroups();
   void makeRoomForGroups();
   void fillLines();
+  void showWhole();
   QTreeWidgetItem* itemOf(const ReviewLine& line) const;
   QString shown(const std::string& text) const;
 
@@ -47,6 +48,7 @@ class ReviewPageView : public QWidget {
   QSplitter* halves_;
   QListWidget* groups_;
   QTreeWidget* lines_;
+  QLabel* whole_;  ///< what the current line says, where its columns have no room for it
 };
 
 }  // namespace kova

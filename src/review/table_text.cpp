@@ -109,7 +109,7 @@ TableText parseTable(TableKind kind, std::string_view content) {
 }
 
 bool readsAlike(FieldKind kind, std::string_view one, std::string_view other) {
-  if (one == other || kind == FieldKind::made) return true;
+  if (one == other) return true;
   if (kind == FieldKind::whole) {
     return std::nearbyint(textValue(one)) == std::nearbyint(textValue(other));
   }
