@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/review_page_view.h"
 
+#include <QAccessible>
 #include <QEvent>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -28,6 +29,16 @@ QColor colourOf(Tone tone) {
   return {};
 }
 
+/// A screen reader hears of the view that gets the focus, and not of the line that is current
+/// there.
+void tellCurrent(QWidget& view) {
+  const QAccessibleInterface* shown = QAccessible::queryAccessibleInterface(&view);
+  QAccessibleInterface* current = shown == nullptr ? nullptr : shown->focusChild();
+  if (current == nullptr) return;
+  QAccessibleEvent focus(current, QAccessible::Focus);
+  QAccessible::updateAccessibility(&focus);
+}
+
 }  // namespace
 
 ReviewPageView::ReviewPageView(const CodePage& codePage,
@@ -48,6 +59,9 @@ ReviewPageView::ReviewPageView(const CodePage& codePage,
   }
   groups_->setAccessibleName(QStringLiteral("Files"));
   lines_->setAccessibleName(QStringLiteral("Rows"));
+  for (QWidget* view : std::initializer_list<QWidget*>{groups_, lines_}) {
+    view->installEventFilter(this);
+  }
   lines_->setUniformRowHeights(true);
   lines_->setAllColumnsShowFocus(true);
   auto* layout = new QVBoxLayout(this);
@@ -101,6 +115,16 @@ int ReviewPageView::currentLine() const {
 void ReviewPageView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::PaletteChange) fillGroups();
+}
+
+bool ReviewPageView::eventFilter(QObject* watched, QEvent* event) {
+  const bool done = QWidget::eventFilter(watched, event);
+  if (event->type() == QEvent::FocusIn && QAccessible::isActive()) {
+    QMetaObject::invokeMethod(
+        watched, [view = static_cast<QWidget*>(watched)] { tellCurrent(*view); },
+        Qt::QueuedConnection);
+  }
+  return done;
 }
 
 void ReviewPageView::fillGroups() {

@@ -33,6 +33,7 @@ class ReviewPageView : public QWidget {
 
  protected:
   void changeEvent(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void fillGroups();

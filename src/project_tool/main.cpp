@@ -98,21 +98,26 @@ class CommandLine {
   std::string directory_;
 };
 
+/// The exit status, once everything has been printed.
+int printed(Ending ending) {
+  std::cout.flush();
+  if (std::cout) return static_cast<int>(ending);
+  std::cerr << "kova-project: the output could not be written\n";
+  return static_cast<int>(Ending::notDone);
+}
+
 int run(int argc, char** argv) {
   CommandLine line;
   try {
     line.app().parse(argc, argv);
   } catch (const CLI::ParseError& asked) {
     // Help and version come this way as well; a wrong command line must not look like findings.
-    return line.app().exit(asked) == 0 ? 0 : static_cast<int>(Ending::notDone);
+    return line.app().exit(asked) == 0 ? printed(Ending::nothingFound)
+                                       : static_cast<int>(Ending::notDone);
   }
   const kova::CodePage codePage = kova::CodePage::ofLocale();
   const kova::Tool tool{codePage, kova::posixMachine(codePage), std::cout, std::cerr};
-  const Ending ending = line.run(tool);
-  std::cout.flush();
-  if (std::cout) return static_cast<int>(ending);
-  tool.complain("the output could not be written");
-  return static_cast<int>(Ending::notDone);
+  return printed(line.run(tool));
 }
 
 }  // namespace
