@@ -98,6 +98,8 @@ struct FileSystem {
   /// The machine's name for a path in the wizard's text. Throws Failure for the empty text and for
   /// one that holds a NUL, which would cut the name short.
   virtual Path path(std::string_view text) const = 0;
+  /// A name in the machine's own form as the wizard's text; "?" for what that can't tell.
+  virtual std::string text(std::string_view native) const = 0;
   /// A plain file, links followed; false for anything else and for what can't be looked at.
   virtual bool fileExists(const Path& file) const = 0;
   /// A folder, links followed; false for anything else and for what can't be looked at.

@@ -197,6 +197,8 @@ class PosixFileSystem final : public FileSystem {
     return {codePage_.toNative(text)};
   }
 
+  std::string text(std::string_view native) const override { return codePage_.fromNative(native); }
+
   bool fileExists(const Path& file) const override { return hasType(file, S_IFREG); }
   bool folderExists(const Path& folder) const override { return hasType(folder, S_IFDIR); }
 

@@ -126,6 +126,8 @@ class WindowsFileSystem final : public FileSystem {
     return {native};
   }
 
+  std::string text(std::string_view native) const override { return codePage_.fromNative(native); }
+
   bool fileExists(const Path& file) const override { return stamp(file).has_value(); }
 
   bool folderExists(const Path& folder) const override {
