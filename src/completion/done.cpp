@@ -77,7 +77,8 @@ struct Finishing {
       state.onDisk.nameLists[row.propertyName] =
           writeDevices(namesFile(row.propertyName), row.devices);
     }
-    write(projectDirectory(wizard), [&] { files().flushFolder(pathOf("")); });
+    // Tables that stayed since they held the same bytes may be as others have left them.
+    write(projectDirectory(wizard), [&] { files().flushAll(pathOf("")); });
     flushRepository();
   }
 
@@ -122,7 +123,7 @@ struct Finishing {
     const Path folder = files().path(repositoryPath);
     if (!files().folderExists(folder)) return;
     try {
-      files().flushFolder(folder);
+      files().flushAll(folder);
     } catch (const Failure& failure) {
       couldNotCopy(wizard, wizard.state.projectPath, repositoryPath, failure.what());
     }

@@ -26,7 +26,7 @@ std::string copyAside(FileSystem& files, const Path& table, std::int32_t now) {
 }  // namespace
 
 void TableGate::replace(const Path& table, std::string_view content) {
-  const auto output = wizard_.platform.files.create(table);
+  const auto output = wizard_.platform.files.createLate(table);
   output->write(content);
   letPass(table, *output);
 }

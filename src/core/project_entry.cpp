@@ -109,8 +109,9 @@ void readProject(Wizard& wizard, const Path& exportsFile, const Dropped& dropped
                                              wizard.form.NumDevices.text(), state.deviceNames);
   if (devices.rows > 0) {
     state.deviceNamesDefined = true;
-    state.onDisk.deviceNames = PackedTexts(state.deviceNames);
+    state.onDisk.namesRead = PackedTexts(state.deviceNames);
   }
+  state.onDisk.deviceNames = namesIn(files, state.projectPath, serverDevicesFile);
   state.localNameEdited = true;
 
   reportProjectRead(wizard, {.dropped = dropped,

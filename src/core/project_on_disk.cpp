@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "core/wizard_state.h"
+#include "tables/row_pairs.h"
 
 namespace kova {
 namespace {
@@ -26,8 +27,12 @@ bool readAlike(std::string_view one, std::string_view other) {
 }
 
 bool haveSameNames(const PackedTexts& held, std::size_t row, const ExportTexts& texts) {
-  return held[row * columns + propertyName] == texts[propertyName] &&
-         held[row * columns + exportName] == texts[exportName];
+  return readAlike(held[row * columns + propertyName], texts[propertyName]) &&
+         readAlike(held[row * columns + exportName], texts[exportName]);
+}
+
+std::string keyOf(std::string_view server, std::string_view property) {
+  return std::string(stripBlanks(server)).append(1, '\0').append(stripBlanks(property));
 }
 
 bool isHeld(const PackedTexts& held, std::size_t row, const ExportTexts& texts) {
@@ -36,41 +41,83 @@ bool isHeld(const PackedTexts& held, std::size_t row, const ExportTexts& texts) 
                      [&](std::string_view text) { return readAlike(held[index++], text); });
 }
 
-void compareProperties(const WizardState& state, Unwritten& result) {
-  const PackedTexts& held = state.onDisk.properties;
+/// The rows on disk stand first, in its order.
+bool beginAsHeld(std::span<const PropertyRecord> rows, const PackedTexts& held) {
   const std::size_t heldRows = held.size() / columns;
-  const auto rows = liveRows(state.exportTable, state.exportCount);
-  std::size_t kept = 0;
-  // Rows are taken out or appended, never put in between: those on disk stand first, in its order.
-  for (std::size_t next = 0; kept < rows.size(); ++kept, ++next) {
-    const ExportTexts texts = exportTexts(rows[kept]);
-    while (next < heldRows && !haveSameNames(held, next, texts)) ++next;
-    if (next == heldRows) break;
-    if (!isHeld(held, next, texts)) ++result.properties;
+  if (rows.size() < heldRows) return false;
+  for (std::size_t row = 0; row < heldRows; ++row) {
+    if (!haveSameNames(held, row, exportTexts(rows[row]))) return false;
   }
-  result.properties += rows.size() - kept;
-  result.removals += heldRows - kept;
+  return true;
 }
 
+RowPairs pairsOf(const PackedTexts& held, std::span<const PropertyRecord> rows) {
+  std::vector<std::string> before;
+  for (std::size_t text = 0; text < held.size(); text += columns) {
+    before.push_back(keyOf(held[text + exportName], held[text + propertyName]));
+  }
+  std::vector<std::string> after;
+  for (const PropertyRecord& row : rows) after.push_back(keyOf(row.exportName, row.propertyName));
+  return pairRows(before, after);
+}
+
+void compareProperties(const WizardState& state, Unwritten& result) {
+  const PackedTexts& held = state.onDisk.properties;
+  const auto rows = liveRows(state.exportTable, state.exportCount);
+  // As a rule nothing has been taken out, and this runs behind each act.
+  if (beginAsHeld(rows, held)) {
+    const std::size_t heldRows = held.size() / columns;
+    for (std::size_t row = 0; row < heldRows; ++row) {
+      if (!isHeld(held, row, exportTexts(rows[row]))) ++result.properties;
+    }
+    result.properties += rows.size() - heldRows;
+    return;
+  }
+  const RowPairs pairs = pairsOf(held, rows);
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    const std::size_t partner = pairs.partners[row];
+    const bool isThere = partner != noPartner && !pairs.moved[row];
+    if (!isThere || !isHeld(held, partner, exportTexts(rows[row]))) ++result.properties;
+  }
+  result.removals += static_cast<std::size_t>(std::ranges::count(pairs.kept, false));
+}
+
+/// What reading and writing a list changes by themselves: a device without a name gets one, and
+/// names beyond the number of devices go.
+enum class ByItself : std::uint8_t { count, doNotCount };
+
 /// Devices are known by their numbers. An entry that a reader has found no line for holds nothing.
-void compareNames(const PackedTexts& held, const DeviceNames& names, Unwritten& result) {
+void compareNames(const PackedTexts& held, const DeviceNames& names, ByItself byItself,
+                  Unwritten& result) {
   for (std::size_t device = 0; device < std::max(held.size(), names.size()); ++device) {
+    const std::string_view is = device < held.size() ? held[device] : std::string_view();
     if (device >= names.size()) {
-      if (!held[device].empty()) ++result.removals;
-    } else if (device >= held.size() || held[device] != names[device]) {
+      if (!is.empty() && byItself == ByItself::count) ++result.removals;
+    } else if (names[device].empty() && byItself == ByItself::doNotCount) {
+      if (device >= held.size() || !is.empty()) ++result.deviceNames;
+    } else if (is.empty() || !readAlike(is, displayName(names, device))) {
       ++result.deviceNames;
     }
   }
 }
 
-void compareNameLists(const WizardState& state, Unwritten& result) {
+void compareNameLists(const WizardState& state, ByItself byItself, Unwritten& result) {
   const ProjectOnDisk& disk = state.onDisk;
   const PackedTexts nothing;
   for (const PropertyRecord& row : liveRows(state.exportTable, state.exportCount)) {
     if (!row.hasDeviceList) continue;
     const auto held = disk.nameLists.find(row.propertyName);
-    compareNames(held == disk.nameLists.end() ? nothing : held->second, row.devices, result);
+    compareNames(held == disk.nameLists.end() ? nothing : held->second, row.devices, byItself,
+                 result);
   }
+}
+
+Unwritten rowsNotHeld(const WizardState& state) {
+  Unwritten result;
+  compareProperties(state, result);
+  result.historyRows = static_cast<std::size_t>(state.historyCount - state.onDisk.historyRows);
+  result.alarmRows = static_cast<std::size_t>(state.alarmCount - state.onDisk.alarmRows);
+  return result;
 }
 
 }  // namespace
@@ -89,19 +136,32 @@ PackedTexts::PackedTexts(const DeviceNames& names) {
 }
 
 Unwritten findDroppable(const WizardState& state) {
-  Unwritten result;
-  compareProperties(state, result);
-  compareNameLists(state, result);
-  result.historyRows = static_cast<std::size_t>(state.historyCount - state.onDisk.historyRows);
-  result.alarmRows = static_cast<std::size_t>(state.alarmCount - state.onDisk.alarmRows);
+  Unwritten result = rowsNotHeld(state);
+  compareNameLists(state, ByItself::doNotCount, result);
   return result;
 }
 
 Unwritten findUnwritten(const WizardState& state) {
+  Unwritten result = rowsNotHeld(state);
+  compareNameLists(state, ByItself::count, result);
+  if (!state.deviceNamesDefined) return result;
+  compareNames(state.onDisk.deviceNames, state.deviceNames, ByItself::count, result);
+  return result;
+}
+
+Unwritten findLostByReading(const WizardState& state) {
   Unwritten result = findDroppable(state);
   if (!state.deviceNamesDefined) return result;
-  compareNames(state.onDisk.deviceNames, state.deviceNames, result);
+  compareNames(state.onDisk.namesRead, state.deviceNames, ByItself::doNotCount, result);
   return result;
+}
+
+PackedTexts namesIn(const FileSystem& files, std::string_view folder, std::string_view file) {
+  constexpr std::string_view noEnd = "32767";
+  DeviceNames names;
+  ReadDevicesFile(files, folder, file, noEnd, names);
+  while (!names.empty() && names.back().empty()) names.pop_back();
+  return PackedTexts(names);
 }
 
 }  // namespace kova

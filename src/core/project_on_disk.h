@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tables/backup.h"
+#include "tables/device_files.h"
 #include "tables/export_table.h"
 
 namespace kova {
@@ -52,7 +53,8 @@ struct ProjectOnDisk {
   // Rows of these two are only ever appended, so their number tells which ones are on disk.
   std::int16_t historyRows = 0;
   std::int16_t alarmRows = 0;
-  PackedTexts deviceNames;  ///< of the server
+  PackedTexts deviceNames;  ///< of the server, in the file that Done writes
+  PackedTexts namesRead;    ///< of the server, in the file that they are read from
   /// Of properties with names of their own, by property name.
   std::map<std::string, PackedTexts, std::less<>> nameLists;
   FolderStamps stamps;            ///< by which a foreign change shows
@@ -72,14 +74,24 @@ struct Unwritten {
   std::size_t removals = 0;     ///< properties and device names
 
   std::size_t rows() const { return properties + historyRows + alarmRows + deviceNames; }
+  std::size_t all() const { return rows() + removals; }
+  bool operator==(const Unwritten&) const = default;
 };
 
-/// Compares all rows that Done would write. The line that it adds to the history for the property
-/// in the form does not count: it is no row of the state.
+/// Compares all rows that Done would write, as a comparison of the files before and after it would:
+/// that is the same count as long as the readers came to their ends and nobody else writes here.
+/// The line that Done adds to the history for the property in the form does not count: it is no row
+/// of the state.
 Unwritten findUnwritten(const WizardState& state);
 
 /// The part of it that a change of directory drops: all but the server's device names, which go
 /// along.
 Unwritten findDroppable(const WizardState& state);
+
+/// What reading the project anew can't bring back.
+Unwritten findLostByReading(const WizardState& state);
+
+/// All names in a file of device names; none if it can't be read.
+PackedTexts namesIn(const FileSystem& files, std::string_view folder, std::string_view file);
 
 }  // namespace kova

@@ -9,25 +9,19 @@ std::string counted(std::size_t number, std::string_view singular, std::string_v
   return std::to_string(number) + " " + std::string(number == 1 ? singular : plural);
 }
 
-/// "2 properties, 1 removal"; empty if there is nothing.
-std::string listed(const Unwritten& unwritten) {
+}  // namespace
+
+std::string listed(const Unwritten& rows) {
   std::string text;
   const auto count = [&](std::size_t number, std::string_view singular, std::string_view plural) {
     if (number > 0) text += (text.empty() ? "" : ", ") + counted(number, singular, plural);
   };
-  count(unwritten.properties, "property", "properties");
-  count(unwritten.historyRows, "history row", "history rows");
-  count(unwritten.alarmRows, "alarm watch row", "alarm watch rows");
-  count(unwritten.deviceNames, "device name", "device names");
-  count(unwritten.removals, "removal", "removals");
+  count(rows.properties, "property", "properties");
+  count(rows.historyRows, "history row", "history rows");
+  count(rows.alarmRows, "alarm watch row", "alarm watch rows");
+  count(rows.deviceNames, "device name", "device names");
+  count(rows.removals, "removal", "removals");
   return text;
-}
-
-}  // namespace
-
-std::string unwrittenSentence(const WizardState& state) {
-  const std::string text = listed(findUnwritten(state));
-  return text.empty() ? text : " " + text + " not yet written.";
 }
 
 namespace {
@@ -142,7 +136,9 @@ std::string doneSentences(const WizardState& state) {
 }  // namespace
 
 std::string statusText(const Wizard& wizard) {
-  return wizard.statusLine.sentence + unwrittenSentence(wizard.state);
+  const std::string unwritten = listed(findUnwritten(wizard.state));
+  return wizard.statusLine.sentence +
+         (unwritten.empty() ? unwritten : " " + unwritten + " not yet written.");
 }
 
 std::string dropWarning(const WizardState& state) {

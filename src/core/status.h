@@ -48,8 +48,8 @@ struct CommitNotes {
 /// What just happened, and behind it what of the project is not yet on disk at this moment.
 std::string statusText(const Wizard& wizard);
 
-/// What of the project is not yet on disk, with a blank ahead of it; empty if everything is.
-std::string unwrittenSentence(const WizardState& state);
+/// "2 properties, 1 removal"; empty if there is nothing.
+std::string listed(const Unwritten& rows);
 
 /// What a change of directory would drop at this moment; empty if nothing is unwritten.
 std::string dropWarning(const WizardState& state);

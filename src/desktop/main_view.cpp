@@ -98,6 +98,9 @@ void MainView::openReview() {
   if (!review_) {
     review_ = std::make_unique<ReviewWindow>(
         setup_.wizard, codePage_, [this](const std::string& property) { showInForm(property); });
+    // It will get a frame like this one.
+    const QSize room = screen()->availableSize() - (frameSize() - size());
+    review_->resize(review_->size().boundedTo(room));
     review_->move(frameGeometry().center() - review_->rect().center());
   }
   review_->open();

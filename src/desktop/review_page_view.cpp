@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/review_page_view.h"
 
+#include <QAccessible>
 #include <QEvent>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -28,6 +29,16 @@ QColor colourOf(Tone tone) {
   return {};
 }
 
+/// A screen reader hears of the view that gets the focus, and not of the line that is current
+/// there.
+void tellCurrent(QWidget& view) {
+  const QAccessibleInterface* shown = QAccessible::queryAccessibleInterface(&view);
+  QAccessibleInterface* current = shown == nullptr ? nullptr : shown->focusChild();
+  if (current == nullptr) return;
+  QAccessibleEvent focus(current, QAccessible::Focus);
+  QAccessible::updateAccessibility(&focus);
+}
+
 }  // namespace
 
 ReviewPageView::ReviewPageView(const CodePage& codePage,
@@ -36,26 +47,34 @@ ReviewPageView::ReviewPageView(const CodePage& codePage,
       heading_(new QLabel(this)),
       halves_(new QSplitter(this)),
       groups_(new QListWidget),
-      lines_(new QTreeWidget) {
+      lines_(new QTreeWidget),
+      whole_(new QLabel(this)) {
   halves_->addWidget(groups_);
   halves_->addWidget(lines_);
   halves_->setStretchFactor(1, 1);
   halves_->setChildrenCollapsible(false);
-  heading_->setTextFormat(Qt::PlainText);
-  heading_->setWordWrap(true);
+  for (QLabel* label : {heading_, whole_}) {
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+  }
   groups_->setAccessibleName(QStringLiteral("Files"));
   lines_->setAccessibleName(QStringLiteral("Rows"));
+  for (QWidget* view : std::initializer_list<QWidget*>{groups_, lines_}) {
+    view->installEventFilter(this);
+  }
   lines_->setUniformRowHeights(true);
   lines_->setAllColumnsShowFocus(true);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(heading_);
   layout->addWidget(halves_, 1);
+  layout->addWidget(whole_);
   // Screen readers select a line without making it the current one.
   connect(groups_, &QListWidget::itemSelectionChanged, this, [this] {
     fillLines();
     if (moved) moved();
   });
   connect(lines_, &QTreeWidget::itemSelectionChanged, this, [this] {
+    showWhole();
     if (moved) moved();
   });
   connect(lines_, &QTreeWidget::itemActivated, this, [chosen](QTreeWidgetItem* item) {
@@ -98,6 +117,16 @@ void ReviewPageView::changeEvent(QEvent* event) {
   if (event->type() == QEvent::PaletteChange) fillGroups();
 }
 
+bool ReviewPageView::eventFilter(QObject* watched, QEvent* event) {
+  const bool done = QWidget::eventFilter(watched, event);
+  if (event->type() == QEvent::FocusIn && QAccessible::isActive()) {
+    QMetaObject::invokeMethod(
+        watched, [view = static_cast<QWidget*>(watched)] { tellCurrent(*view); },
+        Qt::QueuedConnection);
+  }
+  return done;
+}
+
 void ReviewPageView::fillGroups() {
   const int before = currentGroup();
   const QString current =
@@ -135,7 +164,7 @@ void ReviewPageView::makeRoomForGroups() {
 void ReviewPageView::fillLines() {
   const QSignalBlocker quiet(lines_);
   lines_->clear();
-  if (currentGroup() < 0) return;
+  if (currentGroup() < 0) return showWhole();
   QList<QTreeWidgetItem*> items;
   for (const ReviewLine& line : page_.groups[static_cast<std::size_t>(currentGroup())].lines) {
     items << itemOf(line);
@@ -151,6 +180,21 @@ void ReviewPageView::fillLines() {
     lines_->setColumnWidth(column, std::min(lines_->columnWidth(column), most));
   }
   if (!items.isEmpty()) lines_->setCurrentItem(items.front());
+  showWhole();
+}
+
+/// A sentence is longer than a column.
+void ReviewPageView::showWhole() {
+  constexpr int firstSentence = 1;
+  QStringList sentences;
+  const QList<QTreeWidgetItem*> selected = lines_->selectedItems();
+  for (int column = firstSentence; !selected.isEmpty() && column < lines_->columnCount();
+       ++column) {
+    const QString text = selected.front()->text(column);
+    if (text.endsWith(u'.')) sentences << text;
+  }
+  whole_->setText(sentences.join(u' '));
+  whole_->setVisible(!sentences.isEmpty());
 }
 
 QTreeWidgetItem* ReviewPageView::itemOf(const ReviewLine& line) const {

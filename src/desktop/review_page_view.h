@@ -33,11 +33,13 @@ class ReviewPageView : public QWidget {
 
  protected:
   void changeEvent(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void fillGroups();
   void makeRoomForGroups();
   void fillLines();
+  void showWhole();
   QTreeWidgetItem* itemOf(const ReviewLine& line) const;
   QString shown(const std::string& text) const;
 
@@ -47,6 +49,7 @@ class ReviewPageView : public QWidget {
   QSplitter* halves_;
   QListWidget* groups_;
   QTreeWidget* lines_;
+  QLabel* whole_;  ///< what the current line says, where its columns have no room for it
 };
 
 }  // namespace kova

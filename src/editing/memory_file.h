@@ -23,6 +23,7 @@ class MemoryFile : public FileSystem {
   explicit MemoryFile(std::string content) : content_(std::move(content)) {}
 
   Path path(std::string_view text) const override { return {std::string(text)}; }
+  std::string text(std::string_view native) const override { return std::string(native); }
   bool fileExists(const Path&) const override { return true; }
   bool folderExists(const Path&) const override { return true; }
   std::string read(const Path&) const override { return content_; }

@@ -107,14 +107,17 @@ class Filling {
     step([&] {
       PropertyRecord& property = row();
       if (property.hasDeviceList) return;
-      const ReadResult read = ReadDevicesFile(wizard_.platform.files, wizard_.state.projectPath,
-                                              namesFile(property.propertyName),
+      const FileSystem& files = wizard_.platform.files;
+      WizardState& state = wizard_.state;
+      const std::string file = namesFile(property.propertyName);
+      const ReadResult read = ReadDevicesFile(files, state.projectPath, file,
                                               form_.NumDevices.text(), property.devices);
-      reportNamesSkipped(wizard_, namesFile(property.propertyName), read.skipped);
+      reportNamesSkipped(wizard_, file, read.skipped);
       if (read.rows < 1) return;
       property.hasDeviceList = true;
-      wizard_.state.onDisk.nameLists.insert_or_assign(property.propertyName,
-                                                      PackedTexts(property.devices));
+      state.onDisk.nameLists.insert_or_assign(
+          property.propertyName, read.skipped > 0 ? namesIn(files, state.projectPath, file)
+                                                  : PackedTexts(property.devices));
     });
     step([&] {
       const PropertyRecord& property = row();

@@ -75,11 +75,13 @@ struct OutputFile {
   /// Appends all of `content`. Throws Failure, also for a short write.
   virtual void write(std::string_view content) = 0;
   /// Brings what was written so far to the disk, with the rights of the file whose place it will
-  /// take. May take seconds: a lock is had behind it, not ahead of it. Throws Failure.
+  /// take, unless that file holds the same bytes. May take seconds: a lock is had behind it, not
+  /// ahead of it. Throws Failure.
   virtual void flush() = 0;
   /// Takes the target's place, after a flush of what is not flushed yet. The new name outlasts a
   /// loss of power once its folder is flushed. A target that holds the same bytes stays itself,
-  /// with its time; it is flushed then. Throws Failure; the target is then as before.
+  /// with its time; whoever has written it may not have flushed it, so that it outlasts a loss of
+  /// power once `flushAll` has been called. Throws Failure; the target is then as before.
   virtual void close() = 0;
 };
 
@@ -96,6 +98,8 @@ struct FileSystem {
   /// The machine's name for a path in the wizard's text. Throws Failure for the empty text and for
   /// one that holds a NUL, which would cut the name short.
   virtual Path path(std::string_view text) const = 0;
+  /// A name in the machine's own form as the wizard's text; "?" for what that can't tell.
+  virtual std::string text(std::string_view native) const = 0;
   /// A plain file, links followed; false for anything else and for what can't be looked at.
   virtual bool fileExists(const Path& file) const = 0;
   /// A folder, links followed; false for anything else and for what can't be looked at.
@@ -106,6 +110,9 @@ struct FileSystem {
   /// Starts a new content for `file`, which need not exist; its folder must. The permissions of an
   /// existing file stay, and a link keeps pointing to its file, which is what gets the content.
   virtual std::unique_ptr<OutputFile> create(const Path& file) = 0;
+  /// As `create`, but nothing is made beside the target ahead of the flush, and nothing at all if
+  /// the target holds the same bytes.
+  virtual std::unique_ptr<OutputFile> createLate(const Path& file) { return create(file); }
   /// Makes one folder, whose name outlasts a loss of power; its parent must exist.
   virtual void createFolder(const Path& folder) = 0;
   /// Plain copy with bytes, rights and modification time, whole or not there; replaces `to`. Nobody
@@ -144,7 +151,7 @@ struct FileSystem {
 
 /// `file` holds `content` afterwards, or, if this throws, what it held before.
 inline void replace(FileSystem& files, const Path& file, std::string_view content) {
-  const auto output = files.create(file);
+  const auto output = files.createLate(file);
   output->write(content);
   output->close();
 }

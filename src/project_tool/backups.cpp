@@ -8,7 +8,9 @@ namespace {
 
 Path folderOf(const Tool& tool, const std::string& text) {
   Path folder = tool.machine.files->path(text);
-  if (!tool.machine.files->folderExists(folder)) throw Failure("there is no such directory");
+  if (!tool.machine.files->folderExists(folder)) {
+    throw Failure(folder.native + ": There is no such directory");
+  }
   return folder;
 }
 

@@ -39,7 +39,7 @@ States sinceBackups(const Tool& tool, const Path& folder, const std::string& sta
 Path folderOf(const Tool& tool, const std::string& directory) {
   Path folder = tool.machine.files->path(tool.wizardText(directory));
   if (tool.machine.files->folderExists(folder)) return folder;
-  throw Failure(directory + ": there is no such directory");
+  throw Failure(directory + ": There is no such directory");
 }
 
 }  // namespace

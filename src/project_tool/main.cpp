@@ -103,6 +103,14 @@ class CommandLine {
   std::string directory_;
 };
 
+/// The exit status, once everything has been printed.
+int printed(Ending ending) {
+  std::cout.flush();
+  if (std::cout) return static_cast<int>(ending);
+  std::cerr << "kova-project: the output could not be written\n";
+  return static_cast<int>(Ending::notDone);
+}
+
 int run(std::vector<std::string> words) {
   CommandLine line;
   try {
@@ -111,15 +119,12 @@ int run(std::vector<std::string> words) {
     line.app().parse(std::move(words));
   } catch (const CLI::ParseError& asked) {
     // Help and version come this way as well; a wrong command line must not look like findings.
-    return line.app().exit(asked) == 0 ? 0 : static_cast<int>(Ending::notDone);
+    return line.app().exit(asked) == 0 ? printed(Ending::nothingFound)
+                                       : static_cast<int>(Ending::notDone);
   }
   const kova::CodePage codePage = kova::CodePage::ofLocale();
   const kova::Tool tool{codePage, kova::realMachine(codePage), std::cout, std::cerr};
-  const Ending ending = line.run(tool);
-  std::cout.flush();
-  if (std::cout) return static_cast<int>(ending);
-  tool.complain("the output could not be written");
-  return static_cast<int>(Ending::notDone);
+  return printed(line.run(tool));
 }
 
 }  // namespace

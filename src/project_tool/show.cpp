@@ -167,8 +167,9 @@ void printText(const Tool& tool, const ProjectReading& project) {
 }  // namespace
 
 Ending show(const Tool& tool, const ShowOptions& options) {
-  const ProjectReading project =
-      readProject(*tool.machine.files, tool.wizardText(options.directory), tool.codePage);
+  const ProjectReading project = naming(options.directory, [&] {
+    return readProject(*tool.machine.files, tool.wizardText(options.directory), tool.codePage);
+  });
   if (options.format == "json") {
     print(tool, JsonProject(tool, project).document(options.directory));
   } else {

@@ -4,13 +4,12 @@
 #include <algorithm>
 #include <cctype>
 #include <set>
-#include <unordered_map>
 #include <utility>
 
 #include "review/form_differences.h"
-#include "review/moved_rows.h"
 #include "review/table_text.h"
 #include "tables/number_text.h"
+#include "tables/row_pairs.h"
 
 namespace kova {
 namespace {
@@ -55,10 +54,14 @@ std::vector<std::string> namesOf(const TableText& table, const TextRow& row) {
   return names;
 }
 
-std::string keyOf(const std::vector<std::string>& names) {
-  std::string key;
-  for (const std::string& name : names) (key += name) += '\0';
-  return key;
+/// What each row is known by, in one text.
+std::vector<std::string> keysOf(const TableText& table) {
+  std::vector<std::string> keys;
+  for (const TextRow& row : table.rows) {
+    std::string& key = keys.emplace_back();
+    for (const std::string& name : namesOf(table, row)) (key += name) += '\0';
+  }
+  return keys;
 }
 
 class Comparison {
@@ -78,19 +81,18 @@ class Comparison {
   }
 
   std::vector<RowChange> run() {
-    match();
-    const std::vector<bool> moved = findMoved(partners_);
+    pairs_ = pairRows(keysOf(before_), keysOf(after_));
     std::size_t removedUpTo = 0;
     for (std::size_t row = 0; row < after_.rows.size(); ++row) {
-      const std::size_t partner = partners_[row];
+      const std::size_t partner = pairs_.partners[row];
       if (partner == noPartner) {
         add(row);
         continue;
       }
-      if (!moved[row]) {
+      if (!pairs_.moved[row]) {
         for (; removedUpTo < partner; ++removedUpTo) remove(removedUpTo);
       }
-      compare(partner, row, moved[row]);
+      compare(partner, row, pairs_.moved[row]);
     }
     for (; removedUpTo < before_.rows.size(); ++removedUpTo) remove(removedUpTo);
     return std::move(changes_);
@@ -110,23 +112,6 @@ class Comparison {
     }
   }
 
-  /// Pairs each row with the one of the same names and the same place among those.
-  void match() {
-    std::unordered_map<std::string, std::vector<std::size_t>> known;
-    for (std::size_t row = before_.rows.size(); row-- > 0;) {
-      known[keyOf(namesOf(before_, before_.rows[row]))].push_back(row);
-    }
-    isPartner_.resize(before_.rows.size());
-    for (const TextRow& row : after_.rows) {
-      const auto found = known.find(keyOf(namesOf(after_, row)));
-      const bool has = found != known.end() && !found->second.empty();
-      partners_.push_back(has ? found->second.back() : noPartner);
-      if (!has) continue;
-      isPartner_[found->second.back()] = true;
-      found->second.pop_back();
-    }
-  }
-
   void add(std::size_t row) {
     RowChange change{Sign::added, false, namesOf(after_, after_.rows[row]), 0, row + 1, {}};
     for (const SharedColumn& column : columns_) {
@@ -137,7 +122,7 @@ class Comparison {
   }
 
   void remove(std::size_t row) {
-    if (isPartner_[row]) return;
+    if (pairs_.kept[row]) return;
     RowChange change{Sign::removed, false, namesOf(before_, before_.rows[row]), row + 1, 0, {}};
     for (const SharedColumn& column : columns_) {
       const std::string_view text = fieldAt(before_.rows[row], column.before);
@@ -164,12 +149,26 @@ class Comparison {
   const TableText& before_;
   const TableText& after_;
   std::vector<SharedColumn> columns_;
-  std::vector<std::size_t> partners_;  ///< of each row after: its row before
-  std::vector<bool> isPartner_;
+  RowPairs pairs_;
   std::vector<RowChange> changes_;
 };
 
 }  // namespace
+
+Unwritten countChanges(const std::vector<FileDifference>& files) {
+  Unwritten count;
+  for (const FileDifference& file : files) {
+    for (const RowChange& row : file.rows) {
+      const TableKind kind = kindOfFile(file.name);
+      ++(row.sign == Sign::removed    ? count.removals
+         : kind == TableKind::exports ? count.properties
+         : kind == TableKind::history ? count.historyRows
+         : kind == TableKind::alarms  ? count.alarmRows
+                                      : count.deviceNames);
+    }
+  }
+  return count;
+}
 
 char mark(Sign sign) {
   switch (sign) {

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/project_on_disk.h"
 #include "review/preview.h"
 #include "review/project_files.h"
 
@@ -39,7 +40,7 @@ struct RowChange {
 };
 
 struct FileDifference {
-  std::string name;
+  std::string name;           ///< in the machine's own form
   Sign sign = Sign::changed;  ///< of the file; never moved
   std::vector<RowChange> rows;
   /// What differs in form only, in sentences: line ends, comments, columns, numbers.
@@ -60,6 +61,9 @@ std::vector<FileDifference> compareProjects(const ProjectFiles& before, const Pr
 /// What Done would change in the project directory. A table that can't be read counts as one that
 /// is not there.
 std::vector<FileDifference> comparePreview(const FileSystem& disk, const Preview& preview);
+
+/// The rows that differ, as the status line counts what is not yet written.
+Unwritten countChanges(const std::vector<FileDifference>& files);
 
 /// "MAGNET CURRENT", and for a row that has changed "MAGNET CURRENT: PROPERTY_SIZE 4 -> 8".
 std::string textOf(const RowChange& row);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <string>
 
@@ -90,6 +91,12 @@ void eachField(const ProjectReading& project, LookAt look) {
       if (!cell.text.empty()) look(Place{name, row.line, cell.column}, table, column, cell.text);
     }
   });
+}
+
+/// The wizard offers a list of words for it.
+bool holdsWords(const ColumnFacts& column) {
+  static constexpr std::array<std::string_view, 4> tags{"FORMAT", "Format", "INFORMAT", "ACCESS"};
+  return std::find(tags.begin(), tags.end(), column.tag) != tags.end();
 }
 
 }  // namespace
@@ -187,9 +194,7 @@ void openQuote(const ProjectReading& project, const Report& report) {
 void digitsForText(const ProjectReading& project, const Report& report) {
   eachField(project, [&](const Place& place, const TableText&, const ColumnFacts& column,
                          std::string_view text) {
-    const std::string tag = upperCase(column.tag);
-    if (tag != "FORMAT" && tag != "INFORMAT" && tag != "ACCESS") return;
-    if (!isNumber(text)) return;
+    if (!holdsWords(column) || !isNumber(text)) return;
     report(place, "a number, " + std::string(text) + ", in column " + std::string(column.tag));
   });
 }

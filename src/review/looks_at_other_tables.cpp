@@ -9,6 +9,7 @@
 #include "core/data_formats.h"
 #include "review/field_words.h"
 #include "review/looks.h"
+#include "tables/device_files.h"
 #include "tables/number_text.h"
 #include "tables/row_rules.h"
 
@@ -113,7 +114,8 @@ bool isOwnName(const std::string& number, const std::string& name) {
 std::map<std::string, double> largestNumbers(const ProjectReading& project) {
   std::map<std::string, double> largest;
   for (const PropertyRecord& row : project.properties.rows) {
-    largest[namesFile(row.propertyName)] = textValue(row.numModules);
+    const std::string file = project.codePage->toNative(namesFile(row.propertyName));
+    largest[file] = textValue(row.numModules);
     largest[project.devicesFile] = textValue(row.numModules);
   }
   return largest;
@@ -199,18 +201,20 @@ void namelessAlarm(const ProjectReading& project, const Report& report) {
 
 void unreadDevices(const ProjectReading& project, const Report& report) {
   if (project.devicesFile.empty() || project.files.contains(project.devicesFile)) return;
-  eachLine(project, devicesFileName, [&, told = false](auto text, auto placeOf) mutable {
+  eachLine(project, serverDevicesFile, [&, told = false](auto text, auto placeOf) mutable {
     if (told || !isOwnName(text(numberTag), text(nameTag))) return;
     told = true;
-    report(placeOf(nameTag),
-           "names of devices, but there is no " + project.devicesFile + " to read them from");
+    report(placeOf(nameTag), "names of devices, but there is no " +
+                                 project.codePage->fromNative(project.devicesFile) +
+                                 " to read them from");
   });
 }
 
 void namesWithoutProperty(const ProjectReading& project, const Report& report) {
   for (const auto& [name, content] : project.files) {
     if (!name.ends_with(namesEnding) || project.nameLists.contains(name)) continue;
-    report({name}, "no property " + name.substr(0, name.size() - namesEnding.size()));
+    const std::string_view property(name.data(), name.size() - namesEnding.size());
+    report({name}, "no property " + project.codePage->fromNative(property));
   }
 }
 

@@ -50,11 +50,13 @@ class OverlayFiles::Output : public OutputFile {
 };
 
 std::vector<Path> OverlayFiles::written() const {
-  std::vector<Path> names;
+  std::map<std::int64_t, Path> names;
   for (const auto& [file, remembered] : files_) {
-    if (remembered.content) names.push_back(file);
+    if (remembered.content) names.emplace(remembered.change, file);
   }
-  return names;
+  std::vector<Path> ordered;
+  for (auto& [change, file] : names) ordered.push_back(std::move(file));
+  return ordered;
 }
 
 std::vector<Path> OverlayFiles::removed() const {

@@ -22,12 +22,13 @@ class OverlayFiles : public FileSystem {
   /// `below` outlives this.
   explicit OverlayFiles(const FileSystem& below) : below_(below) {}
 
-  /// Files that have been written here and not removed since, in the order of their names.
+  /// Files that have been written here and not removed since, in the order of their last writing.
   std::vector<Path> written() const;
   /// Files of the machine that have been removed here.
   std::vector<Path> removed() const;
 
   Path path(std::string_view text) const override { return below_.path(text); }
+  std::string text(std::string_view native) const override { return below_.text(native); }
   bool fileExists(const Path& file) const override;
   bool folderExists(const Path& folder) const override;
   std::string read(const Path& file) const override;

@@ -50,6 +50,17 @@ void copyState(const WizardState& from, WizardState& to) {
   to.onDisk = from.onDisk;
 }
 
+/// It keeps what somebody else has written.
+bool isCopy(const ProjectOnDisk& disk, const Path& file) {
+  return std::any_of(disk.foreignChanges.begin(), disk.foreignChanges.end(),
+                     [&](const ForeignChange& change) { return change.backup == file.leaf(); });
+}
+
+std::ptrdiff_t rowsIn(std::string_view table) {
+  // All lines but the header end in one.
+  return std::count(table.begin(), table.end(), '\n') - 1;
+}
+
 }  // namespace
 
 Preview preview(const Wizard& wizard) {
@@ -70,7 +81,13 @@ Preview preview(const Wizard& wizard, OverlayFiles& files) {
   copyForm(wizard.form, trial.form);
   copyState(wizard.state, trial.state);
   writeProject(trial, {});
-  for (const Path& file : files.written()) result.files.emplace(file, files.read(file));
+  for (const Path& file : files.written()) {
+    const std::string& content = result.files.emplace(file, files.read(file)).first->second;
+    if (isCopy(trial.state.onDisk, file)) continue;
+    result.tables.push_back(file);
+    if (file.leaf() != historyFileName) continue;
+    result.addsHistoryRow = rowsIn(content) > wizard.state.historyCount;
+  }
   return result;
 }
 

@@ -26,15 +26,16 @@ struct Reader {
   void readDevices() const {
     if (project.properties.rows.empty()) return;
     const PropertyRecord& last = project.properties.rows.back();
-    project.devicesFile = storedLocalName(last.localName).append(devicesEnding);
+    const std::string devices = storedLocalName(last.localName).append(devicesEnding);
+    project.devicesFile = project.codePage->toNative(devices);
     project.devices.result =
-        ReadDevicesFile(files, folder, project.devicesFile, last.numModules, project.devices.rows);
+        ReadDevicesFile(files, folder, devices, last.numModules, project.devices.rows);
     for (PropertyRecord& row : project.properties.rows) {
       project.foldedNames.push_back(files.withoutCase(row.propertyName));
       const std::string name = namesFile(row.propertyName);
       const ReadResult result = ReadDevicesFile(files, folder, name, row.numModules, row.devices);
       row.hasDeviceList = result.rows > 0;
-      project.nameLists.insert_or_assign(name, result);
+      project.nameLists.insert_or_assign(project.codePage->toNative(name), result);
     }
   }
 

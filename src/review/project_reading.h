@@ -32,6 +32,8 @@ struct ProjectReading {
   ProjectReading& operator=(ProjectReading&&) = default;
   ~ProjectReading() = default;
 
+  // Names of files are in the machine's own form.
+
   /// Each row holds the device names that the wizard reads as soon as it is selected.
   TableReading<std::vector<PropertyRecord>> properties;
   std::vector<std::string>

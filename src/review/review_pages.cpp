@@ -8,6 +8,7 @@
 
 #include "core/project_entry.h"
 #include "core/status.h"
+#include "review/done_sentence.h"
 #include "review/findings.h"
 #include "review/overlay_files.h"
 #include "review/preview.h"
@@ -94,10 +95,10 @@ ReviewLine lineOf(std::string_view file, const RowChange& row) {
   return line;
 }
 
-ReviewGroup groupOf(const FileDifference& file) {
+ReviewGroup groupOf(const FileSystem& files, const FileDifference& file) {
   auto group = withSign<ReviewGroup>(file.sign);
-  group.name = file.name;
-  for (const RowChange& row : file.rows) group.lines.push_back(lineOf(file.name, row));
+  group.name = files.text(file.name);
+  for (const RowChange& row : file.rows) group.lines.push_back(lineOf(group.name, row));
   for (const std::string& sentence : file.form) {
     auto line = withSign<ReviewLine>(Sign::changed);
     line.texts = {sentence};
@@ -106,23 +107,27 @@ ReviewGroup groupOf(const FileDifference& file) {
   return group;
 }
 
-std::vector<ReviewGroup> groupsOf(const std::vector<FileDifference>& files) {
+std::vector<ReviewGroup> groupsOf(const FileSystem& files,
+                                  const std::vector<FileDifference>& differences) {
   std::vector<ReviewGroup> groups;
-  std::transform(files.begin(), files.end(), std::back_inserter(groups), groupOf);
+  std::transform(differences.begin(), differences.end(), std::back_inserter(groups),
+                 [&](const FileDifference& file) { return groupOf(files, file); });
   return groups;
 }
 
-/// With the count of the status line.
+/// "Done would change 3 rows in 2 files of DIRECTORY: 2 properties, 1 history row.", in the words
+/// of the status line.
 std::string headingOf(const Wizard& wizard, const Preview& done,
                       const std::vector<FileDifference>& files) {
   if (!done.failure.empty()) return "Done would end with: " + done.failure;
   if (done.files.empty()) return "Done would write nothing: there is no property yet.";
-  std::size_t rows = 0;
-  for (const FileDifference& file : files) rows += file.rows.size();
   if (files.empty()) return "Done would change nothing: every file has these rows already.";
-  return "Done would change " + counted(rows, "row", "rows") + " in " +
-         counted(files.size(), "file", "files") + " of " + done.folder + '.' +
-         unwrittenSentence(wizard.state);
+  const Unwritten changes = countChanges(files);
+  const std::string kinds = listed(changes);
+  return "Done would change " + counted(changes.all(), "row", "rows") + " in " +
+         counted(files.size(), "file", "files") + " of " + done.folder +
+         (kinds.empty() ? "" : ": " + kinds) +
+         (done.addsHistoryRow ? "; history.csv gets " + formRowText(wizard) : "") + '.';
 }
 
 ReviewLine lineOf(const ProjectReading& project, const Finding& finding) {
@@ -141,7 +146,8 @@ ReviewLine lineOf(const ProjectReading& project, const Finding& finding) {
     const std::string_view tag = table.kind == TableKind::alarms    ? "property"
                                  : table.kind == TableKind::history ? "Property"
                                                                     : "PROPERTY";
-    line.property = propertyOf(finding.file, {std::string(table.text(row, tag))});
+    line.property =
+        propertyOf(project.codePage->fromNative(finding.file), {std::string(table.text(row, tag))});
   }
   return line;
 }
@@ -155,9 +161,8 @@ std::vector<ReviewGroup> groupsOf(const ProjectReading& project,
                                   const std::vector<Finding>& findings) {
   std::vector<ReviewGroup> groups;
   for (const Finding& finding : findings) {
-    if (groups.empty() || groups.back().name != finding.file) {
-      groups.push_back({.name = finding.file});
-    }
+    const std::string name = project.codePage->fromNative(finding.file);
+    if (groups.empty() || groups.back().name != name) groups.push_back({.name = name});
     groups.back().lines.push_back(lineOf(project, finding));
   }
   for (ReviewGroup& group : groups) {
@@ -198,16 +203,17 @@ ProjectFiles presentOf(const ProjectFiles& all, const BackupSet& set) {
   return present;
 }
 
-ReviewLine lineOf(const BackedUpFile& file, const std::vector<FileDifference>& differences) {
+ReviewLine lineOf(const FileSystem& files, const BackedUpFile& file,
+                  const std::vector<FileDifference>& differences) {
   const auto difference =
       std::find_if(differences.begin(), differences.end(),
                    [&](const FileDifference& one) { return one.name == file.name; });
-  if (difference == differences.end()) return {.texts = {file.name, "as it is now"}};
-  const ReviewGroup group = groupOf(*difference);
+  if (difference == differences.end()) return {.texts = {files.text(file.name), "as it is now"}};
+  const ReviewGroup group = groupOf(files, *difference);
   return {.sign = group.sign,
           .spoken = group.spoken,
           .tone = group.tone,
-          .texts = {file.name},
+          .texts = {group.name},
           .below = group.lines};
 }
 
@@ -217,9 +223,11 @@ ReviewGroup groupOf(const Wizard& wizard, const Path& folder, const ProjectFiles
   group.name =
       localTime(set.first) + ", " + ageText(set.last, wizard.platform.clock.unixTime()) + " ago";
   try {
-    const auto differences =
-        compareProjects(presentOf(present, set), filesOf(wizard.platform.files, folder, set));
-    for (const BackedUpFile& file : set.files) group.lines.push_back(lineOf(file, differences));
+    const FileSystem& files = wizard.platform.files;
+    const auto differences = compareProjects(presentOf(present, set), filesOf(files, folder, set));
+    for (const BackedUpFile& file : set.files) {
+      group.lines.push_back(lineOf(files, file, differences));
+    }
   } catch (const Failure& failure) {
     group.lines.push_back({.texts = {failure.what()}});
   }
@@ -227,11 +235,10 @@ ReviewGroup groupOf(const Wizard& wizard, const Path& folder, const ProjectFiles
 }
 
 std::string restoreQuestion(const Wizard& wizard, const BackupSet& set) {
-  const Unwritten unwritten = findUnwritten(wizard.state);
-  const std::size_t rows = unwritten.properties + unwritten.historyRows + unwritten.alarmRows +
-                           unwritten.deviceNames + unwritten.removals;
-  const std::string what =
-      set.files.size() == 1 ? set.files.front().name : counted(set.files.size(), "file", "files");
+  const std::size_t rows = findLostByReading(wizard.state).all();
+  const std::string what = set.files.size() == 1
+                               ? wizard.platform.files.text(set.files.front().name)
+                               : counted(set.files.size(), "file", "files");
   return "Restore " + what + " as of " + localTime(set.first) + " ?\r\n" +
          (rows == 0 ? ""
                     : counted(rows, "row or name that is", "rows and names that are") +
@@ -247,7 +254,7 @@ ReviewOfDone reviewDone(const Wizard& wizard, const CodePage& codePage) {
   const auto differences = comparePreview(wizard.platform.files, done);
   return {.writing = {.heading = headingOf(wizard, done, differences),
                       .columns = {"Row", "Is now", "Would be"},
-                      .groups = groupsOf(differences)},
+                      .groups = groupsOf(files, differences)},
           .findings = findingsPage(files, projectDirectory(wizard), codePage)};
 }
 
@@ -298,10 +305,12 @@ void restoreIfWanted(Wizard& wizard, const BackupSet& set) {
   }
   ProjectDir_Change(wizard);
   if (failure.empty()) return reportRestored(wizard, restored.files.size());
-  tell(wizard, "Could not restore " +
-                   (restored.missing.empty() ? "anything" : joined(restored.missing)) + " : " +
-                   failure +
-                   (restored.files.empty() ? "" : "\r\nRestored: " + joined(restored.files)));
+  const FileSystem& files = wizard.platform.files;
+  tell(wizard,
+       "Could not restore " +
+           (restored.missing.empty() ? "anything" : files.text(joined(restored.missing))) + " : " +
+           failure +
+           (restored.files.empty() ? "" : "\r\nRestored: " + files.text(joined(restored.files))));
 }
 
 }  // namespace kova

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "tables/alarm_table.h"
+#include "tables/device_files.h"
 #include "tables/export_table.h"
 #include "tables/history_table.h"
 #include "tables/number_text.h"
@@ -54,7 +55,7 @@ TableKind kindOfFile(std::string_view name) {
   if (name == historyFileName) return TableKind::history;
   if (name == alarmFileName) return TableKind::alarms;
   const bool names =
-      name == devicesFileName || name.ends_with(devicesEnding) || name.ends_with(namesEnding);
+      name == serverDevicesFile || name.ends_with(devicesEnding) || name.ends_with(namesEnding);
   return names ? TableKind::devices : TableKind::none;
 }
 
@@ -108,7 +109,7 @@ TableText parseTable(TableKind kind, std::string_view content) {
 }
 
 bool readsAlike(FieldKind kind, std::string_view one, std::string_view other) {
-  if (one == other || kind == FieldKind::made) return true;
+  if (one == other) return true;
   if (kind == FieldKind::whole) {
     return std::nearbyint(textValue(one)) == std::nearbyint(textValue(other));
   }

@@ -16,7 +16,6 @@ namespace kova {
 enum class TableKind : std::uint8_t { exports, history, alarms, devices, none };
 
 inline constexpr std::string_view exportsFileName = "exports.csv";
-inline constexpr std::string_view devicesFileName = "devices.csv";
 inline constexpr std::string_view devicesEnding = "-devices.csv";
 inline constexpr std::string_view namesEnding = "-names.csv";
 

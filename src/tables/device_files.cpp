@@ -121,7 +121,8 @@ void WriteDevicesFile(const ReplaceFile& replace, const Path& file, DeviceNames&
   std::string content = csvLine(std::array{std::string(numberTag), std::string(nameTag)});
   for (std::size_t index = 0; index < devNames.size(); ++index) {
     if (devNames[index].empty()) devNames[index] = displayName(devNames, index);
-    content += csvLine(std::array{numberText(index), devNames[index]});
+    const std::string number = numberText(index);
+    appendCsvLine(content, std::array<std::string_view, 2>{number, devNames[index]});
   }
   replace(file, content);
 }

@@ -212,7 +212,9 @@ std::string signedNumberText(float value) {
 }
 
 std::string signedNumberText(std::int32_t value) {
-  return signedForm(plainNumberText(value));
+  std::array<char, 12> text{' '};
+  char* const digits = text.data() + (value < 0 ? 0 : 1);
+  return {text.data(), std::to_chars(digits, text.data() + text.size(), value).ptr};
 }
 
 std::string signedNumberText(std::string_view text) {

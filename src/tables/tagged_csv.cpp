@@ -156,13 +156,18 @@ ReadResult readTable(const FileSystem& files, const Path& file,
   return result;
 }
 
+void appendCsvLine(std::string& lines, std::span<const std::string_view> fields) {
+  for (const auto& field : fields) {
+    if (&field != fields.data()) lines += ',';
+    lines += field;
+  }
+  lines += "\r\n";
+}
+
 std::string csvLine(std::span<const std::string> fields) {
   std::string line;
-  for (const auto& field : fields) {
-    if (&field != fields.data()) line += ',';
-    line += field;
-  }
-  return line += "\r\n";
+  appendCsvLine(line, std::vector<std::string_view>(fields.begin(), fields.end()));
+  return line;
 }
 
 }  // namespace kova

@@ -88,5 +88,7 @@ ReadResult readTable(const FileSystem& files, const Path& file,
 
 /// One line of a table with its line end, the fields joined by commas as they are.
 std::string csvLine(std::span<const std::string> fields);
+/// The same behind other lines.
+void appendCsvLine(std::string& lines, std::span<const std::string_view> fields);
 
 }  // namespace kova

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "wizard/focus_sentence.h"
 
-#include "completion/done_sentence.h"
 #include "core/status.h"
 #include "editing/commit.h"
 #include "editing/field_warnings.h"
+#include "review/done_sentence.h"
 
 namespace kova {
 namespace {

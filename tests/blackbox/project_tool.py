@@ -112,7 +112,13 @@ class ProjectTool(unittest.TestCase):
     def test_words_about_itself(self):
         for command in ["check", "diff", "show", "backups", "restore", "rules"]:
             self.assertEqual(run(command, "--help")[0], 0)
+            with open("/dev/full", "w", encoding="utf-8") as full:
+                self.assertEqual(run(command, "--help", out=full)[0], 2)
             self.assertRegex(run(command, "--version")[1], r"^kova-project \d+\.\d+\.\d+\n$")
+        for command in ["check", "diff", "show", "backups", "restore"]:
+            stamp = ["1"] if command == "restore" else []
+            complaint = "kova-project: /nowhere: There is no such directory\n"
+            self.assertEqual(run(command, "/nowhere", *stamp), (2, "", complaint))
         for wrong in [[], ["chek"], ["check"], ["check", "--format", "xml", EXAMPLE]]:
             self.assertEqual(run(*wrong)[0], 2, wrong)
         self.assertEqual(run("rules")[1], (SOURCES / "docs" / "checking.md").read_text())

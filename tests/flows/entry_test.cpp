@@ -33,7 +33,7 @@ TEST_F(Entry, TellsHowManyOldBackupsItDeleted) {
 TEST_F(Entry, TellsWhereNoLineEndsInCr) {
   home.write("MAGNET/history.csv", "Index,Export Name\n1,MAGNET\n");
   const std::string sentence = " Nothing to read: no line of history.csv ends in CR.";
-  EXPECT_TRUE(entered("MAGNET").ends_with(sentence)) << status();
+  EXPECT_NE(entered("MAGNET").find(sentence), std::string::npos) << status();
   EXPECT_TRUE(engineer.program.wizard.state.historyInUse);
 }
 

@@ -71,7 +71,7 @@ TEST_F(ToldInTime, DoneSaysWhatItWouldWrite) {
             "Done writes exports.csv (1 row), history.csv (1 row and one for STATE, which stands "
             "in the form), almwatch.csv. STATE stands in the form only and is not part of it.");
   type(form.ArchiveHeartbeatText, "often");
-  EXPECT_EQ(atDone().substr(0, 60), "Done writes exports.csv (1 row) and then can't write history");
+  EXPECT_EQ(atDone().substr(0, 60), "Done writes exports.csv (1 row) and then ends with: Could no");
 }
 
 TEST_F(ToldInTime, AllIsWrittenBeforeTheGeneratorsStart) {

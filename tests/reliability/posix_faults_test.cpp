@@ -46,8 +46,11 @@ TEST_F(Faults, DoneReplacesTablesOnceAllBytesAreFlushedAndFlushesTheNamesInTheEn
     const std::filesystem::path path(call.path);
     if (call.name == "write") bytes.insert(path);
     if (call.name == "fsync" || call.name == "unlink") bytes.erase(path);
-    if (call.name == "fsync") names.erase(path);
-    if (call.name == "syncfs") bytes.clear();
+    if (call.name == "fsync" || call.name == "syncfs") names.erase(path);
+    // The repository may lie on another disk than the project.
+    if (call.name == "syncfs") {
+      std::erase_if(bytes, [&](const auto& file) { return file.parent_path() == path; });
+    }
     if (call.name != "rename" && call.name != "linkat") continue;
     EXPECT_TRUE(at < entered || bytes.empty()) << call.with;
     if (bytes.erase(path) > 0) bytes.insert(call.with);

@@ -82,15 +82,19 @@ TEST_F(BackupSets, GiveBackSingleFiles) {
 
 /// A disk that takes no content for one file.
 struct StubbornFiles : OverlayFiles {
-  using OverlayFiles::OverlayFiles;
+  StubbornFiles(const FileSystem& below, std::string closed)
+      : OverlayFiles(below), closed_(std::move(closed)) {}
   std::unique_ptr<OutputFile> create(const Path& file) override {
-    if (file.leaf() == "history.csv") throw Failure("No space left");
+    if (file.leaf() == closed_) throw Failure("No space left");
     return OverlayFiles::create(file);
   }
+  std::string closed_;
 };
 
 TEST_F(BackupSets, TellHowFarARestoringCame) {
-  StubbornFiles disk(*files);
+  StubbornFiles closed(*files, "exports.csv");
+  EXPECT_EQ(bringBack(closed).missing, (std::vector<std::string>{"exports.csv", "history.csv"}));
+  StubbornFiles disk(*files, "history.csv");
   const Restored restored = bringBack(disk);
   EXPECT_EQ(restored.failure, "history.csv: No space left");
   EXPECT_EQ(restored.files, std::vector<std::string>{"exports.csv"});

@@ -1,10 +1,17 @@
 // SPDX-License-Identifier: MIT
-// What the wizard writes from good input is a project without a finding.
+// An engineer without a fault: no finding in what the wizard has written, and a status line that
+// counts what a comparison of the files counts.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <functional>
 #include <random>
 #include <string>
 
+#include "core/status.h"
+#include "review/differences.h"
 #include "review/findings.h"
 #include "support/engineer.h"
 
@@ -16,21 +23,47 @@ constexpr int projects = 40;  // a run; a repeated one goes on with other projec
 /// An engineer who makes no mistakes.
 class GoodEngineer {
  public:
-  explicit GoodEngineer(unsigned seed) : random_(seed) {}
-
-  std::string makeProject() {
+  GoodEngineer(unsigned seed, const std::string& home) : random_(seed), engineer_(home) {
     engineer_.start();
-    const std::string server = name(3 + number(4));
-    for (std::size_t typed = 1; typed <= server.size(); ++typed) {
-      type("ExportName", server.substr(0, typed));
+    server_ = name(3 + number(4));
+    for (std::size_t typed = 1; typed <= server_.size(); ++typed) {
+      type("ExportName", server_.substr(0, typed));
     }
+  }
+
+  void makeProject() {
     const int devices = 1 + number(9);
     type("NumDevices", std::to_string(devices));
     if (happens()) engineer_.field("NumDevices").lostFocus();
     for (int property = 1 + number(8); property > 0; --property) addProperty(devices, property);
     click("Command1");
-    return home_.path(server);
   }
+  void doAnything() {
+    const int properties = engineer_.rows().properties;
+    if (properties == 0) return addProperty(9, 10);
+    const int row = number(properties);
+    const std::array<std::function<void()>, 8> acts{
+        [&] { addProperty(9, 10 + number(3)); },
+        [&] { select(row); },
+        [&] {
+          select(row);
+          click("RemoveProperty");
+        },
+        [&] { click("EditCmd"); },
+        [&] {
+          type("PropertyDescription", name(2));
+          click("EditCmd");
+        },
+        [&] { type("NumDevices", std::to_string(1 + number(9))); },
+        [&] { maybe("DeviceListCheck"); },
+        [&] {
+          type("deviceNamesInputText", name(2) + "\r\n" + name(3) + "\r\n");
+          engineer_.field("deviceNamesInputText").lostFocus();
+        }};
+    acts.at(static_cast<std::size_t>(number(acts.size())))();
+  }
+  const std::string& server() const { return server_; }
+  const Wizard& wizard() const { return engineer_.program.wizard; }
 
   bool ended() const { return engineer_.ended; }
   std::string said() const {
@@ -41,6 +74,7 @@ class GoodEngineer {
   const FileSystem& files() const { return *engineer_.files; }
 
  private:
+  void select(int row) { engineer_.program.wizard.form.PropertyList.select(row); }
   int number(int below) { return std::uniform_int_distribution<int>(0, below - 1)(random_); }
   bool happens() { return number(2) == 0; }
   std::string name(int length) {
@@ -57,7 +91,7 @@ class GoodEngineer {
   }
 
   void addProperty(int devices, int place) {
-    type("PropertyName", name(1 + number(6)) + std::to_string(place));
+    type("PropertyName", name(1 + number(6)) + (happens() ? "\xDC" : "") + std::to_string(place));
     type("PropertyDescription", name(number(5)) + " \xFC" + std::to_string(number(99)));
     chooseAny("OutputDataFormat");
     type("OutputDataSize", std::to_string(1 + number(devices)));
@@ -87,20 +121,50 @@ class GoodEngineer {
   }
 
   std::mt19937 random_;
-  test::TemporaryFolder home_;
-  test::Engineer engineer_{home_.path()};
+  test::Engineer engineer_;
+  std::string server_;
 };
 
 TEST(Rules, FindNothingInWhatTheWizardWritesFromGoodInput) {
   static unsigned seed = 0;
   const CodePage page = CodePage::windows1252();
   for (int project = 0; project < projects; ++project) {
-    GoodEngineer engineer(++seed);
-    const std::string folder = engineer.makeProject();
+    const test::TemporaryFolder home;
+    GoodEngineer engineer(++seed, home.path());
+    engineer.makeProject();
+    const std::string folder = home.path(engineer.server());
     ASSERT_TRUE(engineer.ended()) << seed << engineer.said();
     for (const Finding& found : findFindings(readProject(engineer.files(), folder, page))) {
       ADD_FAILURE() << seed << ' ' << found.file << ':' << found.line << ':' << found.column << ' '
                     << found.rule->id << ": " << found.what;
+    }
+  }
+}
+
+TEST(StatusLine, CountsWhatAComparisonOfTheFilesCounts) {
+  static unsigned seed = 0;
+  for (int project = 0; project < projects; ++project) {
+    const test::TemporaryFolder home;
+    GoodEngineer first(++seed, home.path());
+    first.makeProject();
+    if (seed % 2 == 0) {
+      const std::filesystem::path folder = home.path(first.server());
+      std::error_code noNames;
+      std::filesystem::rename(folder / "devices.csv",
+                              folder / (first.wizard().form.LocalName.text() + "-devices.csv"),
+                              noNames);
+    }
+    GoodEngineer second(seed, home.path());
+    for (int act = 0; act < 40; ++act) {
+      second.doAnything();
+      const Wizard& wizard = second.wizard();
+      const Preview done = preview(wizard);
+      ASSERT_EQ(done.failure, "");
+      if (done.files.empty()) continue;
+      Unwritten counted = findUnwritten(wizard.state);
+      if (done.addsHistoryRow) ++counted.historyRows;
+      ASSERT_EQ(listed(counted), listed(countChanges(comparePreview(second.files(), done))))
+          << seed << ' ' << act << ' ' << statusText(wizard) << second.said();
     }
   }
 }

@@ -197,6 +197,8 @@ class PosixFileSystem final : public FileSystem {
     return {codePage_.toNative(text)};
   }
 
+  std::string text(std::string_view native) const override { return codePage_.fromNative(native); }
+
   bool fileExists(const Path& file) const override { return hasType(file, S_IFREG); }
   bool folderExists(const Path& folder) const override { return hasType(folder, S_IFDIR); }
 
@@ -209,7 +211,11 @@ class PosixFileSystem final : public FileSystem {
   }
 
   std::unique_ptr<OutputFile> create(const Path& file) override {
-    return posix::openOutputFile(file, newFileMode_);
+    return posix::openOutputFile(file, newFileMode_, posix::Hidden::atOnce);
+  }
+
+  std::unique_ptr<OutputFile> createLate(const Path& file) override {
+    return posix::openOutputFile(file, newFileMode_, posix::Hidden::onceItIsNeeded);
   }
 
   void createFolder(const Path& folder) override {

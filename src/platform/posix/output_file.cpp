@@ -90,9 +90,16 @@ std::string withoutLink(const std::string& name) {
   return target.native();
 }
 
+void checkAccess(const std::string& name, int mode) {
+  if (::faccessat(AT_FDCWD, name.c_str(), mode, AT_EACCESS) != 0) fail(errno);
+}
+
 // A rename asks only the folder; a file that is protected against writing is not to be replaced.
-void checkMayBeWritten(const std::string& name) {
-  if (::faccessat(AT_FDCWD, name.c_str(), W_OK, AT_EACCESS) != 0) fail(errno);
+// A file that stays asks nobody, but is to fail like one that changes.
+void checkMayBeReplaced(const Path& file) {
+  checkAccess(file.native, W_OK);
+  const std::string folder = file.parent().native;
+  checkAccess(folder.empty() ? "." : folder, W_OK | X_OK);
 }
 
 // Somebody who has the file open holds it. Where there are no locks nobody can be told from a
@@ -112,73 +119,75 @@ bool isSameState(const std::optional<struct stat>& one, const std::optional<stru
   return one && other && facts(*one) == facts(*other);
 }
 
-// From the beginning of `read` on, which nobody has read from. What can't be read is no equal.
-bool holdSameBytes(const Descriptor& written, const Descriptor& read) {
-  std::array<char, 16384> mine{};
-  std::array<char, mine.size()> theirs{};
-  for (off_t place = 0;;) {
-    const auto count = ::pread(written.number(), mine.data(), mine.size(), place);
-    if (count < 0 || ::read(read.number(), theirs.data(), theirs.size()) != count) return false;
-    if (count == 0) return true;
-    if (!std::equal(mine.begin(), mine.begin() + count, theirs.begin())) return false;
-    place += count;
-  }
-}
-
-// The file `name` if it holds the same bytes as `written`.
-Descriptor openIfEqual(const std::string& name, const Descriptor& written) {
+// What can't be read holds something else.
+bool holds(const std::string& name, std::string_view content) {
   constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-  Descriptor file(uninterrupted(::open, name.c_str(), flags));
-  return file.open() && holdSameBytes(written, file) ? std::move(file) : Descriptor();
+  const Descriptor file(uninterrupted(::open, name.c_str(), flags));
+  if (!file.open()) return false;
+  std::array<char, 16384> chunk;
+  for (;;) {
+    const auto count = uninterrupted(::read, file.number(), chunk.data(), chunk.size());
+    if (count <= 0) return count == 0 && content.empty();
+    const std::string_view read(chunk.data(), static_cast<std::size_t>(count));
+    if (!content.starts_with(read)) return false;
+    content.remove_prefix(read.size());
+  }
 }
 
 class PosixOutputFile final : public OutputFile {
  public:
-  PosixOutputFile(const Path& target, mode_t newFileMode)
-      : target_(target.native),
-        newFileMode_(newFileMode),
-        hidden_(target.parent(), target.leaf()) {}
+  PosixOutputFile(Path target, mode_t newFileMode, Hidden made)
+      : target_(std::move(target)), newFileMode_(newFileMode) {
+    if (made == Hidden::atOnce) hidden_.emplace(target_.parent(), target_.leaf());
+  }
 
   void write(std::string_view content) override {
     flushed_ = false;
-    writeAll(hidden_.descriptor(), content);
+    content_ += content;
+    if (hidden_) writeAll(hidden_->descriptor(), content);
   }
 
   void flush() override {
-    former_ = plainFileState(target_);
-    const Descriptor equal = former_ ? openIfEqual(target_, hidden_.descriptor()) : Descriptor();
-    targetStays_ = equal.open();
-    if (!targetStays_) takeRights();
-    // Whoever has written the file that stays may not have flushed it.
-    checked(::fsync, targetStays_ ? equal.number() : hidden_.descriptor().number());
+    former_ = plainFileState(target_.native);
+    targetStays_ = former_ && static_cast<std::size_t>(former_->st_size) == content_.size() &&
+                   holds(target_.native, content_);
+    if (!targetStays_) {
+      hide();
+      takeRights();
+      checked(::fsync, hidden_->descriptor().number());
+    }
     flushed_ = true;
   }
 
   void close() override {
-    if (targetStays_ && !isSameState(former_, plainFileState(target_))) flushed_ = false;
+    if (targetStays_ && !isSameState(former_, plainFileState(target_.native))) flushed_ = false;
     if (!flushed_) flush();
-    if (targetStays_) {
-      hidden_.remove();
-    } else {
-      hidden_.takePlaceOf(target_);
-    }
-    hidden_.removeLeftovers();
+    if (!targetStays_) hidden_->takePlaceOf(target_.native);
+    if (hidden_) hidden_->removeLeftovers();
+    hidden_.reset();
   }
 
  private:
+  void hide() {
+    if (hidden_) return;
+    hidden_.emplace(target_.parent(), target_.leaf());
+    writeAll(hidden_->descriptor(), content_);
+  }
+
   void takeRights() const {
     if (former_) {
-      keepRights(rightsOf(*former_, target_), hidden_.descriptor());
+      keepRights(rightsOf(*former_, target_.native), hidden_->descriptor());
     } else {
-      setNewMode(hidden_.descriptor(), newFileMode_);
+      setNewMode(hidden_->descriptor(), newFileMode_);
     }
   }
 
-  std::string target_;
+  Path target_;
   mode_t newFileMode_;
-  HiddenFile hidden_;
+  std::string content_;
+  std::optional<HiddenFile> hidden_;   ///< holds the content, once it is there
   std::optional<struct stat> former_;  ///< of the target, at the flush
-  bool targetStays_ = false;           ///< since it holds what was written already
+  bool targetStays_ = false;           ///< since it holds the content already
   bool flushed_ = false;
 };
 
@@ -203,12 +212,7 @@ HiddenFile::HiddenFile(const Path& folder, std::string_view leaf)
 }
 
 HiddenFile::~HiddenFile() {
-  if (descriptor_.open() && !gone_) remove();
-}
-
-void HiddenFile::remove() {
-  ::unlink(path().c_str());
-  gone_ = true;
+  if (descriptor_.open() && !gone_) ::unlink(path().c_str());
 }
 
 int HiddenFile::take(int number) {
@@ -295,11 +299,11 @@ void removeLeftovers(const Path& folder) {
   }
 }
 
-std::unique_ptr<OutputFile> openOutputFile(const Path& file, mode_t newFileMode) {
-  const Path target{withoutLink(file.native)};
+std::unique_ptr<OutputFile> openOutputFile(const Path& file, mode_t newFileMode, Hidden made) {
+  Path target{withoutLink(file.native)};
   if (target.leaf().empty()) fail(EISDIR);
-  if (plainFileState(target.native)) checkMayBeWritten(target.native);
-  return std::make_unique<PosixOutputFile>(target, newFileMode);
+  if (plainFileState(target.native)) checkMayBeReplaced(target);
+  return std::make_unique<PosixOutputFile>(std::move(target), newFileMode, made);
 }
 
 }  // namespace kova::posix

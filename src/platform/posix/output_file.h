@@ -29,8 +29,6 @@ class HiddenFile {
   const Descriptor& descriptor() const { return descriptor_; }
   /// Where it stands.
   std::string path() const { return name(number_); }
-  /// Takes it away ahead of the object.
-  void remove();
   /// Renames the file to `target`, which it replaces.
   void takePlaceOf(const std::string& target);
   /// Renames the file to `target`; false if there is an entry of that name.
@@ -54,7 +52,9 @@ class HiddenFile {
 std::optional<std::size_t> nameLimit(const Path& folder);
 /// Removes hidden files of any name that killed runs have left in `folder`.
 void removeLeftovers(const Path& folder);
+/// When the hidden file of a new content is made.
+enum class Hidden { atOnce, onceItIsNeeded };
 /// New content for `file`; `newFileMode` is for a file that does not exist yet.
-std::unique_ptr<OutputFile> openOutputFile(const Path& file, mode_t newFileMode);
+std::unique_ptr<OutputFile> openOutputFile(const Path& file, mode_t newFileMode, Hidden made);
 
 }  // namespace kova::posix

@@ -126,6 +126,8 @@ class WindowsFileSystem final : public FileSystem {
     return {native};
   }
 
+  std::string text(std::string_view native) const override { return codePage_.fromNative(native); }
+
   bool fileExists(const Path& file) const override { return stamp(file).has_value(); }
 
   bool folderExists(const Path& folder) const override {
@@ -142,7 +144,11 @@ class WindowsFileSystem final : public FileSystem {
   }
 
   std::unique_ptr<OutputFile> create(const Path& file) override {
-    return windows::openOutputFile(file);
+    return windows::openOutputFile(file, windows::Hidden::atOnce);
+  }
+
+  std::unique_ptr<OutputFile> createLate(const Path& file) override {
+    return windows::openOutputFile(file, windows::Hidden::onceItIsNeeded);
   }
 
   void createFolder(const Path& folder) override {

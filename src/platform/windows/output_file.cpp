@@ -65,33 +65,19 @@ std::wstring withoutLink(const std::wstring& name) {
   return target.empty() ? name : target;
 }
 
-// From where both stand. What can't be read is no equal.
-bool holdSameBytes(const Handle& written, const Handle& read) {
-  std::array<char, 16384> mine{};
-  std::array<char, mine.size()> theirs{};
-  const auto fill = [](const Handle& file, auto& buffer, DWORD& count) {
-    return ::ReadFile(file.get(), buffer.data(), static_cast<DWORD>(buffer.size()), &count,
-                      nullptr) != FALSE;
-  };
+// What can't be read holds something else.
+bool holds(const std::wstring& name, std::string_view content) {
+  const Handle file = openFile(name, GENERIC_READ, shareAll);
+  if (!file.open()) return false;
+  std::array<char, 16384> chunk{};
   for (;;) {
     DWORD count = 0;
-    DWORD theirCount = 0;
-    if (!fill(written, mine, count) || !fill(read, theirs, theirCount)) return false;
-    if (count != theirCount) return false;
-    if (count == 0) return true;
-    if (!std::equal(mine.begin(), mine.begin() + count, theirs.begin())) return false;
+    if (::ReadFile(file.get(), chunk.data(), chunk.size(), &count, nullptr) == FALSE) return false;
+    if (count == 0) return content.empty();
+    const std::string_view read(chunk.data(), count);
+    if (!content.starts_with(read)) return false;
+    content.remove_prefix(count);
   }
-}
-
-// The file `name` if it holds the same bytes as `written`. What another program keeps from being
-// written can't be flushed either, and is none.
-Handle openIfEqual(const std::wstring& name, const Handle& written) {
-  Handle file = openFile(name, GENERIC_READ | GENERIC_WRITE, shareAll);
-  if (!file.open()) return Handle();
-  checked(::SetFilePointerEx(written.get(), {}, nullptr, FILE_BEGIN));
-  const bool isEqual = holdSameBytes(written, file);
-  checked(::SetFilePointerEx(written.get(), {}, nullptr, FILE_END));
-  return isEqual ? std::move(file) : Handle();
 }
 
 // A copy of a file that is protected against writing is so as well, and could not be removed.
@@ -108,52 +94,59 @@ std::uint64_t joined(DWORD high, DWORD low) {
 
 class WindowsOutputFile final : public OutputFile {
  public:
-  explicit WindowsOutputFile(const Path& target)
-      : target_(nameOf(target)), hidden_(target.parent(), target.leaf()) {
-    // Ahead of the content: nobody is to read it meanwhile who may not read it afterwards.
-    keepRights();
+  WindowsOutputFile(Path target, Hidden made) : target_(std::move(target)) {
+    if (made == Hidden::atOnce) hide();
   }
 
   void write(std::string_view content) override {
     flushed_ = false;
-    hidden_.write(content);
+    content_ += content;
+    if (hidden_) hidden_->write(content);
   }
 
   void flush() override {
-    former_ = stampOf(stateOf(target_));
-    const Handle equal = former_ ? openIfEqual(target_, hidden_.handle()) : Handle();
-    targetStays_ = equal.open();
-    if (!targetStays_) keepRights();
-    // Whoever has written the file that stays may not have flushed it.
-    checked(::FlushFileBuffers(targetStays_ ? equal.get() : hidden_.handle().get()));
+    former_ = stampOf(stateOf(name_));
+    targetStays_ = former_ && former_->bytes == content_.size() && holds(name_, content_);
+    if (!targetStays_) {
+      hide();
+      keepRights();
+      hidden_->flush();
+    }
     flushed_ = true;
   }
 
   void close() override {
-    if (targetStays_ && former_ != stampOf(stateOf(target_))) flushed_ = false;
+    if (targetStays_ && former_ != stampOf(stateOf(name_))) flushed_ = false;
     if (!flushed_) flush();
-    if (targetStays_) {
-      hidden_.remove();
-    } else {
-      hidden_.takePlaceOf(target_);
-    }
-    hidden_.removeLeftovers();
+    if (!targetStays_) hidden_->takePlaceOf(name_);
+    if (hidden_) hidden_->removeLeftovers();
+    hidden_.reset();
   }
 
  private:
-  void keepRights() const {
-    const auto former = stateOf(target_);
-    if (!former) return;
-    keepAccessList(target_, hidden_.name());
-    FileState state = *former;
-    state.ftLastWriteTime = {};  // it is written now
-    keepAttributes(state, hidden_.handle());
+  void hide() {
+    if (hidden_) return;
+    hidden_.emplace(target_.parent(), target_.leaf());
+    // Ahead of the content: nobody is to read it meanwhile who may not read it afterwards.
+    keepRights();
+    hidden_->write(content_);
   }
 
-  std::wstring target_;
-  HiddenFile hidden_;
-  std::optional<FileStamp> former_;  ///< of the target, at the flush
-  bool targetStays_ = false;         ///< since it holds what was written already
+  void keepRights() const {
+    const auto former = stateOf(name_);
+    if (!former) return;
+    keepAccessList(name_, hidden_->name());
+    FileState state = *former;
+    state.ftLastWriteTime = {};  // it is written now
+    keepAttributes(state, hidden_->handle());
+  }
+
+  Path target_;
+  std::wstring name_ = nameOf(target_);
+  std::string content_;
+  std::optional<HiddenFile> hidden_;  ///< holds the content, once it is there
+  std::optional<FileStamp> former_;   ///< of the target, at the flush
+  bool targetStays_ = false;          ///< since it holds the content already
   bool flushed_ = false;
 };
 
@@ -243,14 +236,10 @@ HiddenFile::HiddenFile(const Path& folder, std::string_view leaf)
 }
 
 HiddenFile::~HiddenFile() {
-  if (file_.open()) remove();
-}
-
-void HiddenFile::remove() {
+  if (!file_.open()) return;
   FileState state{};
   if (::GetFileInformationByHandle(file_.get(), &state) != FALSE) unprotect(file_, state);
   ::DeleteFileW(name().c_str());
-  file_ = Handle();
 }
 
 DWORD HiddenFile::take(int number) {
@@ -317,8 +306,8 @@ void removeIfLeft(const std::wstring& hidden) {
   ::SetFileInformationByHandle(file.get(), FileDispositionInfo, &goes, sizeof goes);
 }
 
-std::unique_ptr<OutputFile> openOutputFile(const Path& file) {
-  const Path target{narrow(withoutLink(nameOf(file)))};
+std::unique_ptr<OutputFile> openOutputFile(const Path& file, Hidden made) {
+  Path target{narrow(withoutLink(nameOf(file)))};
   if (target.leaf().empty()) throw Failure("Is a directory");
   if (const auto former = stateOf(nameOf(target))) {
     if ((former->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) throw Failure("Is a directory");
@@ -329,7 +318,7 @@ std::unique_ptr<OutputFile> openOutputFile(const Path& file) {
     const bool mayBeWritten = writable.open() || ::GetLastError() == ERROR_SHARING_VIOLATION;
     if (!mayBeWritten) fail();
   }
-  return std::make_unique<WindowsOutputFile>(target);
+  return std::make_unique<WindowsOutputFile>(std::move(target), made);
 }
 
 }  // namespace kova::windows

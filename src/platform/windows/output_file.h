@@ -54,8 +54,6 @@ class HiddenFile {
   /// Appends all of `content`.
   void write(std::string_view content) const;
   void flush() const { checked(::FlushFileBuffers(file_.get())); }
-  /// Takes it away ahead of the object.
-  void remove();
   /// Renames the file to `target`, which it replaces.
   void takePlaceOf(const std::wstring& target);
   /// Renames the file to `target`; false if there is an entry of that name.
@@ -75,7 +73,9 @@ class HiddenFile {
 
 /// Removes a hidden file that nobody holds.
 void removeIfLeft(const std::wstring& hidden);
+/// When the hidden file of a new content is made.
+enum class Hidden { atOnce, onceItIsNeeded };
 /// New content for `file`.
-std::unique_ptr<OutputFile> openOutputFile(const Path& file);
+std::unique_ptr<OutputFile> openOutputFile(const Path& file, Hidden made);
 
 }  // namespace kova::windows
