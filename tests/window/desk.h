@@ -81,8 +81,8 @@ class Desk {
   void soon(const std::function<void()>& act) {
     QTimer::singleShot(0, &view, [act] {
       act();
-      // A pressed key looks for events once more. On Windows that look takes along the word that the
-      // loop of a message box is over, and the loop then waits for an event that never comes.
+      // A pressed key looks for events once more. On Windows that look takes along the word that
+      // the loop of a message box is over, and the loop then waits for an event that never comes.
       QAbstractEventDispatcher::instance()->interrupt();
     });
   }
