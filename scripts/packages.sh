@@ -7,7 +7,7 @@ packages_for() {
     build) echo cmake ninja-build g++ qt6-base-dev libcli11-dev nlohmann-json3-dev ;;
     wayland) echo qt6-wayland ;;
     test) echo libgtest-dev python3 python3-jsonschema xvfb x11-utils x11-xkb-utils openbox dbus-daemon at-spi2-core python3-pyatspi ;;
-    clang | fuzz) echo clang ;;
+    clang | fuzz | sanitize) echo clang ;;
     windows) echo g++-mingw-w64-x86-64-posix googletest wine64 ;;
     windows-package) echo dpkg-dev icoutils nsis unzip xz-utils zip ;;
     gate) echo git clang-format-14 clang-tidy-14 ;;
