@@ -201,17 +201,12 @@ TEST_F(Project, StaysOutOfTheRepositoryUnlessTheEngineerSaysYes) {
   EXPECT_EQ(engineer.programs.started, Lines{});
 }
 
-TEST_F(Project, WithoutALocalNameHasNoPlaceInTheRepository) {
-  engineer.environment.values["FEC_HOME"] = home.path("fec");
+TEST_F(Project, ThatCantBeCopiedCostsAMessageAFile) {
+  engineer.environment.values["FEC_HOME"] = home.path("none");
   project("E", {"E,,P,1,double,0,NULL, 1,READ,1,x,0"});
   open("E");
   done();
-  EXPECT_EQ(said(), "nothing");
-  EXPECT_TRUE(engineer.ended);
-}
-
-TEST_F(Project, ThatCantBeCopiedCostsAMessageAFile) {
-  engineer.environment.values["FEC_HOME"] = home.path("none");
+  EXPECT_EQ(said(), "nothing") << "there is no folder to ask for";
   const Cases cases = {{"EEQM", "No such file or directory"},
                        {"../x", "the local name names no folder of its own"},
                        {{"A\0B", 3}, "the local name names no folder of its own"}};

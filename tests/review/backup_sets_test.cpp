@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "review/overlay_files.h"
 #include "support/engineer.h"
 
@@ -28,9 +26,8 @@ class BackupSets : public testing::Test {
   }
 
   std::vector<BackupSet> sets() const { return backupSets(*files, Path{folder.path("P")}); }
-  Restored bringBack(FileSystem& disk, const std::vector<std::string>& names = {}) {
-    return restore({disk, environment, clock, programs}, folder.path("P"),
-                   partOf(sets().back(), names));
+  Restored bringBack(FileSystem& disk) {
+    return restore({disk, environment, clock, programs}, folder.path("P"), sets().back());
   }
 
   test::TemporaryFolder folder;
@@ -72,12 +69,6 @@ TEST_F(BackupSets, AreRestoredAheadOfWhichWhatIsThereIsBackedUp) {
   EXPECT_TRUE(bringBack(*files).kept.empty()) << "nothing to do";
 }
 
-TEST_F(BackupSets, GiveBackSingleFiles) {
-  EXPECT_EQ(bringBack(*files, {"history.csv"}).files, std::vector<std::string>{"history.csv"});
-  EXPECT_EQ(folder.read("P/exports.csv") + folder.read("P/history.csv"), "nowold");
-  EXPECT_THROW(bringBack(*files, {"almwatch.csv"}), Failure);
-}
-
 /// A disk that takes no content for one file.
 struct StubbornFiles : OverlayFiles {
   StubbornFiles(const FileSystem& below, std::string closed)
@@ -105,8 +96,6 @@ TEST(BackupTimes, AreReadByPeople) {
   EXPECT_EQ(ageText(1000, 1000 + 7200), "2 hours");
   EXPECT_EQ(ageText(1000, 1000 + 86400), "1 day");
   EXPECT_EQ(ageText(1000, 0), "0 seconds");
-  ::setenv("TZ", "UTC", 1);
-  EXPECT_EQ(localTime(1700000000), "2023-11-14 22:13:20");
 }
 
 }  // namespace

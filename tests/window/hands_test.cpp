@@ -2,7 +2,6 @@
 // What the toolkit does with hands otherwise than an engineer means it.
 #include <QClipboard>
 #include <QLabel>
-#include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 

@@ -3,7 +3,6 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
-#include <QTabWidget>
 #include <QTreeWidget>
 #include <algorithm>
 
