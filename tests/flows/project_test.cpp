@@ -70,11 +70,6 @@ TEST_F(Project, FieldsThatWereClickedKeepWhatTheyHold) {
   form.ProjectDir.click();
   letters(form.ExportName, "N");
   EXPECT_EQ(form.ProjectDir.text(), home.path("QVXMAG"));
-
-  type(form.LocalName, "MAGNET");
-  EXPECT_EQ(said(), "nothing");
-  type(form.LocalName, "MAGNETS");
-  EXPECT_EQ(said(), truncated + "MAGNET");
 }
 
 TEST_F(Project, IsReadAtTheKeystrokeThatCompletesItsName) {

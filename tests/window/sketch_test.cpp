@@ -8,6 +8,7 @@
 #include <QStyleOption>
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 #include "window/desk.h"
 
