@@ -225,6 +225,9 @@ TEST_F(Hands, AMessageTakesAnyTextOfATableAtOnce) {
       EXPECT_EQ(area->toPlainText(), text);
       EXPECT_EQ(area->wordWrapMode() == QTextOption::WrapAnywhere, *piece == 'x')
           << "else each line would be looked through to the end of the word";
+      for (const QLabel* label : box.findChildren<QLabel*>()) {
+        EXPECT_LT(label->text().size(), 10000) << "a label is laid out as a whole";
+      }
     });
     ask({.text = text.toStdString(), .buttons = Buttons::okCancel});
   }
