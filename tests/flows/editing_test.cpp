@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The property form: commit, add and remove, processes, device lists, the alarm panel.
+#include <algorithm>
 #include <array>
 
 #include "support/flow.h"
@@ -246,7 +247,8 @@ TEST_F(Editing, RowsShiftWhenOneIsRemoved) {
   openRows(3);
   remove(0);
   form.RemoveProperty.click();
-  EXPECT_EQ(lines(), (Lines{"[S] P1 <d>", "[S] P2 <d>"})) << "nothing was selected then";
+  EXPECT_EQ(status().substr(0, 53), "Nothing removed: no line of the list is selected. 1 r");
+  EXPECT_EQ(lines(), (Lines{"[S] P1 <d>", "[S] P2 <d>"}));
 
   form.PropertyList.select(1);
   type(form.PropertyName, "");
@@ -336,9 +338,11 @@ TEST_F(Editing, APropertysDeviceListWaitsForItsCommit) {
   type(form.PropertyName, "P");
   type(form.OutputDataSize, "-1");
   toggle(form.DeviceListCheck);
+  EXPECT_EQ(status(), "No device list: the size is negative. The tick is taken back.");
+  EXPECT_FALSE(form.DeviceListCheck.ticked());
   form.EditCmd.click();
   form.PropertyList.select(0);
-  EXPECT_FALSE(form.DeviceListCheck.ticked()) << "no list has a negative size";
+  EXPECT_FALSE(form.DeviceListCheck.ticked());
 
   type(form.OutputDataSize, "2");
   type(form.deviceNumberInputText, "7");
@@ -363,14 +367,16 @@ TEST_F(Editing, APropertysDeviceListWaitsForItsCommit) {
 }
 
 TEST_F(Editing, ADeviceListGivenUpReachesNoOtherProperty) {
-  const auto giveUpList = [&] {
+  auto giveUpList = [&, size = 2]() mutable {
     type(form.PropertyName, "GIVEN UP");
-    type(form.OutputDataSize, "4");
+    type(form.OutputDataSize, std::to_string(++size));
     toggle(form.DeviceListCheck);
+    EXPECT_EQ(std::count(names().begin(), names().end(), '\n'), size) << "none is taken up again";
   };
   nameServer();
   giveUpList();
   type(form.ProjectDir, home.path("OTHER"));
+  EXPECT_EQ(status(), "The device list prepared for GIVEN UP went with the directory.");
   form.EditCmd.click();
   EXPECT_FALSE(form.DeviceListCheck.ticked()) << "nor one in another directory";
 
@@ -403,6 +409,9 @@ TEST_F(Editing, ThresholdsAndMaskExcludeEachOther) {
     EXPECT_EQ(shown(form.almHiText, form.almLoText, form.almHiWarnText, form.almLoWarnText,
                     form.almMaskText, form.almNormalText),
               entered < 4 ? "40, 40, 40, 40, 0, 0" : "0, 0, 0, 0, 40, 40");
+    EXPECT_EQ(status(), entered < 4
+                            ? "Mask and normal value are set to 0: this alarm watches limits."
+                            : "The four limits are set to 0: this alarm watches a mask.");
   }
 }
 

@@ -70,11 +70,6 @@ TEST_F(Project, FieldsThatWereClickedKeepWhatTheyHold) {
   form.ProjectDir.click();
   letters(form.ExportName, "N");
   EXPECT_EQ(form.ProjectDir.text(), home.path("QVXMAG"));
-
-  type(form.LocalName, "MAGNET");
-  EXPECT_EQ(said(), "nothing");
-  type(form.LocalName, "MAGNETS");
-  EXPECT_EQ(said(), truncated + "MAGNET");
 }
 
 TEST_F(Project, IsReadAtTheKeystrokeThatCompletesItsName) {
@@ -201,17 +196,12 @@ TEST_F(Project, StaysOutOfTheRepositoryUnlessTheEngineerSaysYes) {
   EXPECT_EQ(engineer.programs.started, Lines{});
 }
 
-TEST_F(Project, WithoutALocalNameHasNoPlaceInTheRepository) {
-  engineer.environment.values["FEC_HOME"] = home.path("fec");
+TEST_F(Project, ThatCantBeCopiedCostsAMessageAFile) {
+  engineer.environment.values["FEC_HOME"] = home.path("none");
   project("E", {"E,,P,1,double,0,NULL, 1,READ,1,x,0"});
   open("E");
   done();
-  EXPECT_EQ(said(), "nothing");
-  EXPECT_TRUE(engineer.ended);
-}
-
-TEST_F(Project, ThatCantBeCopiedCostsAMessageAFile) {
-  engineer.environment.values["FEC_HOME"] = home.path("none");
+  EXPECT_EQ(said(), "nothing") << "there is no folder to ask for";
   const Cases cases = {{"EEQM", "No such file or directory"},
                        {"../x", "the local name names no folder of its own"},
                        {{"A\0B", 3}, "the local name names no folder of its own"}};
@@ -315,28 +305,6 @@ TEST_F(Project, IsNotWrittenWhereTheDiskCantKeepANamesFile) {
   EXPECT_EQ(file->why, "this disk takes it for P\xE9-names.csv");
 }
 
-TEST_F(Project, KeepsWhatAColleagueHasWrittenSinceItWasRead) {
-  open("MAGNET");
-  form.PropertyList.select(5);
-  for (const char* name : {"almwatch.csv", "history.csv"}) {
-    home.write(std::string("MAGNET/") + name, "by a colleague");
-  }
-  engineer.clock.now += 100;
-  type(form.ArchiveRateText, "often");
-
-  done();
-  EXPECT_EQ(said(), "Could not write history.csv : Archive Rate: \"often\" is not a number");
-  EXPECT_EQ(home.read("MAGNET/almwatch.csv"), "by a colleague");
-  EXPECT_FALSE(home.has("MAGNET/history-1700000100.csv")) << "it was not replaced";
-  EXPECT_EQ(engineer.programs.started, Lines{});
-
-  type(form.ArchiveRateText, "10");
-  done();
-  EXPECT_EQ(home.read("MAGNET/almwatch.csv"), example.at("almwatch.csv"));
-  EXPECT_EQ(home.read("MAGNET/almwatch-1700000100.csv"), "by a colleague");
-  EXPECT_FALSE(home.has("MAGNET/exports-1700000100.csv")) << "its own writing";
-}
-
 TEST_F(Project, GoesOnBesideAnotherWizardThatIsFinishingIt) {
   open("MAGNET");
   const auto held = engineer.files->lock({magnet});
@@ -386,6 +354,7 @@ TEST_F(GuidedDialog, AsksForTheServerStepByStep) {
   dialog.nextParam.click();
   enter("4");
   EXPECT_EQ(server(), "MAGNUM, MAGEQM, 4");
+  EXPECT_TRUE(status().ends_with(" Guidance has set the number of devices from 1 to 4."));
   EXPECT_FALSE(dialog.window.loaded());
 }
 

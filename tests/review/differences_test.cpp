@@ -68,16 +68,5 @@ TEST(Differences, GoByRowsAndColumns) {
   }
 }
 
-TEST(Differences, OfAThousandRowsKeepTheLongestPartInPlace) {
-  std::string before = properties;
-  std::string after = properties + "M,P999,1\r\n";
-  for (int row = 0; row < 1000; ++row) {
-    const std::string line = "M,P" + std::to_string(row) + ",1\r\n";
-    before += line;
-    if (row < 999) after += line;
-  }
-  EXPECT_EQ(linesOf(compareFile("exports.csv", before, after)), "~\n> M P999");
-}
-
 }  // namespace
 }  // namespace kova

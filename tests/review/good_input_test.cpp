@@ -3,7 +3,6 @@
 // counts what a comparison of the files counts.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <functional>

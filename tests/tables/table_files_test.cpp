@@ -4,7 +4,6 @@
 #include "platform/machine.h"
 #include "support/temporary_folder.h"
 #include "tables/alarm_table.h"
-#include "tables/export_table.h"
 #include "tables/history_table.h"
 
 namespace kova::test {
@@ -50,22 +49,6 @@ class TableFiles : public ::testing::Test {
   std::int16_t historyCount = 0;
   std::int16_t alarmCount = 0;
 };
-
-TEST_F(TableFiles, ExportRowsComeBackByteForByte) {
-  const std::string header =
-      "EXPORT_NAME,LOCAL_NAME,PROPERTY,PROPERTY_SIZE,FORMAT,PROPERTY_INSIZE,INFORMAT,PROPERTY_ID,"
-      "ACCESS,NUM_MODULES,DESCRIPTION,NUM_STEPS\r\n";
-  const std::string row = "MYSRV,MYSRV,RAMP.START,1,short,1,long, 1,READ|WRITE,1,[0:3 ]Ramp,3\r\n";
-  folder.write("t.csv", header + row);
-  std::string written = exportHeaderLine();
-  const auto take = [&](PropertyRecord&& record) { written += exportDataLine(record, 0); };
-  EXPECT_EQ(readExportTable(*files, file, take).rows, 1);
-  EXPECT_EQ(written, header + row);
-  folder.write("t.csv", header + repeated(row, 1002));
-  const auto result = readExportTable(*files, file, take);
-  EXPECT_EQ(result.rows, 1001);
-  EXPECT_EQ(result.stop.value().line, 1003U);
-}
 
 TEST_F(TableFiles, HistoryRowsComeBackAndTheFormIsAdded) {
   const std::string added = ",MYSRV,MYSRVL,RAMP,#1, 2,short, 5, 6, 7,1, 8, 9\r\n";

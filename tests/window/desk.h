@@ -8,7 +8,9 @@
 #include <QApplication>
 #include <QListView>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QTest>
+#include <QTextBlock>
 #include <QTimer>
 #include <QWindow>
 #include <filesystem>
@@ -38,8 +40,24 @@ class Desk {
   void click(const QWidget& target, QPoint place, Qt::MouseButton button = Qt::LeftButton) const {
     QTest::mouseClick(view.windowHandle(), button, {}, target.mapTo(&view, place));
   }
-  void doubleClick(const QWidget& target, QPoint place) const {
-    QTest::mouseDClick(view.windowHandle(), Qt::LeftButton, {}, target.mapTo(&view, place));
+  void doubleClick(const QWidget& target, QPoint place,
+                   Qt::MouseButton button = Qt::LeftButton) const {
+    QTest::mouseDClick(view.windowHandle(), button, {}, target.mapTo(&view, place));
+  }
+  /// Clicks into the device box at the end of a line.
+  void clickLine(int line) const {
+    auto& edit = widget<QPlainTextEdit>("deviceNamesInputText");
+    QTextCursor cursor(edit.document()->findBlockByNumber(line));
+    cursor.movePosition(QTextCursor::EndOfBlock);
+    click(*edit.viewport(), edit.cursorRect(cursor).center());
+  }
+  /// Another window comes to the front and goes.
+  static void visitAnotherWindow(const std::function<void()>& act = {}) {
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+    if (act) act();
   }
   void type(const QString& text) {
     for (const char32_t letter : text.toUcs4()) {

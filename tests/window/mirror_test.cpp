@@ -5,7 +5,6 @@
 #include <QDeadlineTimer>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScopeGuard>
@@ -21,12 +20,6 @@ using Mirror = AtTheWindow;
 
 TEST_F(Mirror, ClicksOnLinesOfTheBox) {
   const TextField& box = form.deviceNamesInputText;
-  const auto clickAt = [&](int place) {
-    auto& edit = desk.widget<QPlainTextEdit>("deviceNamesInputText");
-    QTextCursor cursor = edit.textCursor();
-    cursor.setPosition(place);
-    desk.click(*edit.viewport(), edit.cursorRect(cursor).center());
-  };
   desk.write("NumDevices", "2");
   desk.write("deviceNamesInputText", "");
   EXPECT_EQ(box.text(), "Device 0\r\nDevice 1\r\n") << "they came with leaving the number";
@@ -39,11 +32,11 @@ TEST_F(Mirror, ClicksOnLinesOfTheBox) {
 
   desk.key("Tab");
   EXPECT_EQ(desk.focused(), "deviceNumberInputText");
-  clickAt(8);
+  desk.clickLine(1);
   EXPECT_EQ(form.deviceNumberInputText.text(), " 1");
   EXPECT_EQ(box.caret(), 7) << "the new number has put it ahead of the line";
-  clickAt(8);
-  desk.key("Right");
+  desk.clickLine(1);
+  desk.key("Left");
   EXPECT_EQ(box.caret(), 10);
 }
 
@@ -53,6 +46,9 @@ TEST_F(Mirror, AClickIsOneClickAndReachesWhatIsLive) {
   const QWidget& field = desk.widget("LocalName");
   desk.doubleClick(field, field.rect().center());
   EXPECT_EQ(clicks, 1);
+  desk.doubleClick(field, field.rect().center(), Qt::MiddleButton);
+  desk.click("LocalName");
+  EXPECT_EQ(clicks, 2) << "another button swallows none";
   desk.click("Label9");
   EXPECT_EQ(desk.focused(), "MaxValue");
 
@@ -63,15 +59,9 @@ TEST_F(Mirror, AClickIsOneClickAndReachesWhatIsLive) {
 }
 
 TEST_F(Mirror, OnlyMovesBetweenFieldsEnterAnAlarmField) {
-  const auto switchWindows = [] {
-    QWidget other;
-    other.show();
-    other.activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
-  };
   desk.write("almHiText", "40");
   form.almMaskText.setText("3");
-  switchWindows();
+  Desk::visitAnotherWindow();
   desk.key("F10 Escape Escape");
   EXPECT_EQ(desk.focused(), "almHiText");
   EXPECT_EQ(form.almMaskText.text(), "3");

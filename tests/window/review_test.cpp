@@ -3,10 +3,8 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
-#include <QTabWidget>
 #include <QTreeWidget>
 #include <algorithm>
-#include <map>
 
 #include "window/desk.h"
 
@@ -33,11 +31,6 @@ struct Review : AtTheWindow {
       if (one->text() == caption) return *one;
     }
     throw Failure("there is no such button");
-  }
-  std::map<std::string, std::string> project() const {
-    auto all = home.files("MAGNET");
-    std::erase_if(all, [](const auto& file) { return file.first.find("-17") < file.first.size(); });
-    return all;
   }
 };
 
@@ -82,7 +75,7 @@ TEST_F(Review, TellsWhatAKeyInTheFormBreaks) {
 
 TEST_F(Review, RestoresWhatIsAskedForAndEntersTheProjectAnew) {
   open();
-  const auto former = project();
+  const Files former = home.files("MAGNET");
   engineer.clock.now += 100;
   home.write("MAGNET/history.csv", "lost");
   home.write("MAGNET/almwatch.csv", "lost too");
@@ -108,7 +101,7 @@ TEST_F(Review, RestoresWhatIsAskedForAndEntersTheProjectAnew) {
   groups().setCurrentRow(groups().count() - 1);
   desk.answer("Alt+Y");
   button("&Restore set ...").click();
-  EXPECT_EQ(project(), former);
+  EXPECT_EQ(home.files("MAGNET"), former);
 }
 
 }  // namespace

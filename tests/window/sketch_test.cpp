@@ -7,39 +7,13 @@
 #include <QScrollArea>
 #include <QStyleOption>
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <tuple>
 
 #include "window/desk.h"
 
 namespace kova::test {
 namespace {
-
-TEST(Sketches, ThatDoNotFitTheirWindowAreRefused) {
-  const std::vector<std::array<std::string, 3>> cases = {
-      {"Frame5", "-", "\"ProjectDir\" stands nowhere"},
-      {"Frame5", "ProjectDir Folder", "\"Folder\" is no control, or lacks its sketch"},
-      {"Frame5", "ProjectDir ProjectDir", "\"ProjectDir\" stands twice"},
-      {"Frame5", "ProjectDir Units", "\"Units\" is outside its frame"},
-      {"Frame5", "< ProjectDir", "\"<\" is no control, or lacks its sketch"},
-      {"Frame5", "^ ProjectDir", "\"^\" is no control, or lacks its sketch"},
-      {"Frame3", "InputDataFormat <\n^ InputDataSize", "\"InputDataSize\" stands in another cell"}};
-  const CodePage page = CodePage::windows1252();
-  for (const auto& [name, picture, expected] : cases) {
-    auto sketches = mainWindowSketches();
-    for (Sketch& sketch : sketches) {
-      if (sketch.name == name) sketch.picture = picture.c_str();
-    }
-    Form1 form;
-    QWidget window;
-    try {
-      const FormWidgets widgets(window, sketches, designedControls(form), page, [] {});
-      ADD_FAILURE() << picture;
-    } catch (const Failure& failure) {
-      EXPECT_TRUE(std::string(failure.what()).ends_with(expected)) << failure.what();
-    }
-  }
-}
 
 struct Eye : AtTheWindow {
   /// Of a widget, in the window.
@@ -93,25 +67,25 @@ TEST_F(Eye, ColumnsHaveCommonEdgesAndNoDeadRoom) {
 }
 
 TEST_F(Eye, OnlyWhatHoldsMoreGrowsWithTheWindow) {
-  const std::set<std::string> taller{"PropertyList", "deviceNamesInputText"};
-  const std::set<std::string> sameWidth{"ExportName", "NumDevices", "MaxValue",
-                                        "Frame3",     "Frame4",     "almHiText"};
-  const auto sizes = [this] {
-    std::map<std::string, QSize> all;
-    for (const char* name :
-         {"ExportName", "NumDevices", "MaxValue", "Frame3", "Frame4", "almHiText",
-          "PropertyDescription", "ProjectDir", "PropertyList", "deviceNamesInputText"}) {
-      all[name] = place(name).size();
-    }
-    return all;
-  };
+  const std::vector<std::tuple<const char*, bool, bool>> cases = {
+      {"ExportName", false, false},
+      {"NumDevices", false, false},
+      {"MaxValue", false, false},
+      {"almHiText", false, false},
+      {"Frame3", false, false},
+      {"Frame4", false, false},
+      {"PropertyDescription", true, false},
+      {"ProjectDir", true, false},
+      {"PropertyList", true, true},
+      {"deviceNamesInputText", true, true}};
   resize(desk.view.sizeHint() + QSize(400, 0));
-  auto before = sizes();
+  std::map<std::string, QSize> before;
+  for (const auto& [name, wider, taller] : cases) before[name] = place(name).size();
   resize(desk.view.size() + QSize(200, 200));
-  for (const auto& [name, size] : sizes()) {
-    const QSize grown = size - before[name];
-    EXPECT_EQ(grown.width(), sameWidth.contains(name) ? 0 : 100) << name;
-    EXPECT_EQ(grown.height() > 0, taller.contains(name)) << name;
+  for (const auto& [name, wider, taller] : cases) {
+    const QSize grown = place(name).size() - before[name];
+    EXPECT_EQ(grown.width(), wider ? 100 : 0) << name;
+    EXPECT_EQ(grown.height() > 0, taller) << name;
   }
 }
 
