@@ -32,7 +32,7 @@ class BackupSets : public testing::Test {
 
   test::TemporaryFolder folder;
   CodePage page = CodePage::windows1252();
-  std::unique_ptr<FileSystem> files = posixFileSystem(page);
+  std::unique_ptr<FileSystem> files = realFileSystem(page);
   test::FakeEnvironment environment;
   test::FakeClock clock;
   test::RecordingStarter programs;

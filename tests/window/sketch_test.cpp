@@ -7,6 +7,7 @@
 #include <QScrollArea>
 #include <QStyleOption>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <tuple>
 
@@ -14,6 +15,32 @@
 
 namespace kova::test {
 namespace {
+
+TEST(Sketches, ThatDoNotFitTheirWindowAreRefused) {
+  const std::vector<std::array<std::string, 3>> cases = {
+      {"Frame5", "-", "\"ProjectDir\" stands nowhere"},
+      {"Frame5", "ProjectDir Folder", "\"Folder\" is no control, or lacks its sketch"},
+      {"Frame5", "ProjectDir ProjectDir", "\"ProjectDir\" stands twice"},
+      {"Frame5", "ProjectDir Units", "\"Units\" is outside its frame"},
+      {"Frame5", "< ProjectDir", "\"<\" is no control, or lacks its sketch"},
+      {"Frame5", "^ ProjectDir", "\"^\" is no control, or lacks its sketch"},
+      {"Frame3", "InputDataFormat <\n^ InputDataSize", "\"InputDataSize\" stands in another cell"}};
+  const CodePage page = CodePage::windows1252();
+  for (const auto& [name, picture, expected] : cases) {
+    auto sketches = mainWindowSketches();
+    for (Sketch& sketch : sketches) {
+      if (sketch.name == name) sketch.picture = picture.c_str();
+    }
+    Form1 form;
+    QWidget window;
+    try {
+      const FormWidgets widgets(window, sketches, designedControls(form), page, [] {});
+      ADD_FAILURE() << picture;
+    } catch (const Failure& failure) {
+      EXPECT_TRUE(std::string(failure.what()).ends_with(expected)) << failure.what();
+    }
+  }
+}
 
 struct Eye : AtTheWindow {
   /// Of a widget, in the window.
