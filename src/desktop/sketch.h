@@ -21,7 +21,7 @@ struct Sketch {
 std::vector<Sketch> mainWindowSketches();
 std::vector<Sketch> guidedDialogSketches();
 
-struct Cell {
+struct SketchCell {
   std::string word;
   int row = 0;
   int column = 0;
@@ -30,13 +30,13 @@ struct Cell {
 };
 
 struct Grid {
-  std::vector<Cell> cells{};
+  std::vector<SketchCell> cells{};
   std::map<int, bool> rows{};  ///< whether anything stands in a row
   std::map<int, bool> columns{};
 
   /// The cell that covers a place, null if none does.
-  const Cell* at(int row, int column) const;
-  const Cell* rightOf(const Cell& cell) const { return at(cell.row, cell.column + cell.columns); }
+  const SketchCell* at(int row, int column) const;
+  const SketchCell* rightOf(const SketchCell& cell) const { return at(cell.row, cell.column + cell.columns); }
 };
 
 Grid gridOf(const Sketch& sketch);
