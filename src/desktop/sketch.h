@@ -36,7 +36,9 @@ struct Grid {
 
   /// The cell that covers a place, null if none does.
   const SketchCell* at(int row, int column) const;
-  const SketchCell* rightOf(const SketchCell& cell) const { return at(cell.row, cell.column + cell.columns); }
+  const SketchCell* rightOf(const SketchCell& cell) const {
+    return at(cell.row, cell.column + cell.columns);
+  }
 };
 
 Grid gridOf(const Sketch& sketch);
