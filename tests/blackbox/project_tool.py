@@ -117,8 +117,8 @@ class ProjectTool(unittest.TestCase):
             self.assertRegex(run(command, "--version")[1], r"^kova-project \d+\.\d+\.\d+\n$")
         for command in ["check", "diff", "show", "backups", "restore"]:
             stamp = ["1"] if command == "restore" else []
-            complaint = "kova-project: /nowhere: There is no such directory\n"
-            self.assertEqual(run(command, "/nowhere", *stamp), (2, "", complaint))
+            complaint = "kova-project: nowhere: There is no such directory\n"
+            self.assertEqual(run(command, "nowhere", *stamp), (2, "", complaint))
         for wrong in [[], ["chek"], ["check"], ["check", "--format", "xml", EXAMPLE]]:
             self.assertEqual(run(*wrong)[0], 2, wrong)
         self.assertEqual(run("rules")[1], (SOURCES / "docs" / "checking.md").read_text())
