@@ -55,6 +55,7 @@ std::vector<Path> OverlayFiles::written() const {
     if (remembered.content) names.emplace(remembered.change, file);
   }
   std::vector<Path> ordered;
+  ordered.reserve(names.size());
   for (auto& [change, file] : names) ordered.push_back(std::move(file));
   return ordered;
 }
