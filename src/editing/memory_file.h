@@ -40,7 +40,6 @@ class MemoryFile : public FileSystem {
   bool nameFits(const Path&, std::string_view) const override { return true; }
   std::string withoutCase(std::string_view name) const override { return std::string(name); }
   bool ignoresCase(const Path&) const override { return false; }
-  void flushFolder(const Path&) override {}
   void flushAll(const Path&) override {}
   void removeLeftovers(const Path&) override {}
 

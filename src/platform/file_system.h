@@ -2,7 +2,6 @@
 // What the wizard expects of the machine's files. Every failure is a Failure with a description.
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -55,7 +54,8 @@ struct Path {
     entry.native += name;
     return entry;
   }
-  auto operator<=>(const Path&) const = default;  // NOLINT(modernize-use-nullptr)
+  bool operator==(const Path&) const = default;
+  bool operator<(const Path& other) const { return native < other.native; }
 };
 
 /// Tells one state of a file from another without reading it: two equal stamps of one path mean
@@ -79,9 +79,10 @@ struct OutputFile {
   /// ahead of it. Throws Failure.
   virtual void flush() = 0;
   /// Takes the target's place, after a flush of what is not flushed yet. The new name outlasts a
-  /// loss of power once its folder is flushed. A target that holds the same bytes stays itself,
-  /// with its time; whoever has written it may not have flushed it, so that it outlasts a loss of
-  /// power once `flushAll` has been called. Throws Failure; the target is then as before.
+  /// loss of power once `flushAll` of its folder has been called. A target that holds the same
+  /// bytes stays itself, with its time; whoever has written it may not have flushed it, so that it
+  /// outlasts a loss of power once `flushAll` of the folder that it really lies in has been called.
+  /// Throws Failure; the target is then as before.
   virtual void close() = 0;
 };
 
@@ -139,8 +140,6 @@ struct FileSystem {
   /// Waits for another wizard that holds `folder`. Leaves no trace on disk. Null if the other one
   /// has held it for 3 seconds: then it is as if it were not there.
   virtual std::unique_ptr<FolderLock> lock(const Path& folder) = 0;
-  /// Makes the names in `folder` outlast a loss of power.
-  virtual void flushFolder(const Path& folder) = 0;
   /// Makes all that has been written to the file system of `folder` so far outlast a loss of power,
   /// names included; where that can't be had, the plain files of `folder` and its names.
   virtual void flushAll(const Path& folder) = 0;

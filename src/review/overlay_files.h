@@ -44,7 +44,6 @@ class OverlayFiles : public FileSystem {
   bool ignoresCase(const Path& folder) const override;
   /// Held at once: nobody else sees these files.
   std::unique_ptr<FolderLock> lock(const Path& folder) override;
-  void flushFolder(const Path&) override {}
   void flushAll(const Path&) override {}
   void removeLeftovers(const Path&) override {}
 

@@ -108,7 +108,7 @@ TEST_F(RealFiles, WhatIsNoPlainFileIsRefusedAndNotListed) {
   EXPECT_EQ(failureOf([&] { replaceBy("folder", ""); }), "Is a directory");
   EXPECT_EQ(failureOf([&] { files->read(path("none")); }), "No such file or directory");
   EXPECT_EQ(failureOf([&] { replaceBy("none/file", ""); }), "No such file or directory");
-  EXPECT_EQ(failureOf([&] { files->flushFolder(path("none")); }), "No such file or directory");
+  EXPECT_EQ(failureOf([&] { files->flushAll(path("none")); }), "No such file or directory");
   EXPECT_EQ(files->plainFiles(here), (std::vector<std::string>{"B2", "b.csv", "\u00E9"}));
   EXPECT_TRUE(files->folderExists(path("folder")) && !files->fileExists(path("folder")));
   EXPECT_TRUE(files->fileExists(path("b.csv")) && !files->stamp(path("folder")));

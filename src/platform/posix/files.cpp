@@ -13,6 +13,7 @@
 #include "platform/machine.h"
 #include "platform/posix/output_file.h"
 #include "platform/posix/rights.h"
+#include "platform/whole_file.h"
 
 namespace kova {
 
@@ -22,7 +23,6 @@ using posix::checked;
 using posix::Descriptor;
 using posix::fail;
 
-constexpr std::size_t readAhead = std::size_t{64} << 10U;
 constexpr int lockAttempts = 300;
 
 // Does not wait for the other end of a pipe, nor make a terminal its own.
@@ -83,21 +83,8 @@ bool isPlainFile(int folder, const dirent& entry) {
 std::string readWhole(const Path& file) {
   struct stat state {};
   const Descriptor source = openPlainFile(file.native, state);
-  std::string content;
-  std::size_t filled = 0;
-  // One byte more than expected tells a file that has grown.
-  std::size_t room = std::min(static_cast<std::size_t>(state.st_size), largestFile) + 1;
-  for (;;) {
-    if (filled == content.size()) {
-      if (filled > largestFile) throw Failure("The file is larger than 64 MiB");
-      content.resize(filled + std::exchange(room, readAhead));
-    }
-    const std::size_t count = readSome(source, content.data() + filled, content.size() - filled);
-    if (count == 0) break;
-    filled += count;
-  }
-  content.resize(filled);
-  return content;
+  return allOf(static_cast<std::uint64_t>(state.st_size),
+               [&](char* into, std::size_t size) { return readSome(source, into, size); });
 }
 
 // A copy that stands under a hidden name still, which follows the source, so that what a killed run
@@ -239,7 +226,9 @@ class PosixFileSystem final : public FileSystem {
     const auto hidden = hiddenCopy(from, to);
     checked(::fsync, hidden->descriptor().number());
     if (!hidden->takeFreePlace(to.native)) return false;
-    flushFolder(parentOf(to));
+    const Descriptor names = openFolder(parentOf(to));
+    if (!names.open()) fail(errno);
+    flush(names);
     return true;
   }
 
@@ -299,12 +288,6 @@ class PosixFileSystem final : public FileSystem {
     checked(::lstat, path.native.c_str(), &made);
     return ::lstat(other.native.c_str(), &seen) == 0 && seen.st_dev == made.st_dev &&
            seen.st_ino == made.st_ino;
-  }
-
-  void flushFolder(const Path& folder) override {
-    const Descriptor names = openFolder(folder);
-    if (!names.open()) fail(errno);
-    flush(names);
   }
 
   void flushAll(const Path& folder) override {

@@ -201,14 +201,9 @@ std::optional<std::size_t> nameLimit(const Path& folder) {
 
 HiddenFile::HiddenFile(const Path& folder, std::string_view leaf)
     : stem_((folder / hiddenStem(folder, leaf)).native) {
-  int firstError = 0;
-  for (int number = 1; number <= hiddenNames; ++number) {
-    const int error = take(number);
-    if (error == 0) return;
-    if (firstError == 0) firstError = error;
-  }
-  if (firstError != EWOULDBLOCK) fail(firstError);
-  throw Failure("Too many other programs are writing the file");
+  const int error = errorOfTakingOne([this](int number) { return take(number); });
+  if (error == EWOULDBLOCK) throw Failure(allNamesHeld);
+  if (error != 0) fail(error);
 }
 
 HiddenFile::~HiddenFile() {

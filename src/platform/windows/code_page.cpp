@@ -14,7 +14,7 @@ char32_t characterOf(UINT page, unsigned byte) {
   const char text = static_cast<char>(byte);
   wchar_t character = 0;
   const int count = ::MultiByteToWideChar(page, MB_ERR_INVALID_CHARS, &text, 1, &character, 1);
-  return count == 1 && !IS_SURROGATE_PAIR(character, character) ? character : CodePage::noCharacter;
+  return count == 1 ? character : CodePage::noCharacter;
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "platform/hidden_name.h"
 #include "platform/machine.h"
+#include "platform/whole_file.h"
 #include "platform/windows/output_file.h"
 
 namespace kova {
@@ -18,13 +19,13 @@ using windows::HiddenFile;
 using windows::nameOf;
 using windows::narrow;
 using windows::openFile;
+using windows::openFolder;
 using windows::shareAll;
 using windows::sizeOf;
 using windows::stampOf;
 using windows::stateOf;
 using windows::wide;
 
-constexpr std::size_t readAhead = std::size_t{64} << 10U;
 constexpr DWORD pause = 10;
 constexpr int lockAttempts = 300;
 // What is just being removed is denied for a moment; a folder that is, stays so.
@@ -50,22 +51,8 @@ std::size_t readSome(const Handle& file, char* into, std::size_t size) {
 
 std::string readWhole(const std::wstring& name) {
   const Handle source = openPlainFile(name);
-  std::string content;
-  std::size_t filled = 0;
-  // One byte more than expected tells a file that has grown.
-  auto room =
-      static_cast<std::size_t>(std::min<std::uint64_t>(sizeOf(stateOf(source)), largestFile)) + 1;
-  for (;;) {
-    if (filled == content.size()) {
-      if (filled > largestFile) throw Failure("The file is larger than 64 MiB");
-      content.resize(filled + std::exchange(room, readAhead));
-    }
-    const std::size_t count = readSome(source, content.data() + filled, content.size() - filled);
-    if (count == 0) break;
-    filled += count;
-  }
-  content.resize(filled);
-  return content;
+  return allOf(sizeOf(stateOf(source)),
+               [&](char* into, std::size_t size) { return readSome(source, into, size); });
 }
 
 // A copy that stands under a hidden name still.
@@ -82,11 +69,6 @@ std::unique_ptr<HiddenFile> hiddenCopy(const Path& from, const Path& to, FileSta
   }
   windows::keepAttributes(state, hidden->handle());
   return hidden;
-}
-
-Handle openFolder(const Path& folder, DWORD access) {
-  const std::wstring name = folder.native.empty() ? L"." : nameOf(folder);
-  return openFile(name, access, shareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
 }
 
 // Runs `look` for each entry of the folder.
@@ -234,11 +216,6 @@ class WindowsFileSystem final : public FileSystem {
       ::Sleep(pause);
     }
     return nullptr;
-  }
-
-  void flushFolder(const Path& folder) override {
-    if (!openFolder(folder, FILE_READ_ATTRIBUTES).open()) fail();
-    flush(folder);
   }
 
   // All of a drive at once is the administrator's to flush.

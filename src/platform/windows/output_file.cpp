@@ -108,8 +108,11 @@ class WindowsOutputFile final : public OutputFile {
     former_ = stampOf(stateOf(name_));
     targetStays_ = former_ && former_->bytes == content_.size() && holds(name_, content_);
     if (!targetStays_) {
-      hide();
-      keepRights();
+      if (hidden_) {
+        keepRights();
+      } else {
+        hide();
+      }
       hidden_->flush();
     }
     flushed_ = true;
@@ -125,7 +128,6 @@ class WindowsOutputFile final : public OutputFile {
 
  private:
   void hide() {
-    if (hidden_) return;
     hidden_.emplace(target_.parent(), target_.leaf());
     // Ahead of the content: nobody is to read it meanwhile who may not read it afterwards.
     keepRights();
@@ -155,6 +157,11 @@ class WindowsOutputFile final : public OutputFile {
 Handle openFile(const std::wstring& name, DWORD access, DWORD share, DWORD how, DWORD flags) {
   return Handle(::CreateFileW(name.c_str(), access, share, nullptr, how,
                               FILE_ATTRIBUTE_NORMAL | flags, nullptr));
+}
+
+Handle openFolder(const Path& folder, DWORD access) {
+  const std::wstring name = folder.native.empty() ? L"." : nameOf(folder);
+  return openFile(name, access, shareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
 }
 
 std::optional<FileState> stateOf(const std::wstring& name) {
@@ -225,14 +232,9 @@ void allowRemoval(const std::wstring& name) {
 
 HiddenFile::HiddenFile(const Path& folder, std::string_view leaf)
     : stem_(hiddenStem(folder, leaf)) {
-  DWORD firstError = 0;
-  for (int number = 1; number <= hiddenNames; ++number) {
-    const DWORD error = take(number);
-    if (error == 0) return;
-    if (firstError == 0) firstError = error;
-  }
-  if (firstError != ERROR_SHARING_VIOLATION) fail(firstError);
-  throw Failure("Too many other programs are writing the file");
+  const DWORD error = errorOfTakingOne([this](int number) { return take(number); });
+  if (error == ERROR_SHARING_VIOLATION) throw Failure(allNamesHeld);
+  if (error != 0) fail(error);
 }
 
 HiddenFile::~HiddenFile() {
@@ -317,6 +319,8 @@ std::unique_ptr<OutputFile> openOutputFile(const Path& file, Hidden made) {
     // Another program that has it open may be done by the time it is replaced.
     const bool mayBeWritten = writable.open() || ::GetLastError() == ERROR_SHARING_VIOLATION;
     if (!mayBeWritten) fail();
+    // A file that stays asks nobody, but is to fail like one that changes.
+    if (!openFolder(target.parent(), FILE_ADD_FILE).open()) fail();
   }
   return std::make_unique<WindowsOutputFile>(std::move(target), made);
 }

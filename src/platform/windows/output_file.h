@@ -20,6 +20,8 @@ inline constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHAR
 Handle openFile(const std::wstring& name, DWORD access, DWORD share, DWORD how = OPEN_EXISTING,
                 DWORD flags = 0);
 
+Handle openFolder(const Path& folder, DWORD access);
+
 using FileState = BY_HANDLE_FILE_INFORMATION;
 /// State of a file or folder, links followed; nothing for what can't be looked at.
 std::optional<FileState> stateOf(const std::wstring& name);

@@ -3,6 +3,7 @@
 // The system's own header stands ahead of it.
 #include <shellapi.h>
 
+#include <cstdlib>
 #include <memory>
 
 #include "platform/machine.h"
@@ -93,12 +94,6 @@ void checkWords(const std::vector<std::string_view>& words) {
   }
 }
 
-std::string joined(const std::vector<std::string_view>& words) {
-  std::string line;
-  for (const auto word : words) line.append(line.empty() ? "" : " ").append(word);
-  return line;
-}
-
 class WindowsProgramStarter final : public ProgramStarter {
  public:
   explicit WindowsProgramStarter(const CodePage& codePage) : codePage_(codePage) {}
@@ -107,7 +102,8 @@ class WindowsProgramStarter final : public ProgramStarter {
     const auto words = split(commandLine, ' ');
     checkWords(words);
     const std::wstring file = findProgram(codePage_.toNative(words.front()));
-    std::wstring line = wide(codePage_.toNative(joined(words)));
+    // As it stands: a folder may have two blanks in its name.
+    std::wstring line = wide(codePage_.toNative(commandLine));
     STARTUPINFOW window{};
     window.cb = sizeof window;
     // Minimised, and with the focus, as the engineer expects of a generator.
@@ -140,7 +136,10 @@ std::string missingDisplay() {
 }
 
 std::vector<std::string> terminalWords(int /*argc*/, char** /*argv*/) {
+  static const UINT former = ::GetConsoleOutputCP();
   ::SetConsoleOutputCP(CP_UTF8);
+  // The terminal outlives the program.
+  std::atexit([] { ::SetConsoleOutputCP(former); });
   int count = 0;
   const std::unique_ptr<wchar_t*, decltype(&::LocalFree)> all(
       ::CommandLineToArgvW(::GetCommandLineW(), &count), &::LocalFree);

@@ -54,7 +54,7 @@ TEST_F(WindowsStarter, StartsProgramsOfAbsoluteFoldersMinimisedWithTheirWords) {
   const std::string unusable = ";.;..\\near;\\near;C:near;" + folder.path("none");
   ::SetEnvironmentVariableA("PATH", (unusable + ";\"" + folder.path("far") + '"').c_str());
   start("record.exe  C:\\x y LINUX");
-  EXPECT_EQ(noted(), "record.exe C:\\x y LINUX|" + std::to_string(SW_SHOWMINIMIZED));
+  EXPECT_EQ(noted(), "record.exe  C:\\x y LINUX|" + std::to_string(SW_SHOWMINIMIZED));
   start("RECORD %PATH% & $(x)");
   EXPECT_EQ(noted(), "RECORD %PATH% & $(x)|" + std::to_string(SW_SHOWMINIMIZED));
   for (const char* line : {"", "  ", ".\\record.exe a", "C:record", "missing", "record -o",
