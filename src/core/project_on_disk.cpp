@@ -2,6 +2,7 @@
 #include "core/project_on_disk.h"
 
 #include <algorithm>
+#include <optional>
 #include <span>
 #include <tuple>
 
@@ -41,14 +42,19 @@ bool isHeld(const PackedTexts& held, std::size_t row, const ExportTexts& texts) 
                      [&](std::string_view text) { return readAlike(held[index++], text); });
 }
 
-/// The rows on disk stand first, in its order.
-bool beginAsHeld(std::span<const PropertyRecord> rows, const PackedTexts& held) {
+/// How many rows the disk does not hold as they are; nothing unless its own stand first among them,
+/// in its order.
+std::optional<std::size_t> rowsBeyond(const PackedTexts& held,
+                                      std::span<const PropertyRecord> rows) {
   const std::size_t heldRows = held.size() / columns;
-  if (rows.size() < heldRows) return false;
+  if (rows.size() < heldRows) return std::nullopt;
+  std::size_t beyond = rows.size() - heldRows;
   for (std::size_t row = 0; row < heldRows; ++row) {
-    if (!haveSameNames(held, row, exportTexts(rows[row]))) return false;
+    const ExportTexts texts = exportTexts(rows[row]);
+    if (!haveSameNames(held, row, texts)) return std::nullopt;
+    if (!isHeld(held, row, texts)) ++beyond;
   }
-  return true;
+  return beyond;
 }
 
 RowPairs pairsOf(const PackedTexts& held, std::span<const PropertyRecord> rows) {
@@ -65,12 +71,8 @@ void compareProperties(const WizardState& state, Unwritten& result) {
   const PackedTexts& held = state.onDisk.properties;
   const auto rows = liveRows(state.exportTable, state.exportCount);
   // As a rule nothing has been taken out, and this runs behind each act.
-  if (beginAsHeld(rows, held)) {
-    const std::size_t heldRows = held.size() / columns;
-    for (std::size_t row = 0; row < heldRows; ++row) {
-      if (!isHeld(held, row, exportTexts(rows[row]))) ++result.properties;
-    }
-    result.properties += rows.size() - heldRows;
+  if (const auto beyond = rowsBeyond(held, rows)) {
+    result.properties += *beyond;
     return;
   }
   const RowPairs pairs = pairsOf(held, rows);
@@ -94,7 +96,7 @@ void compareNames(const PackedTexts& held, const DeviceNames& names, ByItself by
     if (device >= names.size()) {
       if (!is.empty() && byItself == ByItself::count) ++result.removals;
     } else if (names[device].empty() && byItself == ByItself::doNotCount) {
-      if (device >= held.size() || !is.empty()) ++result.deviceNames;
+      if (held.size() == 0 || !is.empty()) ++result.deviceNames;
     } else if (is.empty() || !readAlike(is, displayName(names, device))) {
       ++result.deviceNames;
     }
@@ -149,9 +151,10 @@ Unwritten findUnwritten(const WizardState& state) {
   return result;
 }
 
-Unwritten findLostByReading(const WizardState& state) {
+Unwritten findLostByReading(const WizardState& state, bool bringsNames) {
   Unwritten result = findDroppable(state);
-  if (!state.deviceNamesDefined) return result;
+  const bool readsNames = bringsNames || state.onDisk.namesRead.size() > 0;
+  if (!state.deviceNamesDefined || !readsNames) return result;
   compareNames(state.onDisk.namesRead, state.deviceNames, ByItself::doNotCount, result);
   return result;
 }

@@ -78,20 +78,21 @@ struct Unwritten {
   bool operator==(const Unwritten&) const = default;
 };
 
-/// Compares all rows that Done would write, as a comparison of the files before and after it would:
-/// that is the same count as long as the readers came to their ends and nobody else writes here.
-/// The line that Done adds to the history for the property in the form does not count: it is no row
-/// of the state.
+/// Compares all rows that Done would write, as a comparison of the files before and after it would.
+/// That is the same count as long as the files hold nothing that the readers leave out, each list
+/// of names has been read and belongs to one property, and nobody else writes here. The line that
+/// Done adds to the history for the property in the form does not count: it is no row of the state.
 Unwritten findUnwritten(const WizardState& state);
 
 /// The part of it that a change of directory drops: all but the server's device names, which go
 /// along.
 Unwritten findDroppable(const WizardState& state);
 
-/// What reading the project anew can't bring back.
-Unwritten findLostByReading(const WizardState& state);
+/// What reading the project anew can't bring back. The server's device names stay where no file of
+/// them is read; `bringsNames` tells that there will be one.
+Unwritten findLostByReading(const WizardState& state, bool bringsNames);
 
-/// All names in a file of device names; none if it can't be read.
+/// The names in a file of device names, as far as a reader comes.
 PackedTexts namesIn(const FileSystem& files, std::string_view folder, std::string_view file);
 
 }  // namespace kova

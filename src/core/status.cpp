@@ -94,8 +94,8 @@ std::string refusedSentence(const WizardState& state) {
          ". Click into Project Directory and type " + directory + ".";
 }
 
-std::string backupTroubleSentence(const BackupFailure& failure) {
-  const std::string why = failure.file() + ": " + failure.what() + ". ";
+std::string backupTroubleSentence(const FileSystem& files, const BackupFailure& failure) {
+  const std::string why = files.text(failure.file()) + ": " + failure.what() + ". ";
   if (failure.trouble() == BackupTrouble::notDeleted) {
     return "old backup " + why + "Delete the file or ask its owner to.";
   }
@@ -118,7 +118,9 @@ std::string stopSentence(const FileSystem& files, const FileRead& file) {
   return isThere ? " " + name + " can't be read: " + stop->reason + "." : "";
 }
 
-std::string doneSentences(const WizardState& state) {
+std::string doneSentences(const Wizard& wizard) {
+  const WizardState& state = wizard.state;
+  const FileSystem& files = wizard.platform.files;
   std::string text;
   if (!state.onDisk.repositoryNotUsed.empty()) {
     text = ' ' + state.onDisk.repositoryNotUsed + "The tables are not copied.";
@@ -127,8 +129,8 @@ std::string doneSentences(const WizardState& state) {
     text += " Another wizard is finishing this project as well; it was waited for in vain.";
   }
   for (const ForeignChange& change : state.onDisk.foreignChanges) {
-    text += " What somebody else has written to " + change.file + " since is kept as " +
-            change.backup + ".";
+    text += " What somebody else has written to " + files.text(change.file) + " since is kept as " +
+            files.text(change.backup) + ".";
   }
   return text;
 }
@@ -175,7 +177,7 @@ void reportProjectRead(Wizard& wizard, const ProjectRead& project) {
 
 void reportNotBackedUp(Wizard& wizard, const BackupFailure& failure) {
   const std::size_t deleted = failure.deleted();
-  report(wizard, "Project not read: " + backupTroubleSentence(failure) +
+  report(wizard, "Project not read: " + backupTroubleSentence(wizard.platform.files, failure) +
                      (deleted > 0 ? " " + deletedPart(deleted) + "." : ""));
 }
 
@@ -238,7 +240,7 @@ void refreshStatus(Wizard& wizard) {
 }
 
 void reportAllWritten(Wizard& wizard) {
-  report(wizard, "All tables written." + doneSentences(wizard.state));
+  report(wizard, "All tables written." + doneSentences(wizard));
 }
 
 void reportRepositoryNotUsed(Wizard& wizard) {
@@ -246,7 +248,7 @@ void reportRepositoryNotUsed(Wizard& wizard) {
 }
 
 void reportForeignChanges(Wizard& wizard) {
-  report(wizard, doneSentences(wizard.state));
+  report(wizard, doneSentences(wizard));
 }
 
 void reportRestored(Wizard& wizard, std::size_t files) {
@@ -254,7 +256,7 @@ void reportRestored(Wizard& wizard, std::size_t files) {
 }
 
 void reportNotFinished(Wizard& wizard) {
-  report(wizard, "The project is not finished." + doneSentences(wizard.state));
+  report(wizard, "The project is not finished." + doneSentences(wizard));
 }
 
 }  // namespace kova

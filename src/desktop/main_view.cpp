@@ -99,9 +99,13 @@ void MainView::openReview() {
     review_ = std::make_unique<ReviewWindow>(
         setup_.wizard, codePage_, [this](const std::string& property) { showInForm(property); });
     // It will get a frame like this one.
-    const QSize room = screen()->availableSize() - (frameSize() - size());
-    review_->resize(review_->size().boundedTo(room));
-    review_->move(frameGeometry().center() - review_->rect().center());
+    const QSize edges = frameSize() - size();
+    const QRect room = screen()->availableGeometry();
+    review_->resize(review_->size().boundedTo(room.size() - edges));
+    QRect place(QPoint(), review_->size() + edges);
+    place.moveCenter(frameGeometry().center());
+    review_->move(std::clamp(place.x(), room.x(), room.right() + 1 - place.width()),
+                  std::clamp(place.y(), room.y(), room.bottom() + 1 - place.height()));
   }
   review_->open();
 }

@@ -13,6 +13,7 @@ namespace kova {
 namespace {
 
 constexpr int propertyRole = Qt::UserRole;
+constexpr int wholeRole = Qt::UserRole + 1;
 constexpr int widestColumn = 48;  // characters
 
 QColor colourOf(Tone tone) {
@@ -183,18 +184,12 @@ void ReviewPageView::fillLines() {
   showWhole();
 }
 
-/// A sentence is longer than a column.
 void ReviewPageView::showWhole() {
-  constexpr int firstSentence = 1;
-  QStringList sentences;
   const QList<QTreeWidgetItem*> selected = lines_->selectedItems();
-  for (int column = firstSentence; !selected.isEmpty() && column < lines_->columnCount();
-       ++column) {
-    const QString text = selected.front()->text(column);
-    if (text.endsWith(u'.')) sentences << text;
-  }
-  whole_->setText(sentences.join(u' '));
-  whole_->setVisible(!sentences.isEmpty());
+  const QString whole =
+      selected.isEmpty() ? QString() : selected.front()->data(0, wholeRole).toString();
+  whole_->setText(whole);
+  whole_->setVisible(!whole.isEmpty());
 }
 
 QTreeWidgetItem* ReviewPageView::itemOf(const ReviewLine& line) const {
@@ -214,6 +209,7 @@ QTreeWidgetItem* ReviewPageView::itemOf(const ReviewLine& line) const {
   }
   item->setData(0, Qt::AccessibleTextRole, spoken.join(QStringLiteral(", ")));
   item->setData(0, propertyRole, QByteArray::fromStdString(line.property));
+  item->setData(0, wholeRole, shown(line.whole));
   for (const ReviewLine& below : line.below) item->addChild(itemOf(below));
   return item;
 }

@@ -47,7 +47,7 @@ ReviewWindow::ReviewWindow(Wizard& wizard, const CodePage& codePage,
   const QFontMetrics font = fontMetrics();
   const QSize wanted(charactersAndLines.width() * font.averageCharWidth(),
                      charactersAndLines.height() * font.lineSpacing());
-  resize(wanted.boundedTo(screen()->availableSize()));
+  resize(wanted);
   offerRestoring();
 }
 

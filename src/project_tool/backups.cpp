@@ -6,14 +6,6 @@
 namespace kova {
 namespace {
 
-Path folderOf(const Tool& tool, const std::string& text) {
-  Path folder = tool.machine.files->path(text);
-  if (!tool.machine.files->folderExists(folder)) {
-    throw Failure(folder.native + ": There is no such directory");
-  }
-  return folder;
-}
-
 BackupSet chosenSet(const Tool& tool, const Path& folder, const RestoreOptions& options) {
   const auto set = findBackupSet(backupSets(*tool.machine.files, folder), options.stamp);
   if (!set) throw Failure("there are no backups of " + std::to_string(options.stamp));
@@ -27,7 +19,7 @@ void printList(const Tool& tool, const char* title, const std::vector<std::strin
 }  // namespace
 
 Ending backups(const Tool& tool, const std::string& directory) {
-  const Path folder = folderOf(tool, tool.wizardText(directory));
+  const Path folder = tool.folder(directory);
   const std::int32_t now = tool.machine.clock->unixTime();
   for (const BackupSet& set : backupSets(*tool.machine.files, folder)) {
     tool.out << set.first << "  " << localTime(set.first) << "  " << ageText(set.first, now)
@@ -40,8 +32,7 @@ Ending backups(const Tool& tool, const std::string& directory) {
 }
 
 Ending restore(const Tool& tool, const RestoreOptions& options) {
-  const std::string text = tool.wizardText(options.directory);
-  const Path folder = folderOf(tool, text);
+  const Path folder = tool.folder(options.directory);
   const BackupSet set = chosenSet(tool, folder, options);
   if (options.dryRun) {
     const FileSystem& files = *tool.machine.files;
@@ -51,7 +42,8 @@ Ending restore(const Tool& tool, const RestoreOptions& options) {
     for (const FileDifference& file : compareProjects(before, after)) printDifference(tool, file);
     return Ending::nothingFound;
   }
-  const Restored restored = restore(tool.machine.platform(), text, set);
+  const Restored restored =
+      restore(tool.machine.platform(), tool.wizardText(options.directory), set);
   printList(tool, "restored", restored.files);
   printList(tool, "kept as", restored.kept);
   if (restored.failure.empty()) return Ending::nothingFound;

@@ -36,12 +36,6 @@ States sinceBackups(const Tool& tool, const Path& folder, const std::string& sta
   return states;
 }
 
-Path folderOf(const Tool& tool, const std::string& directory) {
-  Path folder = tool.machine.files->path(tool.wizardText(directory));
-  if (tool.machine.files->folderExists(folder)) return folder;
-  throw Failure(directory + ": There is no such directory");
-}
-
 }  // namespace
 
 void printDifference(const Tool& tool, const FileDifference& file) {
@@ -57,12 +51,12 @@ void printDifference(const Tool& tool, const FileDifference& file) {
 
 Ending diff(const Tool& tool, const DiffOptions& options) {
   const FileSystem& files = *tool.machine.files;
-  const Path folder = folderOf(tool, options.directory);
+  const Path folder = tool.folder(options.directory);
   const bool isOlder =
       options.other.empty() || (isStamp(options.other) && !files.folderExists(Path{options.other}));
   const States states = isOlder ? sinceBackups(tool, folder, options.other)
                                 : States{projectFiles(files, folder),
-                                         projectFiles(files, folderOf(tool, options.other))};
+                                         projectFiles(files, tool.folder(options.other))};
   const auto differences = compareProjects(states.before, states.after);
   for (const FileDifference& file : differences) printDifference(tool, file);
   return differences.empty() ? Ending::nothingFound : Ending::somethingFound;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "project_tool/tool.h"
 
+#include "review/project_files.h"
+
 namespace kova {
 
 std::string Tool::wizardText(const std::string& native) const {
@@ -12,6 +14,14 @@ std::string Tool::wizardText(const std::string& native) const {
     text.pop_back();
   }
   return text;
+}
+
+Path Tool::folder(const std::string& directory) const {
+  return naming(directory, [&] {
+    Path folder = machine.files->path(wizardText(directory));
+    if (!machine.files->folderExists(folder)) throw Failure("There is no such directory");
+    return folder;
+  });
 }
 
 void Tool::complain(const std::string& what) const {

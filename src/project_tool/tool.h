@@ -24,6 +24,8 @@ struct Tool {
 
   /// A path of the command line as wizard text. Throws Failure if wizard text can't tell it.
   std::string wizardText(const std::string& native) const;
+  /// A directory of the command line. Throws Failure, which names it, if there is none.
+  Path folder(const std::string& directory) const;
   /// Wizard text as the terminal shows it.
   std::string shown(const std::string& text) const { return codePage.toNative(text); }
   void complain(const std::string& what) const;

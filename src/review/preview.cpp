@@ -57,8 +57,8 @@ bool isCopy(const ProjectOnDisk& disk, const Path& file) {
 }
 
 std::ptrdiff_t rowsIn(std::string_view table) {
-  // All lines but the header end in one.
-  return std::count(table.begin(), table.end(), '\n') - 1;
+  // Each line ends in one, the header's too; a field may hold a line feed of its own.
+  return std::count(table.begin(), table.end(), '\r') - 1;
 }
 
 }  // namespace

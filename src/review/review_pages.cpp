@@ -102,6 +102,7 @@ ReviewGroup groupOf(const FileSystem& files, const FileDifference& file) {
   for (const std::string& sentence : file.form) {
     auto line = withSign<ReviewLine>(Sign::changed);
     line.texts = {sentence};
+    line.whole = sentence;
     group.lines.push_back(std::move(line));
   }
   return group;
@@ -140,6 +141,7 @@ ReviewLine lineOf(const ProjectReading& project, const Finding& finding) {
   line.spoken = nameOf(severity);
   line.texts = {finding.line == 0 ? "" : std::to_string(finding.line), finding.what + '.',
                 std::string(finding.rule->effect), std::string(finding.rule->cure)};
+  line.whole = line.texts[1] + ' ' + line.texts[2] + ' ' + line.texts[3];
   const TableText& table = project.table(finding.file);
   for (const TextRow& row : table.rows) {
     if (row.line != finding.line) continue;
@@ -229,16 +231,20 @@ ReviewGroup groupOf(const Wizard& wizard, const Path& folder, const ProjectFiles
       group.lines.push_back(lineOf(files, file, differences));
     }
   } catch (const Failure& failure) {
-    group.lines.push_back({.texts = {failure.what()}});
+    group.lines.push_back({.texts = {wizard.platform.files.text(failure.what())}});
   }
   return group;
 }
 
 std::string restoreQuestion(const Wizard& wizard, const BackupSet& set) {
-  const std::size_t rows = findLostByReading(wizard.state).all();
-  const std::string what = set.files.size() == 1
-                               ? wizard.platform.files.text(set.files.front().name)
-                               : counted(set.files.size(), "file", "files");
+  const FileSystem& files = wizard.platform.files;
+  const std::string names = serverNamesFile(significantLocalName(wizard));
+  const bool bringsNames =
+      std::any_of(set.files.begin(), set.files.end(),
+                  [&](const BackedUpFile& file) { return files.text(file.name) == names; });
+  const std::size_t rows = findLostByReading(wizard.state, bringsNames).all();
+  const std::string what = set.files.size() == 1 ? files.text(set.files.front().name)
+                                                 : counted(set.files.size(), "file", "files");
   return "Restore " + what + " as of " + localTime(set.first) + " ?\r\n" +
          (rows == 0 ? ""
                     : counted(rows, "row or name that is", "rows and names that are") +
@@ -309,7 +315,7 @@ void restoreIfWanted(Wizard& wizard, const BackupSet& set) {
   tell(wizard,
        "Could not restore " +
            (restored.missing.empty() ? "anything" : files.text(joined(restored.missing))) + " : " +
-           failure +
+           files.text(failure) +
            (restored.files.empty() ? "" : "\r\nRestored: " + files.text(joined(restored.files))));
 }
 

@@ -27,8 +27,8 @@ std::string serverNamesFile(std::string_view localName);
 /// Bare name of the file with the device names of one property.
 std::string namesFile(std::string_view propertyName);
 
-/// Path of a file that lies directly in `folder`. Throws Failure if `name` holds a separator and so
-/// names a file elsewhere.
+/// Path of a file that lies directly in `folder`. Throws Failure for a name with which
+/// `faultOfName` finds fault: it would name a file elsewhere, or none.
 Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name);
 
 /// Reads the names in `folder`, file `devFileName`. Once the file is open, `devNames` gets the

@@ -22,12 +22,12 @@ struct PosixEntry : Entry {
 };
 
 TEST_F(PosixEntry, TellsWhatToDoAboutFilesOfOthers) {
-  home.write("MAGNET/private", "of a colleague");
-  permissions(home.path("MAGNET/private"), perms::none);
+  home.write("MAGNET/priv\u00E9", "of a colleague");
+  permissions(home.path("MAGNET/priv\u00E9"), perms::none);
   permissions(home.path("MAGNET"), perms::all | perms::sticky_bit);
   permissions(home.path(), perms(0755));
   EXPECT_EQ(enteredByAnother(),
-            "Project not read: backup of private: Permission denied. Move the file away, or see "
+            "Project not read: backup of priv\xE9: Permission denied. Move the file away, or see "
             "that it is readable and that the directory is writable and has room.");
   if (::geteuid() != 0) return;
   home.write("MAGNET/exports-1600000000.csv", "of a colleague");
