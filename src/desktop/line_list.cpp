@@ -93,15 +93,17 @@ void LineList::mirror() {
   const bool rowsChanged = lines_.mirror();
   const int row = list_.selectedIndex();
   if (row != ListBox::none) place_ = row;
+  const bool selects = std::exchange(mirroredRow_, row) != row;
   if (row != shownRow()) {
     if (row == ListBox::none) {
       selectionModel()->clear();
     } else {
       setCurrentIndex(lines_.index(row));
     }
-  } else if (!rowsChanged) {
-    scheduleDelayedItemsLayout();  // what is left is another text in a line
   }
+  // Changes come one by one. Of a selection the toolkit paints the two lines by itself.
+  if (selects && !rowsChanged) return;
+  if (!rowsChanged) scheduleDelayedItemsLayout();  // what is left is another text in a line
   viewport()->update();
 }
 

@@ -66,8 +66,9 @@ class LineList : public QListView {
   QString emptyText_;
   bool mirroring_ = false;
   bool inKeyPress_ = false;
-  int place_ = 0;   ///< of the line that was selected last
-  QString sought_;  ///< as far as it has been typed
+  int mirroredRow_ = ListBox::none;  ///< that was selected at the last mirroring
+  int place_ = 0;                    ///< of the line that was selected last
+  QString sought_;                   ///< as far as it has been typed
   QElapsedTimer sinceTyped_;
 };
 

@@ -45,6 +45,8 @@ MainView::MainView(SetupWizard& setup, const CodePage& codePage)
   afterPointer_.setSingleShot(true);
   connect(&afterPointer_, &QTimer::timeout, this, &MainView::mirrorStatusLine);
   keepTextsReadable();
+  // At once, as long as there are no widgets that would all take over the colours once more.
+  QCoreApplication::sendPostedEvents(this, QEvent::ApplicationPaletteChange);
   buildForm();
   buildMenu();
   helper_ = std::make_unique<HelperView>(setup_.helper, codePage_, *this);
