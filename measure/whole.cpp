@@ -63,6 +63,8 @@ Taken done(const std::string& home, const std::string& repository, const std::st
   if (!name.empty()) changeAll(engineer.program.wizard.state, name);
   form.vbProject.setValue(0);
   engineer.answers.push_back(kova::Answer::yes);
+  // What the entry has written; the system brings it to the disk while the engineer works.
+  ::sync();
   const Taken result = taken([&] { form.Command1.click(); });
   if (!engineer.ended || rows == 0) throw std::runtime_error("the project is not finished");
   return result;
