@@ -9,7 +9,7 @@ packages_for() {
     test) echo libgtest-dev python3 python3-jsonschema xvfb x11-utils x11-xkb-utils openbox dbus-daemon at-spi2-core python3-pyatspi ;;
     clang | fuzz | sanitize) echo clang ;;
     windows) echo g++-mingw-w64-x86-64-posix googletest wine64 ;;
-    windows-package) echo dpkg-dev icoutils nsis unzip xz-utils zip ;;
+    windows-package) echo dpkg-dev fonts-dejavu-core icoutils nsis unzip xz-utils zip ;;
     gate) echo git clang-format-14 clang-tidy-14 ;;
     measure) echo libbenchmark-dev python3 ;;
     package) echo dpkg-dev file gzip ;;

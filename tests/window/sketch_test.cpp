@@ -80,7 +80,7 @@ TEST_F(Eye, ColumnsHaveCommonEdgesAndNoDeadRoom) {
     for (const char* name : {"MaxValue", "ArrayTypeCombo"}) {
       EXPECT_EQ(place(name).right(), output.right()) << name;
     }
-    EXPECT_EQ(input.width(), output.width());
+    EXPECT_LE(std::abs(input.width() - output.width()), 1) << "each follows its own texts";
     EXPECT_EQ(place("DeviceListCheck").left() - output.right(), output.left() - input.right());
     for (const auto& [label, field] :
          {std::pair("Label7", "InputDataFormat"), std::pair("Label5", "InputDataSize")}) {
