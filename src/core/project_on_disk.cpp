@@ -8,6 +8,7 @@
 
 #include "core/wizard_state.h"
 #include "tables/row_pairs.h"
+#include "tables/row_rules.h"
 
 namespace kova {
 namespace {
@@ -17,10 +18,6 @@ constexpr std::size_t columns = std::tuple_size_v<ExportTexts>;
 constexpr std::size_t exportName = 0;
 constexpr std::size_t propertyName = 2;
 constexpr std::size_t usualRow = 96;  // characters
-
-std::span<const PropertyRecord> liveRows(const ExportTable& table, std::int16_t count) {
-  return std::span(table).first(static_cast<std::size_t>(count));
-}
 
 /// A reader, which drops the blanks around a field, takes both for the same.
 bool readAlike(std::string_view one, std::string_view other) {
@@ -51,8 +48,9 @@ std::optional<std::size_t> rowsBeyond(const PackedTexts& held,
   std::size_t beyond = rows.size() - heldRows;
   for (std::size_t row = 0; row < heldRows; ++row) {
     const ExportTexts texts = exportTexts(rows[row]);
+    if (isHeld(held, row, texts)) continue;
     if (!haveSameNames(held, row, texts)) return std::nullopt;
-    if (!isHeld(held, row, texts)) ++beyond;
+    ++beyond;
   }
   return beyond;
 }
@@ -151,9 +149,8 @@ Unwritten findUnwritten(const WizardState& state) {
   return result;
 }
 
-Unwritten findLostByReading(const WizardState& state, bool bringsNames) {
+Unwritten findLostByReading(const WizardState& state, bool readsNames) {
   Unwritten result = findDroppable(state);
-  const bool readsNames = bringsNames || state.onDisk.namesRead.size() > 0;
   if (!state.deviceNamesDefined || !readsNames) return result;
   compareNames(state.onDisk.namesRead, state.deviceNames, ByItself::doNotCount, result);
   return result;

@@ -88,9 +88,9 @@ Unwritten findUnwritten(const WizardState& state);
 /// along.
 Unwritten findDroppable(const WizardState& state);
 
-/// What reading the project anew can't bring back. The server's device names stay where no file of
-/// them is read; `bringsNames` tells that there will be one.
-Unwritten findLostByReading(const WizardState& state, bool bringsNames);
+/// What reading the project anew can't bring back. The server's device names stay unless a file of
+/// them is read.
+Unwritten findLostByReading(const WizardState& state, bool readsNames);
 
 /// The names in a file of device names, as far as a reader comes.
 PackedTexts namesIn(const FileSystem& files, std::string_view folder, std::string_view file);

@@ -101,10 +101,9 @@ void LineList::mirror() {
       setCurrentIndex(lines_.index(row));
     }
   }
-  // Changes come one by one. Of a selection the toolkit paints the two lines by itself.
-  if (selects && !rowsChanged) return;
-  if (!rowsChanged) scheduleDelayedItemsLayout();  // what is left is another text in a line
-  viewport()->update();
+  // Changes come one by one, and the toolkit paints for the others by itself: what is left is
+  // another text in a line.
+  if (!selects && !rowsChanged) scheduleDelayedItemsLayout();
 }
 
 int LineList::shownRow() const {

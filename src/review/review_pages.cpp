@@ -231,18 +231,26 @@ ReviewGroup groupOf(const Wizard& wizard, const Path& folder, const ProjectFiles
       group.lines.push_back(lineOf(files, file, differences));
     }
   } catch (const Failure& failure) {
-    group.lines.push_back({.texts = {wizard.platform.files.text(failure.what())}});
+    const std::string told = wizard.platform.files.text(failure.what());
+    group.lines.push_back({.texts = {told}, .whole = told});
   }
   return group;
 }
 
+/// A set holds no file of names that is not there already, and the last row says which one is read.
+bool willReadNames(const Wizard& wizard) {
+  const WizardState& state = wizard.state;
+  const std::string localName =
+      state.exportCount == 0
+          ? significantLocalName(wizard)
+          : storedLocalName(rowOf(state.exportTable, state.exportCount - 1).localName);
+  const FileSystem& files = wizard.platform.files;
+  return files.fileExists(files.path(projectFile(wizard, serverNamesFile(localName))));
+}
+
 std::string restoreQuestion(const Wizard& wizard, const BackupSet& set) {
   const FileSystem& files = wizard.platform.files;
-  const std::string names = serverNamesFile(significantLocalName(wizard));
-  const bool bringsNames =
-      std::any_of(set.files.begin(), set.files.end(),
-                  [&](const BackedUpFile& file) { return files.text(file.name) == names; });
-  const std::size_t rows = findLostByReading(wizard.state, bringsNames).all();
+  const std::size_t rows = findLostByReading(wizard.state, willReadNames(wizard)).all();
   const std::string what = set.files.size() == 1 ? files.text(set.files.front().name)
                                                  : counted(set.files.size(), "file", "files");
   return "Restore " + what + " as of " + localTime(set.first) + " ?\r\n" +
@@ -283,7 +291,7 @@ ReviewPage reviewBackups(const Wizard& wizard, const std::vector<BackupSet>& set
     const ProjectFiles present = projectFiles(wizard.platform.files, folder);
     for (const BackupSet& set : sets) page.groups.push_back(groupOf(wizard, folder, present, set));
   } catch (const Failure& failure) {
-    page.heading = std::string("The backups can't be compared: ") + failure.what();
+    page.heading = "The backups can't be compared: " + wizard.platform.files.text(failure.what());
   }
   return page;
 }

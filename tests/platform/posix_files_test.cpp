@@ -203,10 +203,7 @@ TEST_F(PosixFiles, ACopyKeepsModeAndTimeAndReplacesALink) {
 }
 
 TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
-  folder.write("list", "");
-  const bool hasLists = setList("list", accessListName);
-  // Only root gives files away, and not every file system that tests run on has such lists.
-  if (::geteuid() != 0 || !hasLists) GTEST_SKIP() << "needs root and access lists";
+  if (::geteuid() != 0) GTEST_SKIP() << "only root gives files away";
   const auto original = [&](const std::string& name, mode_t mode) {
     folder.write(name, "");
     ASSERT_EQ(::chown(folder.path(name).c_str(), 65534, 1234), 0);
@@ -233,7 +230,8 @@ TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
   }
 
   original("list", 0644);
-  ASSERT_TRUE(setList("list", accessListName));
+  // Not every file system that tests run on has such lists.
+  if (!setList("list", accessListName)) GTEST_SKIP() << "no access lists";
   expectCopy([] {}, "list", 0640);
   EXPECT_TRUE(hasList("to") && hasList("fresh"));
   expectCopy(refusing({SYS_fsetxattr}, ENOTSUP), "list", 0600);

@@ -104,5 +104,20 @@ TEST_F(Review, RestoresWhatIsAskedForAndEntersTheProjectAnew) {
   EXPECT_EQ(home.files("MAGNET"), former);
 }
 
+TEST_F(Review, TellsOfNamesThatARestoringReads) {
+  std::filesystem::remove(home.path("MAGNET/MAGEQM-devices.csv"));
+  open();
+  type(form.deviceNamesInputText, "A\r\nB\r\n");
+  clickAt(form.deviceNamesInputText, 0);
+  form.LocalName.setText("OTHER");
+  desk.key("Alt+B");
+  for (const bool told : {false, true}) {
+    desk.answer("Escape");
+    button("&Restore set ...").click();
+    EXPECT_EQ(desk.message.find("would be dropped") < desk.message.size(), told) << desk.message;
+    home.write("MAGNET/MAGEQM-devices.csv", "DEVICE_NUMBER,DEVICE_NAME\r\n 0,QUAD.1\r\n");
+  }
+}
+
 }  // namespace
 }  // namespace kova::test

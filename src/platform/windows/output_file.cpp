@@ -315,12 +315,13 @@ std::unique_ptr<OutputFile> openOutputFile(const Path& file, Hidden made) {
     if ((former->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) throw Failure("Is a directory");
     if (!isPlainFile(*former)) throw Failure("Not a plain file");
     if ((former->dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0) fail(ERROR_ACCESS_DENIED);
-    const Handle writable = openFile(nameOf(target), GENERIC_WRITE, shareAll);
     // Another program that has it open may be done by the time it is replaced.
-    const bool mayBeWritten = writable.open() || ::GetLastError() == ERROR_SHARING_VIOLATION;
-    if (!mayBeWritten) fail();
+    const auto check = [](const Handle& writable) {
+      if (!writable.open() && ::GetLastError() != ERROR_SHARING_VIOLATION) fail();
+    };
+    check(openFile(nameOf(target), GENERIC_WRITE, shareAll));
     // A file that stays asks nobody, but is to fail like one that changes.
-    if (!openFolder(target.parent(), FILE_ADD_FILE).open()) fail();
+    check(openFolder(target.parent(), FILE_ADD_FILE));
   }
   return std::make_unique<WindowsOutputFile>(std::move(target), made);
 }
