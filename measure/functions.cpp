@@ -15,6 +15,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -220,6 +221,20 @@ void press(QWidget& widget, int key, const QString& text = {}) {
   }
 }
 
+/// A step of what goes on, as a held key and a dragged edge do: one goes ahead of it.
+void measureStep(const std::string& act, const std::function<void(bool forth)>& step) {
+  const auto forth = std::make_shared<bool>(false);
+  const auto once = [=] {
+    step(*forth);
+    settle();
+  };
+  const auto ahead = [=] {
+    *forth = !*forth;
+    once();
+  };
+  measure(act, ahead, once);
+}
+
 /// Key by key in the window: a letter and its removal in turns, an arrow key held in the list, and
 /// the window one step larger or smaller.
 void measureWindow(Desk& desk) {
@@ -238,14 +253,10 @@ void measureWindow(Desk& desk) {
     });
   }
   QWidget* list = desk.view->widget("PropertyList");
-  measure("arrow", settle, [list, turn]() mutable {
-    press(*list, turn() ? Qt::Key_Down : Qt::Key_Up);
-    settle();
-  });
+  measureStep("arrow", [list](bool forth) { press(*list, forth ? Qt::Key_Down : Qt::Key_Up); });
   MainView& view = *desk.view;
-  measure("resize", settle, [&view, turn]() mutable {
-    view.resize(view.size() + (turn() ? QSize(8, 8) : QSize(-8, -8)));
-    settle();
+  measureStep("resize", [&view](bool forth) {
+    view.resize(view.size() + (forth ? QSize(8, 8) : QSize(-8, -8)));
   });
 }
 
