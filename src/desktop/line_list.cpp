@@ -141,9 +141,8 @@ void LineList::currentChanged(const QModelIndex& now, const QModelIndex& before)
   if (hasFocus()) {
     QListView::currentChanged(now, before);
   } else {
-    // Past the class in between on purpose, which would tell a screen reader that the focus is in
-    // the line: NOLINTNEXTLINE(bugprone-parent-virtual-call)
-    QAbstractItemView::currentChanged(now, before);
+    // The class in between would tell a screen reader that the focus is in the line.
+    QAbstractItemView::currentChanged(now, before);  // NOLINT(bugprone-parent-virtual-call)
   }
 }
 

@@ -203,6 +203,7 @@ TEST_F(PosixFiles, ACopyKeepsModeAndTimeAndReplacesALink) {
 }
 
 TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
+  // The files of the cases belong to somebody else, which root alone can arrange.
   if (::geteuid() != 0) GTEST_SKIP() << "only root gives files away";
   const auto original = [&](const std::string& name, mode_t mode) {
     folder.write(name, "");

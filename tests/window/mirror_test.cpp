@@ -5,6 +5,7 @@
 #include <QDeadlineTimer>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPaintEvent>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScopeGuard>
@@ -101,6 +102,33 @@ TEST_F(Mirror, OneActOnTheListIsOneSelectionAndShowsItsRow) {
   EXPECT_EQ(selected.size(), 8);
   EXPECT_EQ(form.PropertyName.text(), "STATE");
   EXPECT_EQ(engineer.rows().properties, 7);
+}
+
+/// How much of a widget is painted anew.
+struct Painted : QObject {
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::Paint) region += static_cast<QPaintEvent*>(event)->region();
+    return false;
+  }
+  QRegion region;
+};
+
+TEST_F(Mirror, AStepInTheListPaintsItsTwoLinesAndAnotherTextTheList) {
+  desk.type("MAGNET");
+  Painted painted;
+  desk.list().installEventFilter(&painted);
+  const int line = desk.placeOfLine(1).y() - desk.placeOfLine(0).y();
+  for (const bool another : {false, true}) {
+    QApplication::processEvents();
+    desk.list().repaint();
+    painted.region = {};
+    if (another) form.PropertyList.replace(6, "[MAGNET] FIELD <>");
+    if (!another) form.PropertyList.select(6);
+    const int expected = another ? desk.list().height() : 2 * line;
+    const auto height = [&] { return painted.region.boundingRect().height(); };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return height() >= expected; })) << another;
+    EXPECT_EQ(height(), expected);
+  }
 }
 
 TEST_F(Mirror, ADoubleClickRemovesNoLineThatItsFirstClickHasBrought) {
