@@ -29,14 +29,16 @@ bool rewrite(FileSystem& files, const std::string& folder, int kind) {
   std::int16_t count = 0;
   if (kind == 0) {
     std::string rows = exportHeaderLine();
-    result = readExportTable(
-        files, file, [&](const PropertyRecord& row) { rows += exportDataLine(row, count++); });
+    result = readFile(files, file, [&](std::string_view content) {
+      return readExportTable(
+          content, [&](const PropertyRecord& row) { rows += exportDataLine(row, count++); });
+    });
     put(file, rows);
   } else if (kind == 1) {
     HistoryTable rows;
     result = ReadHistoryFile(files, file, rows, count);
     // With the names of a row in the form nothing is written for the form.
-    HistoryForm form;
+    FormTexts form;
     const HistoryRecord& first = rowOf(rows, 0);
     form.exportName = first.exportName;
     form.localName = first.localName;

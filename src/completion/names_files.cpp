@@ -5,12 +5,11 @@
 
 namespace kova {
 
-std::optional<UnwritableFile> findUnwritableNamesFile(Wizard& wizard, const Path& folder) {
-  const FileSystem& files = wizard.platform.files;
+std::optional<UnwritableFile> findUnwritableNamesFile(const FileSystem& files,
+                                                      const Project& project, const Path& folder) {
   std::map<std::string, std::string> names;  // by what a disk that ignores case makes of them
   std::optional<bool> ignoresCase;
-  for (std::int16_t i = 0; i < wizard.state.exportCount; ++i) {
-    const PropertyRecord& row = exportRow(wizard, i);
+  for (const PropertyRecord& row : liveRows(project.exportTable, project.exportCount)) {
     const std::string name = namesFile(row.propertyName);
     // Names that lead elsewhere are told when their turn comes.
     if (!row.hasDeviceList || !namesPlainFile(name)) continue;

@@ -5,7 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "core/wizard.h"
+#include "core/project.h"
+#include "platform/file_system.h"
 
 namespace kova {
 
@@ -17,6 +18,7 @@ struct UnwritableFile {
 
 /// The first names file whose name the disk of `folder` can't hold, or takes for the one of another
 /// property. Throws Failure if that can't be found out.
-std::optional<UnwritableFile> findUnwritableNamesFile(Wizard& wizard, const Path& folder);
+std::optional<UnwritableFile> findUnwritableNamesFile(const FileSystem& files,
+                                                      const Project& project, const Path& folder);
 
 }  // namespace kova

@@ -9,9 +9,6 @@
 
 namespace kova {
 
-/// Text of the path of a file in the project directory.
-std::string projectFile(const Wizard& wizard, std::string_view name);
-
 /// Text of the project directory itself, "/" included; empty if none is given.
 const std::string& projectDirectory(const Wizard& wizard);
 
@@ -24,6 +21,6 @@ void ProjectDir_Click(Wizard& wizard);
 
 /// Appends the rows of an export table to the table and the list, and selects the last of them.
 /// Shows nothing: the result tells where it stopped.
-ReadResult getExistingProject(Wizard& wizard, const Path& fileName);
+ReadResult getExistingProject(Wizard& wizard);
 
 }  // namespace kova

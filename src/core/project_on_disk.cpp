@@ -6,7 +6,7 @@
 #include <span>
 #include <tuple>
 
-#include "core/wizard_state.h"
+#include "core/project.h"
 #include "tables/row_pairs.h"
 #include "tables/row_rules.h"
 
@@ -65,9 +65,9 @@ RowPairs pairsOf(const PackedTexts& held, std::span<const PropertyRecord> rows) 
   return pairRows(before, after);
 }
 
-void compareProperties(const WizardState& state, Unwritten& result) {
-  const PackedTexts& held = state.onDisk.properties;
-  const auto rows = liveRows(state.exportTable, state.exportCount);
+void compareProperties(const Project& project, Unwritten& result) {
+  const PackedTexts& held = project.onDisk.properties;
+  const auto rows = liveRows(project.exportTable, project.exportCount);
   // As a rule nothing has been taken out, and this runs behind each act.
   if (const auto beyond = rowsBeyond(held, rows)) {
     result.properties += *beyond;
@@ -101,10 +101,10 @@ void compareNames(const PackedTexts& held, const DeviceNames& names, ByItself by
   }
 }
 
-void compareNameLists(const WizardState& state, ByItself byItself, Unwritten& result) {
-  const ProjectOnDisk& disk = state.onDisk;
+void compareNameLists(const Project& project, ByItself byItself, Unwritten& result) {
+  const ProjectOnDisk& disk = project.onDisk;
   const PackedTexts nothing;
-  for (const PropertyRecord& row : liveRows(state.exportTable, state.exportCount)) {
+  for (const PropertyRecord& row : liveRows(project.exportTable, project.exportCount)) {
     if (!row.hasDeviceList) continue;
     const auto held = disk.nameLists.find(row.propertyName);
     compareNames(held == disk.nameLists.end() ? nothing : held->second, row.devices, byItself,
@@ -112,11 +112,11 @@ void compareNameLists(const WizardState& state, ByItself byItself, Unwritten& re
   }
 }
 
-Unwritten rowsNotHeld(const WizardState& state) {
+Unwritten rowsNotHeld(const Project& project) {
   Unwritten result;
-  compareProperties(state, result);
-  result.historyRows = static_cast<std::size_t>(state.historyCount - state.onDisk.historyRows);
-  result.alarmRows = static_cast<std::size_t>(state.alarmCount - state.onDisk.alarmRows);
+  compareProperties(project, result);
+  result.historyRows = static_cast<std::size_t>(project.historyCount - project.onDisk.historyRows);
+  result.alarmRows = static_cast<std::size_t>(project.alarmCount - project.onDisk.alarmRows);
   return result;
 }
 
@@ -135,24 +135,24 @@ PackedTexts::PackedTexts(const DeviceNames& names) {
   for (const std::string& name : names) add(name);
 }
 
-Unwritten findDroppable(const WizardState& state) {
-  Unwritten result = rowsNotHeld(state);
-  compareNameLists(state, ByItself::doNotCount, result);
+Unwritten findDroppable(const Project& project) {
+  Unwritten result = rowsNotHeld(project);
+  compareNameLists(project, ByItself::doNotCount, result);
   return result;
 }
 
-Unwritten findUnwritten(const WizardState& state) {
-  Unwritten result = rowsNotHeld(state);
-  compareNameLists(state, ByItself::count, result);
-  if (!state.deviceNamesDefined) return result;
-  compareNames(state.onDisk.deviceNames, state.deviceNames, ByItself::count, result);
+Unwritten findUnwritten(const Project& project) {
+  Unwritten result = rowsNotHeld(project);
+  compareNameLists(project, ByItself::count, result);
+  if (!project.deviceNamesDefined) return result;
+  compareNames(project.onDisk.deviceNames, project.deviceNames, ByItself::count, result);
   return result;
 }
 
-Unwritten findLostByReading(const WizardState& state, bool readsNames) {
-  Unwritten result = findDroppable(state);
-  if (!state.deviceNamesDefined || !readsNames) return result;
-  compareNames(state.onDisk.namesRead, state.deviceNames, ByItself::doNotCount, result);
+Unwritten findLostByReading(const Project& project, bool readsNames) {
+  Unwritten result = findDroppable(project);
+  if (!project.deviceNamesDefined || !readsNames) return result;
+  compareNames(project.onDisk.namesRead, project.deviceNames, ByItself::doNotCount, result);
   return result;
 }
 

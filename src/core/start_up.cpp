@@ -8,14 +8,6 @@
 namespace kova {
 namespace {
 
-std::array<ProcessTemplate, 5> processTemplateRows() {
-  return {{{".START", "Start ", 1, 1, "short", "short", "READ|WRITE"},
-           {".STOP", "Stop ", 0, 0, "NULL", "NULL", "WRITE"},
-           {".PAUSE", "Pause ", 0, 0, "NULL", "NULL", "WRITE"},
-           {".RESUME", "Resume ", 0, 0, "NULL", "NULL", "WRITE"},
-           {".STATUS", "Status of ", 0, 1, "NULL", "short", "READ"}}};
-}
-
 std::array<std::string, 3> guidePromptTexts() {
   return {
       "Please Enter the Export Name under which you would like your device server to be known: ",
@@ -42,8 +34,6 @@ void Form_Load(Wizard& wizard) {
   fillCombos(wizard);
   state.homeDrive = homeDrive(environment).text;
   if (!state.homeDrive.empty()) form.ProjectDir.setText(state.homeDrive + pathSeparator);
-  state.processTemplates = processTemplateRows();
-  state.exportsFileName = "exports.csv";
   setDefaultTexts(form);
   state.deviceNames.assign(1, std::string());
   state.guideControls = {&form.ExportName, &form.LocalName, &form.NumDevices};

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <string_view>
 
-#include "editing/memory_file.h"
 #include "tables/device_files.h"
 
 namespace kova {
@@ -34,9 +33,9 @@ std::size_t lastName(std::string_view box) {
 /// The names as they would be read from their file.
 DeviceNames readBack(DeviceNames names) {
   std::string file;
-  WriteDevicesFile(into(file), {}, names);
+  WriteDevicesFile([&](const Path&, std::string_view content) { file = content; }, {}, names);
   DeviceNames read;
-  ReadDevicesFile(MemoryFile(file), {}, {}, std::to_string(names.size() - 1), read);
+  readDeviceNames(file, std::to_string(names.size() - 1), read);
   return read;
 }
 

@@ -8,8 +8,8 @@
 #include "editing/alarm_panel.h"
 #include "editing/device_panel.h"
 #include "editing/history_panel.h"
-#include "editing/range_prefix.h"
 #include "tables/number_text.h"
+#include "tables/range_prefix.h"
 
 namespace kova {
 namespace {

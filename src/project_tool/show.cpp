@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "editing/range_prefix.h"
 #include "project_tool/json.h"
 #include "review/project_reading.h"
 #include "tables/number_text.h"
+#include "tables/range_prefix.h"
 #include "tables/row_rules.h"
 
 namespace kova {

@@ -8,7 +8,7 @@
 #include <map>
 #include <utility>
 
-#include "completion/table_gate.h"
+#include "completion/table_writer.h"
 #include "review/table_text.h"
 #include "tables/backup.h"
 
@@ -144,10 +144,9 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
                           naming(file.backup, [&] { return files.read(path / file.backup); }));
   }
   StoppedClock clock(lastFreeStamp(files, path, platform.clock.unixTime()));
-  Wizard gateKeeper({files, platform.environment, clock, platform.programs}, {});
-  gateKeeper.state.projectPath = folder;
   // Whatever it finds is something that it has not written itself, so it backs it up.
-  TableGate gate(gateKeeper);
+  ProjectOnDisk nothingKnown;
+  TableWriter tables(files, clock, path, nothingKnown);
   Restored restored;
   const auto attempt = [&](const std::string& what, const auto& act) {
     try {
@@ -159,7 +158,7 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
   for (const auto& content : contents) {
     const std::string& name = content.first;
     attempt(name, [&, file = path / name] {
-      if (!isThereAlready(files, file, content.second)) gate.replace(file, content.second);
+      if (!isThereAlready(files, file, content.second)) tables.replace(file, content.second);
       restored.files.push_back(name);
     });
     if (!restored.failure.empty()) break;
@@ -168,7 +167,7 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
     restored.missing.push_back(contents[next].first);
   }
   if (restored.failure.empty()) attempt(path.native, [&] { files.flushAll(path); });
-  for (const ForeignChange& change : gateKeeper.state.onDisk.foreignChanges) {
+  for (const ForeignChange& change : nothingKnown.foreignChanges) {
     restored.kept.push_back(change.backup);
   }
   return restored;

@@ -8,6 +8,9 @@
 
 #include "review/form_differences.h"
 #include "review/table_text.h"
+#include "tables/alarm_table.h"
+#include "tables/export_table.h"
+#include "tables/history_table.h"
 #include "tables/number_text.h"
 #include "tables/row_pairs.h"
 
@@ -30,11 +33,12 @@ std::string_view fieldAt(const TextRow& row, std::int16_t position) {
 std::vector<std::string_view> namingTags(TableKind kind) {
   switch (kind) {
     case TableKind::exports:
-      return {"EXPORT_NAME", "PROPERTY"};
+      return {tagOf(&PropertyRecord::exportName), tagOf(&PropertyRecord::propertyName)};
     case TableKind::history:
-      return {"Export Name", "Local Name", "Property"};
+      return {tagOf(&HistoryRecord::exportName), tagOf(&HistoryRecord::localName),
+              tagOf(&HistoryRecord::propertyName)};
     case TableKind::alarms:
-      return {"LocalName", "property"};
+      return {tagOf(&AlarmWatchRecord::localName), tagOf(&AlarmWatchRecord::propertyName)};
     case TableKind::devices:
       return {"DEVICE_NUMBER"};
     case TableKind::none:

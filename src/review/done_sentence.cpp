@@ -13,7 +13,7 @@ std::string rowCount(std::int16_t rows) {
 /// " (2 rows)" behind the two tables whose rows the engineer adds one by one.
 std::string rowsOf(const Wizard& wizard, const Preview& done, const std::string& table) {
   const WizardState& state = wizard.state;
-  if (table == state.exportsFileName) return " (" + rowCount(state.exportCount) + ")";
+  if (table == exportsFileName) return " (" + rowCount(state.exportCount) + ")";
   if (table != historyFileName) return {};
   return " (" + rowCount(state.historyCount) +
          (done.addsHistoryRow ? " and " + formRowText(wizard) : "") + ")";

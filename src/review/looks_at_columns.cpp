@@ -95,7 +95,9 @@ void eachField(const ProjectReading& project, LookAt look) {
 
 /// The wizard offers a list of words for it.
 bool holdsWords(const ColumnFacts& column) {
-  static constexpr std::array<std::string_view, 4> tags{"FORMAT", "Format", "INFORMAT", "ACCESS"};
+  static constexpr std::array<std::string_view, 4> tags{
+      tagOf(&PropertyRecord::outputFormat), tagOf(&HistoryRecord::format),
+      tagOf(&PropertyRecord::inputFormat), tagOf(&PropertyRecord::access)};
   return std::find(tags.begin(), tags.end(), column.tag) != tags.end();
 }
 

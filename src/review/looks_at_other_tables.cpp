@@ -72,9 +72,9 @@ class LinesOfRows {
   LinesOfRows(const ProjectReading& project, std::string_view file)
       : file_(file), table_(project.table(file)) {
     for (const TextRow& line : table_.rows) {
-      const bool isSkipped =
-          table_.kind == TableKind::alarms &&
-          (table_.text(line, "property").empty() || table_.text(line, "LocalName").empty());
+      const bool isSkipped = table_.kind == TableKind::alarms &&
+                             (table_.text(line, tagOf(&AlarmWatchRecord::propertyName)).empty() ||
+                              table_.text(line, tagOf(&AlarmWatchRecord::localName)).empty());
       if (!isSkipped) lines_.push_back(&line);
     }
   }
@@ -128,7 +128,7 @@ void historyWithoutProperty(const ProjectReading& project, const Report& report)
   for (std::size_t index = 0; index < project.history.rows.size(); ++index) {
     const HistoryRecord& row = project.history.rows[index];
     if (propertyOf(project, row) != nullptr) continue;
-    report(places.placeOf(index, "Property"),
+    report(places.placeOf(index, tagOf(&HistoryRecord::propertyName)),
            "no property " + row.propertyName + " of " + row.exportName);
   }
 }
@@ -144,14 +144,14 @@ void historyDiffers(const ProjectReading& project, const Report& report) {
       report(place("Local Name"),
              "local name " + row.localName + ", while the property has " + property->localName);
     } else if (const auto difference = differenceOf(*property, row.format, row.dataLength)) {
-      report(place("Format"), row.propertyName + " has " + *difference);
+      report(place(tagOf(&AlarmWatchRecord::format)), row.propertyName + " has " + *difference);
     }
   }
 }
 
 void repeatedHistory(const ProjectReading& project, const Report& report) {
-  reportRepeated(project, report, historyFileName, project.history.rows, "Property",
-                 [](const HistoryRecord& row) {
+  reportRepeated(project, report, historyFileName, project.history.rows,
+                 tagOf(&HistoryRecord::propertyName), [](const HistoryRecord& row) {
                    return row.exportName + ' ' + row.localName + ' ' + row.propertyName;
                  });
 }
@@ -166,7 +166,7 @@ void alarmWithoutProperty(const ProjectReading& project, const Report& report) {
   for (std::size_t index = 0; index < project.alarms.rows.size(); ++index) {
     const AlarmWatchRecord& row = project.alarms.rows[index];
     if (propertyOf(project, row) != nullptr) continue;
-    report(places.placeOf(index, "property"),
+    report(places.placeOf(index, tagOf(&AlarmWatchRecord::propertyName)),
            "no property " + row.propertyName + " of " + row.localName);
   }
 }
@@ -178,23 +178,24 @@ void alarmDiffers(const ProjectReading& project, const Report& report) {
     const PropertyRecord* property = propertyOf(project, row);
     if (property == nullptr) continue;
     if (const auto difference = differenceOf(*property, row.format, row.size)) {
-      report(places.placeOf(index, "Format"), row.propertyName + " has " + *difference);
+      report(places.placeOf(index, tagOf(&AlarmWatchRecord::format)),
+             row.propertyName + " has " + *difference);
     }
   }
 }
 
 void severalAlarms(const ProjectReading& project, const Report& report) {
   reportRepeated(
-      project, report, alarmFileName, project.alarms.rows, "property",
+      project, report, alarmFileName, project.alarms.rows, tagOf(&AlarmWatchRecord::propertyName),
       [](const AlarmWatchRecord& row) { return row.localName + ' ' + row.propertyName; });
 }
 
 void namelessAlarm(const ProjectReading& project, const Report& report) {
   eachLine(project, alarmFileName, [&](auto text, auto placeOf) {
-    if (text("property").empty()) {
-      report(placeOf("property"), "no property name");
-    } else if (text("LocalName").empty()) {
-      report(placeOf("LocalName"), "no local name");
+    if (text(tagOf(&AlarmWatchRecord::propertyName)).empty()) {
+      report(placeOf(tagOf(&AlarmWatchRecord::propertyName)), "no property name");
+    } else if (text(tagOf(&AlarmWatchRecord::localName)).empty()) {
+      report(placeOf(tagOf(&AlarmWatchRecord::localName)), "no local name");
     }
   });
 }

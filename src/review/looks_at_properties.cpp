@@ -6,11 +6,12 @@
 #include <string>
 
 #include "core/data_formats.h"
-#include "editing/range_prefix.h"
 #include "review/field_words.h"
 #include "review/looks.h"
 #include "tables/device_files.h"
 #include "tables/number_text.h"
+#include "tables/process_templates.h"
+#include "tables/range_prefix.h"
 #include "tables/row_rules.h"
 
 namespace kova::looks {
@@ -50,8 +51,9 @@ struct FormatField {
   std::string_view tag;
   std::string PropertyRecord::*member;
 };
-constexpr std::array formatFields = {FormatField{"FORMAT", &PropertyRecord::outputFormat},
-                                     FormatField{"INFORMAT", &PropertyRecord::inputFormat}};
+constexpr std::array formatFields = {
+    FormatField{tagOf(&PropertyRecord::outputFormat), &PropertyRecord::outputFormat},
+    FormatField{tagOf(&PropertyRecord::inputFormat), &PropertyRecord::inputFormat}};
 
 std::string_view formatName(std::string_view format) {
   return format.substr(0, format.find('.'));
@@ -86,15 +88,12 @@ bool isBrokenRange(const std::string& description) {
   return !isNumber(*parts.minimum) || !isNumber(*parts.maximum);
 }
 
-constexpr std::array<std::string_view, 5> processEndings = {".START", ".STOP", ".PAUSE", ".RESUME",
-                                                            ".STATUS"};
-
 /// Name of the process that a row is part of, or nothing.
 std::string processOf(const PropertyRecord& row) {
   if (textValue(row.numSteps) <= 0) return {};
-  for (const std::string_view ending : processEndings) {
+  for (const ProcessTemplate& part : processTemplates) {
     const std::string& name = row.propertyName;
-    if (name.ends_with(ending)) return name.substr(0, name.size() - ending.size());
+    if (name.ends_with(part.suffix)) return name.substr(0, name.size() - part.suffix.size());
   }
   return {};
 }
@@ -103,16 +102,18 @@ std::string processOf(const PropertyRecord& row) {
 
 void namelessProperty(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    if (row.exportName.empty()) report(placeOf("EXPORT_NAME"), "no export name");
-    if (row.localName.empty()) report(placeOf("LOCAL_NAME"), "no local name");
-    if (row.propertyName.empty()) report(placeOf("PROPERTY"), "no property name");
+    if (row.exportName.empty())
+      report(placeOf(tagOf(&PropertyRecord::exportName)), "no export name");
+    if (row.localName.empty()) report(placeOf(tagOf(&PropertyRecord::localName)), "no local name");
+    if (row.propertyName.empty())
+      report(placeOf(tagOf(&PropertyRecord::propertyName)), "no property name");
   });
 }
 
 void repeatedProperty(const ProjectReading& project, const Report& report) {
   std::map<std::pair<std::string, std::string>, std::size_t> lines;
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    const Place place = placeOf("PROPERTY");
+    const Place place = placeOf(tagOf(&PropertyRecord::propertyName));
     const auto [first, isNew] =
         lines.emplace(std::pair(row.exportName, row.propertyName), place.line);
     if (isNew) return;
@@ -127,7 +128,8 @@ void otherCase(const ProjectReading& project, const Report& report) {
     const std::string& name = row.propertyName;
     const std::string& first = names.emplace(project.foldedNames.at(index++), name).first->second;
     if (first == name) return;
-    report(placeOf("PROPERTY"), name + " differs from " + first + " in case only");
+    report(placeOf(tagOf(&PropertyRecord::propertyName)),
+           name + " differs from " + first + " in case only");
   });
 }
 
@@ -137,9 +139,9 @@ void separatorInName(const ProjectReading& project, const Report& report) {
       if (faultOfName(entry).empty()) return;
       report(placeOf(tag), quoted(name) + " is no name of a file");
     };
-    look(row.exportName, row.exportName, "EXPORT_NAME");
-    look(row.localName, row.localName, "LOCAL_NAME");
-    look(row.propertyName, namesFile(row.propertyName), "PROPERTY");
+    look(row.exportName, row.exportName, tagOf(&PropertyRecord::exportName));
+    look(row.localName, row.localName, tagOf(&PropertyRecord::localName));
+    look(row.propertyName, namesFile(row.propertyName), tagOf(&PropertyRecord::propertyName));
   });
 }
 
@@ -147,22 +149,23 @@ void longLocalName(const ProjectReading& project, const Report& report) {
   std::set<std::string> told;
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     if (row.localName.size() <= localNameLength || !told.insert(row.localName).second) return;
-    report(placeOf("LOCAL_NAME"), row.localName + " has more than 6 characters");
+    report(placeOf(tagOf(&PropertyRecord::localName)),
+           row.localName + " has more than 6 characters");
   });
 }
 
 void severalServers(const ProjectReading& project, const Report& report) {
-  reportOthers(project, report, "EXPORT_NAME",
+  reportOthers(project, report, tagOf(&PropertyRecord::exportName),
                [](const PropertyRecord& row) { return row.exportName; });
 }
 
 void severalLocalNames(const ProjectReading& project, const Report& report) {
-  reportOthers(project, report, "LOCAL_NAME",
+  reportOthers(project, report, tagOf(&PropertyRecord::localName),
                [](const PropertyRecord& row) { return row.localName; });
 }
 
 void severalModuleCounts(const ProjectReading& project, const Report& report) {
-  reportOthers(project, report, "NUM_MODULES", [](const PropertyRecord& row) {
+  reportOthers(project, report, tagOf(&PropertyRecord::numModules), [](const PropertyRecord& row) {
     return plainNumberText(textValue(row.numModules));
   });
 }
@@ -185,20 +188,22 @@ void unknownArrayType(const ProjectReading& project, const Report& report) {
     const auto dot = row.outputFormat.find('.');
     if (dot == std::string::npos || getArrayTypeIndex(row.outputFormat) != 0) return;
     const std::string type = row.outputFormat.substr(dot + 1);
-    if (upperCase(type) != "UNKNOWN") report(placeOf("FORMAT"), quoted(type) + " is no array type");
+    if (upperCase(type) != "UNKNOWN")
+      report(placeOf(tagOf(&PropertyRecord::outputFormat)), quoted(type) + " is no array type");
   });
 }
 
 void unknownAccess(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    if (!isAccessMode(row.access)) report(placeOf("ACCESS"), quoted(row.access) + " is no access");
+    if (!isAccessMode(row.access))
+      report(placeOf(tagOf(&PropertyRecord::access)), quoted(row.access) + " is no access");
   });
 }
 
 void brokenRange(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     if (!isBrokenRange(row.description)) return;
-    report(placeOf("DESCRIPTION"),
+    report(placeOf(tagOf(&PropertyRecord::description)),
            "the range in " + quoted(row.description) + " can't be taken apart");
   });
 }
@@ -208,11 +213,12 @@ void incompleteProcess(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     const std::string name = processOf(row);
     if (name.empty()) return;
-    ++processes.try_emplace(name, placeOf("PROPERTY"), 0).first->second.second;
+    ++processes.try_emplace(name, placeOf(tagOf(&PropertyRecord::propertyName)), 0)
+          .first->second.second;
   });
   for (const auto& [name, process] : processes) {
     const auto& [place, rows] = process;
-    if (rows >= processEndings.size()) continue;
+    if (rows >= processTemplates.size()) continue;
     report(place, "process " + name + " has " + std::to_string(rows) + " of its 5 rows");
   }
 }

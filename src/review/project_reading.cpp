@@ -15,9 +15,11 @@ struct Reader {
 
   void readTables() const {
     const Path exports = fileInFolder(files, folder, exportsFileName);
-    project.properties.result = readExportTable(files, exports, [&](PropertyRecord&& row) {
-      signedNumberText(row.numModules);  // shown as the number of devices; fails if it is none
-      project.properties.rows.push_back(std::move(row));
+    project.properties.result = readFile(files, exports, [&](std::string_view content) {
+      return readExportTable(content, [&](PropertyRecord&& row) {
+        signedNumberText(row.numModules);  // shown as the number of devices; fails if it is none
+        project.properties.rows.push_back(std::move(row));
+      });
     });
     readRows(project.history, historyFileName, ReadHistoryFile);
     readRows(project.alarms, alarmFileName, ReadAlarmWatchFile);

@@ -145,9 +145,10 @@ ReviewLine lineOf(const ProjectReading& project, const Finding& finding) {
   const TableText& table = project.table(finding.file);
   for (const TextRow& row : table.rows) {
     if (row.line != finding.line) continue;
-    const std::string_view tag = table.kind == TableKind::alarms    ? "property"
-                                 : table.kind == TableKind::history ? "Property"
-                                                                    : "PROPERTY";
+    const std::string_view tag =
+        table.kind == TableKind::alarms    ? tagOf(&AlarmWatchRecord::propertyName)
+        : table.kind == TableKind::history ? tagOf(&HistoryRecord::propertyName)
+                                           : tagOf(&PropertyRecord::propertyName);
     line.property =
         propertyOf(project.codePage->fromNative(finding.file), {std::string(table.text(row, tag))});
   }
@@ -245,7 +246,7 @@ bool willReadNames(const Wizard& wizard) {
           ? significantLocalName(wizard)
           : storedLocalName(rowOf(state.exportTable, state.exportCount - 1).localName);
   const FileSystem& files = wizard.platform.files;
-  return files.fileExists(files.path(projectFile(wizard, serverNamesFile(localName))));
+  return files.fileExists(files.path(projectFile(wizard.state, serverNamesFile(localName))));
 }
 
 std::string restoreQuestion(const Wizard& wizard, const BackupSet& set) {

@@ -10,12 +10,12 @@
 #include <vector>
 
 #include "tables/column_facts.h"
+#include "tables/export_table.h"
 
 namespace kova {
 
 enum class TableKind : std::uint8_t { exports, history, alarms, devices, none };
 
-inline constexpr std::string_view exportsFileName = "exports.csv";
 inline constexpr std::string_view devicesEnding = "-devices.csv";
 inline constexpr std::string_view namesEnding = "-names.csv";
 

@@ -68,10 +68,8 @@ std::span<const ColumnFacts> deviceColumns() {
   return facts;
 }
 
-ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
-                           std::string_view devFileName, std::string_view numDevices,
+ReadResult readDeviceNames(std::string_view content, std::string_view numDevices,
                            DeviceNames& devNames) {
-  ReadResult result;
   bool headerSeen = false;
   std::int16_t numberColumn = -1;
   std::int16_t nameColumn = -1;
@@ -82,18 +80,28 @@ ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
     numberColumn = getCsvColumn(line, numberTag);
     nameColumn = getCsvColumn(line, nameTag);
   };
-  const auto row = [&](const CsvFields& fields, std::int16_t rows) {
+  ReadResult result = readTable(content, header, [&](const CsvFields& fields, std::int16_t rows) {
     const std::int16_t number = toInt16(textValue(getCsvField(fields, numberColumn)));
     return store(devNames, number, getCsvField(fields, nameColumn), rows);
-  };
-  std::size_t line = 0;
+  });
   try {
-    result = readTable(files, fileInFolder(files, folder, devFileName), header, row);
-    const bool opened = !result.stop || result.stop->line > 0;
-    line = 1;
-    if (opened && !headerSeen) sizeNames();
+    if (!headerSeen) sizeNames();
   } catch (const Failure& failure) {
-    if (!result.stop) result.stop = ReadStop{line, failure.what()};
+    if (!result.stop) result.stop = ReadStop{1, failure.what()};
+  }
+  return result;
+}
+
+ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
+                           std::string_view devFileName, std::string_view numDevices,
+                           DeviceNames& devNames) {
+  ReadResult result;
+  try {
+    return readFile(files, fileInFolder(files, folder, devFileName), [&](std::string_view content) {
+      return readDeviceNames(content, numDevices, devNames);
+    });
+  } catch (const Failure& failure) {
+    result.stop = ReadStop{0, failure.what()};
   }
   return result;
 }

@@ -31,9 +31,13 @@ std::string namesFile(std::string_view propertyName);
 /// `faultOfName` finds fault: it would name a file elsewhere, or none.
 Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name);
 
-/// Reads the names in `folder`, file `devFileName`. Once the file is open, `devNames` gets the
-/// bounds 0 to the whole number in `numDevices` and loses its old entries; rows beyond are skipped.
-/// The result counts the rows accepted; whatever fails ends the reading.
+/// Reads the names of a table. `devNames` gets the bounds 0 to the whole number in `numDevices` and
+/// loses its old entries; rows beyond are skipped. The result counts the rows accepted; whatever
+/// fails ends the reading.
+ReadResult readDeviceNames(std::string_view content, std::string_view numDevices,
+                           DeviceNames& devNames);
+
+/// The same for file `devFileName` in `folder`. Nothing changes if it can't be opened.
 ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
                            std::string_view devFileName, std::string_view numDevices,
                            DeviceNames& devNames);

@@ -10,31 +10,6 @@
 
 namespace kova {
 
-namespace {
-
-constexpr auto columns = std::to_array<Column<PropertyRecord>>({
-    {"EXPORT_NAME", &PropertyRecord::exportName},
-    {"LOCAL_NAME", &PropertyRecord::localName},
-    {"PROPERTY", &PropertyRecord::propertyName},
-    {.tag = "PROPERTY_SIZE", .member = &PropertyRecord::outputSize, .holdsNumber = true},
-    {"FORMAT", &PropertyRecord::outputFormat},
-    {.tag = "PROPERTY_INSIZE",
-     .member = &PropertyRecord::inputSize,
-     .mayBeMissing = true,
-     .holdsNumber = true},
-    {.tag = "INFORMAT", .member = &PropertyRecord::inputFormat, .mayBeMissing = true},
-    {.tag = "PROPERTY_ID", .member = {}, .mayBeMissing = true},
-    {"ACCESS", &PropertyRecord::access},
-    {.tag = "NUM_MODULES", .member = &PropertyRecord::numModules, .holdsNumber = true},
-    {"DESCRIPTION", &PropertyRecord::description},
-    {.tag = "NUM_STEPS",
-     .member = &PropertyRecord::numSteps,
-     .mayBeMissing = true,
-     .holdsNumber = true},
-});
-
-}  // namespace
-
 std::int16_t findPropertyIndex(const ExportTable& exportTable, std::int16_t exportCount,
                                std::string_view expName, std::string_view prpName) {
   const auto end = exportTable.begin() + exportCount;
@@ -44,12 +19,12 @@ std::int16_t findPropertyIndex(const ExportTable& exportTable, std::int16_t expo
   return static_cast<std::int16_t>(found - exportTable.begin());
 }
 
-ReadResult readExportTable(const FileSystem& files, const Path& file,
+ReadResult readExportTable(std::string_view content,
                            const std::function<void(PropertyRecord&&)>& take) {
-  RowReader reader(columns);
+  RowReader<PropertyRecord> reader;
   PropertyRecord record;
   return readTable(
-      files, file, [&](std::string_view header) { reader.findColumns(header); },
+      content, [&](std::string_view header) { reader.findColumns(header); },
       [&](const CsvFields& fields, std::int16_t rows) {
         checkRoom(rows);
         reader.fill(record, fields);
@@ -61,7 +36,7 @@ ReadResult readExportTable(const FileSystem& files, const Path& file,
 ExportTexts exportTexts(const PropertyRecord& row) {
   ExportTexts texts;
   std::size_t index = 0;
-  for (const auto& column : columns) {
+  for (const auto& column : tableColumns<PropertyRecord>) {
     const auto* text = std::get_if<std::string PropertyRecord::*>(&column.member);
     if (text != nullptr) texts.at(index++) = row.*(*text);
   }
@@ -69,16 +44,16 @@ ExportTexts exportTexts(const PropertyRecord& row) {
 }
 
 std::span<const ColumnFacts> exportColumns() {
-  static constexpr auto facts = factsOf(columns);
+  static constexpr auto facts = columnFacts<PropertyRecord>();
   return facts;
 }
 
 std::string exportHeaderLine() {
-  return headerLine(columns);
+  return headerLine<PropertyRecord>();
 }
 
 std::string exportDataLine(const PropertyRecord& row, std::int16_t index) {
-  return dataLine(columns, row, signedNumberText(index + 1));
+  return dataLine(row, signedNumberText(index + 1));
 }
 
 std::string listLine(const PropertyRecord& row, std::string_view text) {

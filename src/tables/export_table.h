@@ -10,11 +10,13 @@
 #include <string_view>
 #include <vector>
 
-#include "tables/column_facts.h"
+#include "tables/columns.h"
 #include "tables/device_files.h"
 #include "tables/tagged_csv.h"
 
 namespace kova {
+
+inline constexpr std::string_view exportsFileName = "exports.csv";
 
 /// One property of the device server. Values are texts as typed or as read.
 struct PropertyRecord {
@@ -35,6 +37,28 @@ struct PropertyRecord {
   DeviceNames devices;
 };
 
+template <>
+inline constexpr auto tableColumns<PropertyRecord> = std::to_array<Column<PropertyRecord>>({
+    {"EXPORT_NAME", &PropertyRecord::exportName},
+    {"LOCAL_NAME", &PropertyRecord::localName},
+    {"PROPERTY", &PropertyRecord::propertyName},
+    {.tag = "PROPERTY_SIZE", .member = &PropertyRecord::outputSize, .holdsNumber = true},
+    {"FORMAT", &PropertyRecord::outputFormat},
+    {.tag = "PROPERTY_INSIZE",
+     .member = &PropertyRecord::inputSize,
+     .mayBeMissing = true,
+     .holdsNumber = true},
+    {.tag = "INFORMAT", .member = &PropertyRecord::inputFormat, .mayBeMissing = true},
+    {.tag = "PROPERTY_ID", .member = {}, .mayBeMissing = true},
+    {"ACCESS", &PropertyRecord::access},
+    {.tag = "NUM_MODULES", .member = &PropertyRecord::numModules, .holdsNumber = true},
+    {"DESCRIPTION", &PropertyRecord::description},
+    {.tag = "NUM_STEPS",
+     .member = &PropertyRecord::numSteps,
+     .mayBeMissing = true,
+     .holdsNumber = true},
+});
+
 using ExportTable = std::vector<PropertyRecord>;
 
 /// Index of the first of the `exportCount` live rows with this pair of names, compared exactly, or
@@ -42,9 +66,9 @@ using ExportTable = std::vector<PropertyRecord>;
 std::int16_t findPropertyIndex(const ExportTable& exportTable, std::int16_t exportCount,
                                std::string_view expName, std::string_view prpName);
 
-/// Reads the file and hands each row up in turn, only its columns set, to be moved from. A Failure
+/// Reads a table and hands each row up in turn, only its columns set, to be moved from. A Failure
 /// thrown by `take` ends the reading like any other; the row is then not counted.
-ReadResult readExportTable(const FileSystem& files, const Path& file,
+ReadResult readExportTable(std::string_view content,
                            const std::function<void(PropertyRecord&&)>& take);
 
 /// What stands in the columns of a row but for its number, in the order of the file.

@@ -9,9 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tables/number_text.h"
 #include "tables/tagged_csv.h"
-#include "tables/value_failure.h"
 
 namespace kova {
 
@@ -62,22 +60,6 @@ std::span<const Row> liveRows(const std::vector<Row>& table, std::int16_t count)
 /// As much of a local name as a row stores.
 inline std::string storedLocalName(std::string_view localName) {
   return std::string(localName.substr(0, localNameLength));
-}
-
-/// Result of `convert`; a Failure within is told as that of `value`.
-template <class Convert>
-auto converted(FormValue value, Convert convert) {
-  try {
-    return convert();
-  } catch (const Failure& failure) {
-    throw ValueFailure(value, failure.what());
-  }
-}
-
-/// The leading number of a form's text as `convert` makes it.
-template <class Convert>
-auto converted(FormValue value, const std::string& text, Convert convert) {
-  return converted(value, [&] { return convert(textValue(text)); });
 }
 
 }  // namespace kova

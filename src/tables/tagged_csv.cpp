@@ -10,7 +10,6 @@ namespace kova {
 
 namespace {
 
-constexpr std::string_view commentSigns = ";%#";
 constexpr std::size_t largestColumn = std::numeric_limits<std::int16_t>::max();
 
 // All blanks and line ends lie at or below the space.
@@ -103,6 +102,10 @@ std::int16_t getCsvColumn(std::string_view line, std::string_view tag) {
   return found ? static_cast<std::int16_t>(column) : std::int16_t{-1};
 }
 
+bool isCommentSign(char sign) {
+  return std::string_view(";%#").find(sign) != std::string_view::npos;
+}
+
 std::string_view stripBlanks(std::string_view text) {
   // As a rule there are no others than the space ahead of a number.
   if (text.starts_with(' ')) text.remove_prefix(1);
@@ -123,21 +126,18 @@ std::optional<std::string_view> TableLines::next() {
     ++number_;
     if (rest_.empty()) return std::nullopt;
     const auto line = takeLine(rest_);
-    if (line.empty() || commentSigns.find(line.front()) == std::string_view::npos) return line;
+    if (line.empty() || !isCommentSign(line.front())) return line;
   }
 }
 
-ReadResult readTable(const FileSystem& files, const Path& file,
-                     const std::function<void(std::string_view)>& header, const TakeRow& row) {
+ReadResult readTable(std::string_view content, const std::function<void(std::string_view)>& header,
+                     const TakeRow& row) {
+  constexpr std::size_t first = 1;
   ReadResult result;
-  std::size_t opened = 0;
-  TableLines lines({});
+  TableLines lines(content);
   try {
-    const std::string content = files.read(file);
-    opened = 1;
     if (content.empty()) throw Failure("the file is empty");
     result.onlyLineFeeds = hasOnlyLineFeeds(content);
-    lines = TableLines(content);
     if (const auto line = lines.next()) header(*line);
     CsvFields fields;
     while (const auto line = lines.next()) {
@@ -149,11 +149,27 @@ ReadResult readTable(const FileSystem& files, const Path& file,
       }
     }
   } catch (const Failure& failure) {
-    result.stop = ReadStop{std::max(opened, lines.number()), failure.what()};
+    result.stop = ReadStop{std::max(first, lines.number()), failure.what()};
   } catch (const std::bad_alloc&) {
-    result.stop = ReadStop{std::max(opened, lines.number()), "not enough memory"};
+    result.stop = ReadStop{std::max(first, lines.number()), "not enough memory"};
   }
   return result;
+}
+
+ReadResult readFile(const FileSystem& files, const Path& file,
+                    const std::function<ReadResult(std::string_view)>& read) {
+  ReadResult result;
+  std::string content;
+  try {
+    content = files.read(file);
+  } catch (const Failure& failure) {
+    result.stop = ReadStop{0, failure.what()};
+    return result;
+  } catch (const std::bad_alloc&) {
+    result.stop = ReadStop{0, "not enough memory"};
+    return result;
+  }
+  return read(content);
 }
 
 void appendCsvLine(std::string& lines, std::span<const std::string_view> fields) {

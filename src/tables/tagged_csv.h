@@ -32,6 +32,9 @@ std::int16_t getCsvColumn(std::string_view line, std::string_view tag);
 /// `text` without the blanks (space, tab, NUL) and line ends at both of its ends.
 std::string_view stripBlanks(std::string_view text);
 
+/// A line that begins with this sign is a comment.
+bool isCommentSign(char sign);
+
 /// The fields of one data line without the blanks around them, as parts of the line.
 using CsvFields = std::vector<std::string_view>;
 
@@ -83,8 +86,12 @@ using TakeRow = std::function<bool(const CsvFields&, std::int16_t rows)>;
 /// The reading loop that all tables share. `header` gets the header line once, `row` each data line
 /// behind it; whatever fails in between, for lack of memory too, ends the reading and is told in
 /// the result, not thrown.
-ReadResult readTable(const FileSystem& files, const Path& file,
-                     const std::function<void(std::string_view)>& header, const TakeRow& row);
+ReadResult readTable(std::string_view content, const std::function<void(std::string_view)>& header,
+                     const TakeRow& row);
+
+/// Reads a file by a reader of its content. A file that can't be opened is told in the result.
+ReadResult readFile(const FileSystem& files, const Path& file,
+                    const std::function<ReadResult(std::string_view)>& read);
 
 /// One line of a table with its line end, the fields joined by commas as they are.
 std::string csvLine(std::span<const std::string> fields);

@@ -5,7 +5,7 @@
 #include <array>
 
 #include "editing/device_panel.h"
-#include "editing/range_prefix.h"
+#include "tables/range_prefix.h"
 
 namespace kova::test {
 

@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "completion/names_files.h"
-#include "editing/memory_file.h"
 #include "support/flow.h"
+#include "support/memory_file.h"
 
 namespace kova::test {
 namespace {
@@ -296,11 +296,7 @@ TEST_F(Project, IsNotWrittenWhereTheDiskCantKeepANamesFile) {
   EXPECT_EQ(home.files("NEW").size(), 0U);
 
   CaselessDisk disk;
-  const WizardState& state = engineer.program.wizard.state;
-  Wizard other({disk, engineer.environment, engineer.clock, engineer.programs}, {});
-  other.state.exportTable = state.exportTable;
-  other.state.exportCount = state.exportCount;
-  const auto file = findUnwritableNamesFile(other, {});
+  const auto file = findUnwritableNamesFile(disk, engineer.program.wizard.state, {});
   EXPECT_EQ(file.value().name, "P\xC9-names.csv");
   EXPECT_EQ(file->why, "this disk takes it for P\xE9-names.csv");
 }

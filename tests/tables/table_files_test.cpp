@@ -35,8 +35,19 @@ class TableFiles : public ::testing::Test {
     return ReadAlarmWatchFile(*files, file, alarms, alarmCount);
   }
 
-  HistoryForm form{"MYSRV", "MYSRVLONG", "RAMP", "#1", "2", "LONG", "short",
-                   "5",     "6",         "7",    "1",  "8", "9"};
+  FormTexts form{.exportName = "MYSRV",
+                 .localName = "MYSRVLONG",
+                 .propertyName = "RAMP",
+                 .outputSize = "2",
+                 .historyDevice = "#1",
+                 .archiveRate = "7",
+                 .pollingRate = "6",
+                 .heartbeat = "5",
+                 .shortDepth = "8",
+                 .longDepth = "9",
+                 .tolerance = "1",
+                 .outputFormat = "short",
+                 .singleValue = "LONG"};
   TemporaryFolder folder;
   CodePage page = CodePage::windows1252();
   std::unique_ptr<FileSystem> files = realFileSystem(page);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "editing/range_prefix.h"
+#include "tables/range_prefix.h"
 
 #include <cmath>
 

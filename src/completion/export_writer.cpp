@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "completion/export_file.h"
+#include "completion/export_writer.h"
 
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace kova {
@@ -36,28 +35,23 @@ void makeFolders(FileSystem& files, const std::string& folder) {
 
 }  // namespace
 
-void putHeader(Wizard& wizard, const std::string& fileName) {
-  FileSystem& files = wizard.platform.files;
-  try {
-    makeFolders(files, wizard.form.ProjectDir.text());
-    wizard.state.exportStream = files.create(files.path(fileName));
-    wizard.state.exportStream->write(exportHeaderLine());
-  } catch (const Failure& failure) {
-    wizard.state.exportStream.reset();
-    tell(wizard, std::string("Could not create exports.csv file : ") + failure.what());
-  }
+std::unique_ptr<OutputFile> putHeader(FileSystem& files, const std::string& directory,
+                                      const std::string& fileName) {
+  makeFolders(files, directory);
+  auto exportStream = files.create(files.path(fileName));
+  exportStream->write(exportHeaderLine());
+  return exportStream;
 }
 
-void writeExportRows(Wizard& wizard, TableGate& gate, const Path& file) {
-  WizardState& state = wizard.state;
-  const std::unique_ptr<OutputFile> stream = std::move(state.exportStream);
+void writeExportRows(Project& project, OutputFile& exportStream, TableWriter& tables,
+                     const Path& file) {
   std::string lines;
-  for (std::int16_t i = 0; i < state.exportCount; ++i) {
-    lines += exportDataLine(state.exportTable[static_cast<std::size_t>(i)], i);
+  for (std::int16_t i = 0; i < project.exportCount; ++i) {
+    lines += exportDataLine(project.exportTable[static_cast<std::size_t>(i)], i);
   }
-  stream->write(lines);
-  gate.letPass(file, *stream);
-  state.onDisk.properties = PackedTexts(state.exportTable, state.exportCount);
+  exportStream.write(lines);
+  tables.commit(file, exportStream);
+  project.onDisk.properties = PackedTexts(project.exportTable, project.exportCount);
 }
 
 }  // namespace kova

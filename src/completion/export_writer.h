@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// Writing the export table.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "completion/table_writer.h"
+#include "core/project.h"
+
+namespace kova {
+
+/// Makes sure that `directory` exists, creates the file anew and writes the header line. Throws
+/// Failure.
+std::unique_ptr<OutputFile> putHeader(FileSystem& files, const std::string& directory,
+                                      const std::string& fileName);
+
+/// Writes all rows to the stream and lets it take the file's place. Throws Failure; the file is
+/// then as it was.
+void writeExportRows(Project& project, OutputFile& exportStream, TableWriter& tables,
+                     const Path& file);
+
+}  // namespace kova
