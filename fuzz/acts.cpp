@@ -47,10 +47,10 @@ void checkNumDevices(const Wizard& wizard) {
   const double value = textValue(wizard.form.NumDevices.text());
   if (value < 0.6 || value > 32767) return;
   for (std::size_t k = 0; k < wizard.form.PropertyList.lines().size(); ++k) {
-    require(wizard.state.exportTable[k].numModules == std::to_string(toInt16(value)),
+    require(wizard.state.project.exportTable[k].numModules == std::to_string(toInt16(value)),
             "rows follow");
   }
-  require(std::ssize(wizard.state.deviceNames) == toInt16(value), "a device has a name");
+  require(std::ssize(wizard.state.project.deviceNames) == toInt16(value), "a device has a name");
 }
 
 void checkSelection(const Form1& form, const PropertyRecord& row) {
@@ -71,7 +71,7 @@ void select(const Wizard& wizard, ListBox& list, std::uint8_t with) {
   if (list.lines().empty()) return;
   list.select(static_cast<std::int32_t>(with % list.lines().size()));
   const auto row = static_cast<std::size_t>(list.selectedIndex());
-  const auto& table = wizard.state.exportTable;
+  const auto& table = wizard.state.project.exportTable;
   if (row < table.size()) checkSelection(wizard.form, table[row]);
 }
 
@@ -167,8 +167,8 @@ void makeProjects(const std::string& home, const std::string& content) {
 void checkRows(const Wizard& wizard) {
   static const std::string empty = exportDataLine({}, 0);
   const auto& lines = wizard.form.PropertyList.lines();
-  const auto& table = wizard.state.exportTable;
-  const auto count = static_cast<std::size_t>(wizard.state.exportCount);
+  const auto& table = wizard.state.project.exportTable;
+  const auto count = static_cast<std::size_t>(wizard.state.project.exportCount);
   require(lines.size() == count, "a row has a line");
   for (std::size_t k = 0; k < count; ++k) {
     const std::string head = '[' + table[k].exportName + "] " + table[k].propertyName + " <";
@@ -206,7 +206,8 @@ void check(std::string_view bytes) {
   for (std::size_t at = 0; at + 1 < end; at += 2) {
     play(engineer, byte(at), byte(at + 1));
     const WizardState& state = wizard.state;
-    for (const auto count : {state.exportCount, state.historyCount, state.alarmCount}) {
+    for (const auto count :
+         {state.project.exportCount, state.project.historyCount, state.project.alarmCount}) {
       require(count >= 0 && count <= tableRows, "counts are in bounds");
     }
     checkRows(wizard);

@@ -25,18 +25,17 @@ bool rewrite(FileSystem& files, const std::string& folder, int kind) {
   const ReplaceFile put = [&](const Path& target, std::string_view content) {
     replace(files, target, content);
   };
+  const std::string content = files.read(file);
   ReadResult result;
   std::int16_t count = 0;
   if (kind == 0) {
     std::string rows = exportHeaderLine();
-    result = readFile(files, file, [&](std::string_view content) {
-      return readExportTable(
-          content, [&](const PropertyRecord& row) { rows += exportDataLine(row, count++); });
-    });
+    result = readExportTable(
+        content, [&](const PropertyRecord& row) { rows += exportDataLine(row, count++); });
     put(file, rows);
   } else if (kind == 1) {
     HistoryTable rows;
-    result = ReadHistoryFile(files, file, rows, count);
+    result = ReadHistoryFile(content, rows, count);
     // With the names of a row in the form nothing is written for the form.
     FormTexts form;
     const HistoryRecord& first = rowOf(rows, 0);
@@ -46,11 +45,11 @@ bool rewrite(FileSystem& files, const std::string& folder, int kind) {
     if (count > 0) WriteHistoryFile(put, file, rows, count, form);
   } else if (kind == 2) {
     AlarmTable rows;
-    result = ReadAlarmWatchFile(files, file, rows, count);
+    result = ReadAlarmWatchFile(content, rows, count);
     WriteAlarmWatchFile(put, file, rows, count);
   } else {
     DeviceNames names(1);
-    result = ReadDevicesFile(files, folder, table, "5", names);
+    result = ReadDevicesFile(content, "5", names);
     WriteDevicesFile(put, file, names);
   }
   return !result.stop;

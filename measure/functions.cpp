@@ -135,8 +135,8 @@ void measureAdd(const std::string& row, Desk& desk, const std::string& kind) {
       form.PropertyList.select(rows);
       form.RemoveProperty.click();
     }
-    desk.engineer.program.wizard.state.historyCount = rows;
-    desk.engineer.program.wizard.state.alarmCount = rows;
+    desk.engineer.program.wizard.state.project.historyCount = rows;
+    desk.engineer.program.wizard.state.project.alarmCount = rows;
     form.PropertyName.edit("NEW", 3);
     form.HistoryCheck.setValue(1);
     form.AlarmWatchCheck.setValue(1);

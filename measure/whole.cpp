@@ -41,10 +41,10 @@ Taken taken(const std::function<void()>& act) {
 }
 
 void changeAll(kova::WizardState& state, const std::string& name) {
-  state.deviceNames.front() = name;
-  for (auto& row : state.historyTable) row.tolerance = name;
-  for (auto& row : state.alarmTable) row.mask = name;
-  for (auto& row : state.exportTable) {
+  state.project.deviceNames.front() = name;
+  for (auto& row : state.project.historyTable) row.tolerance = name;
+  for (auto& row : state.project.alarmTable) row.mask = name;
+  for (auto& row : state.project.exportTable) {
     row.description = name;
     if (!row.devices.empty()) row.devices.front() = name;
   }

@@ -43,15 +43,15 @@ std::unique_ptr<OutputFile> putHeader(FileSystem& files, const std::string& dire
   return exportStream;
 }
 
-void writeExportRows(Project& project, OutputFile& exportStream, TableWriter& tables,
-                     const Path& file) {
+void writeExportRows(const Project& project, ProjectOnDisk& disk, OutputFile& exportStream,
+                     TableWriter& tables, const Path& file) {
   std::string lines;
   for (std::int16_t i = 0; i < project.exportCount; ++i) {
     lines += exportDataLine(project.exportTable[static_cast<std::size_t>(i)], i);
   }
   exportStream.write(lines);
   tables.commit(file, exportStream);
-  project.onDisk.properties = PackedTexts(project.exportTable, project.exportCount);
+  disk.properties = PackedTexts(project.exportTable, project.exportCount);
 }
 
 }  // namespace kova

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "completion/table_writer.h"
-#include "core/project.h"
+#include "tables/project.h"
 
 namespace kova {
 
@@ -17,7 +17,7 @@ std::unique_ptr<OutputFile> putHeader(FileSystem& files, const std::string& dire
 
 /// Writes all rows to the stream and lets it take the file's place. Throws Failure; the file is
 /// then as it was.
-void writeExportRows(Project& project, OutputFile& exportStream, TableWriter& tables,
-                     const Path& file);
+void writeExportRows(const Project& project, ProjectOnDisk& disk, OutputFile& exportStream,
+                     TableWriter& tables, const Path& file);
 
 }  // namespace kova

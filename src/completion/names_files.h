@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "core/project.h"
 #include "platform/file_system.h"
+#include "tables/project.h"
 
 namespace kova {
 

@@ -35,7 +35,7 @@ void Form_Load(Wizard& wizard) {
   state.homeDrive = homeDrive(environment).text;
   if (!state.homeDrive.empty()) form.ProjectDir.setText(state.homeDrive + pathSeparator);
   setDefaultTexts(form);
-  state.deviceNames.assign(1, std::string());
+  state.project.deviceNames.assign(1, std::string());
   state.guideControls = {&form.ExportName, &form.LocalName, &form.NumDevices};
   state.guidePrompts = guidePromptTexts();
   reportStart(wizard, homeDrive(environment).notUsed + repositoryRoot(environment).notUsed);

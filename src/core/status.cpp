@@ -75,9 +75,9 @@ std::string deletedPart(std::size_t backups) {
 
 std::string readSentence(const WizardState& state, const ProjectRead& project) {
   const auto rows = [](std::int16_t count) { return static_cast<std::size_t>(count); };
-  return "Project read: " + counted(rows(state.exportCount), "property", "properties") + ", " +
-         counted(rows(state.historyCount), "history row", "history rows") + ", " +
-         counted(rows(state.alarmCount), "alarm watch row", "alarm watch rows") + ", " +
+  return "Project read: " + counted(rows(state.project.exportCount), "property", "properties") +
+         ", " + counted(rows(state.project.historyCount), "history row", "history rows") + ", " +
+         counted(rows(state.project.alarmCount), "alarm watch row", "alarm watch rows") + ", " +
          counted(rows(project.devices.result.rows), "device name", "device names") + "; " +
          counted(project.backups, "backup", "backups") + " made" +
          (project.backupsDeleted > 0 ? ", " + deletedPart(project.backupsDeleted) : "") + ".";
@@ -138,13 +138,13 @@ std::string doneSentences(const Wizard& wizard) {
 }  // namespace
 
 std::string statusText(const Wizard& wizard) {
-  const std::string unwritten = listed(findUnwritten(wizard.state));
+  const std::string unwritten = listed(findUnwritten(wizard.state.project, wizard.state.onDisk));
   return wizard.statusLine.sentence +
          (unwritten.empty() ? unwritten : " " + unwritten + " not yet written.");
 }
 
 std::string dropWarning(const WizardState& state) {
-  const std::string text = listed(findDroppable(state));
+  const std::string text = listed(findDroppable(state.project, state.onDisk));
   return text.empty() ? text : "A change here drops " + text + " not yet written.";
 }
 

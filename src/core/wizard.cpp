@@ -18,11 +18,11 @@ std::string significantLocalName(const Wizard& wizard) {
 
 PropertyRecord& exportRow(Wizard& wizard, std::int32_t index) {
   if (index < 0 || index >= tableRows) throw Failure("the property table has no such row");
-  return rowOf(wizard.state.exportTable, index);
+  return rowOf(wizard.state.project.exportTable, index);
 }
 
 std::int16_t findPropertyIndex(const Wizard& wizard, const std::string& prpName) {
-  return findPropertyIndex(wizard.state.exportTable, wizard.state.exportCount,
+  return findPropertyIndex(wizard.state.project.exportTable, wizard.state.project.exportCount,
                            wizard.form.ExportName.text(), prpName);
 }
 

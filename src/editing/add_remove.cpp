@@ -74,17 +74,17 @@ void RemoveProperty_Click(Wizard& wizard) {
   WizardState& state = wizard.state;
   const std::int32_t selected = wizard.form.PropertyList.selectedIndex();
   if (selected == ListBox::none) reportNothingRemoved(wizard);
-  if (selected == ListBox::none || selected >= state.exportCount) return;
+  if (selected == ListBox::none || selected >= state.project.exportCount) return;
   const PropertyRecord& row = exportRow(wizard, selected);
   const std::string name = row.propertyName;
   const bool inForm = !wizard.form.ProcessCheck.ticked() && !formDiffersFrom(wizard, row);
   wizard.form.PropertyList.remove(selected);
-  const auto rows = state.exportTable.begin();
-  std::move(rows + selected + 1, rows + state.exportCount, rows + selected);
-  --state.exportCount;
+  const auto rows = state.project.exportTable.begin();
+  std::move(rows + selected + 1, rows + state.project.exportCount, rows + selected);
+  --state.project.exportCount;
   // The row that is free now, and behind it a device list that waited for a commit.
-  const auto freed = rows + state.exportCount;
-  std::fill_n(freed, std::min<std::ptrdiff_t>(2, state.exportTable.end() - freed),
+  const auto freed = rows + state.project.exportCount;
+  std::fill_n(freed, std::min<std::ptrdiff_t>(2, state.project.exportTable.end() - freed),
               PropertyRecord{});
   reportRemoval(wizard, name, inForm);
 }

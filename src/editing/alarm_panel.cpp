@@ -58,7 +58,7 @@ void almNormalText_GotFocus(Wizard& wizard) {
 
 void fillInAlarmSelections(Wizard& wizard, const std::string& lclName, const std::string& prpName) {
   const AlarmWatchRecord* row =
-      findAlarm(wizard.state.alarmTable, wizard.state.alarmCount, lclName, prpName);
+      findAlarm(wizard.state.project.alarmTable, wizard.state.project.alarmCount, lclName, prpName);
   if (row == nullptr) return;
   Form1& form = wizard.form;
   form.AlmSystemText.setText(plainNumberText(std::int32_t{row->alarmSystem}));

@@ -24,8 +24,8 @@ void showList(Wizard& wizard, const std::string& text) {
 }
 
 void showServerList(Wizard& wizard) {
-  const DeviceNames& names = wizard.state.deviceNames;
-  wizard.state.deviceNamesDefined = true;
+  const DeviceNames& names = wizard.state.project.deviceNames;
+  wizard.state.project.deviceNamesDefined = true;
   showList(wizard, displayText(names, names.size()));
 }
 
@@ -110,8 +110,8 @@ std::int16_t findSelStartAtLine(std::string_view textStr, std::int16_t textline)
 void storeServerDeviceNames(Wizard& wizard) {
   if (!wizard.form.ServerOption.selected()) return;
   const std::string& text = wizard.form.deviceNamesInputText.text();
-  UpdateDevicesFile(text, wizard.state.deviceNames);
-  reportLinesBeyond(wizard, linesBeyond(text, wizard.state.deviceNames));
+  UpdateDevicesFile(text, wizard.state.project.deviceNames);
+  reportLinesBeyond(wizard, linesBeyond(text, wizard.state.project.deviceNames));
   refreshStatus(wizard);
 }
 
@@ -146,7 +146,7 @@ void deviceNamesInputText_Click(Wizard& wizard) {
   } catch (const Failure&) {
     return;  // a caret beyond the range of line numbers selects nothing
   }
-  if (form.ServerOption.selected()) wizard.state.deviceNamesDefined = true;
+  if (form.ServerOption.selected()) wizard.state.project.deviceNamesDefined = true;
 }
 
 void deviceNamesInputText_LostFocus(Wizard& wizard) {
@@ -172,10 +172,12 @@ void NumDevices_Change(Wizard& wizard) {
     return;  // too many to count: the arrays stay
   }
   if (devices < 1) return;
-  const std::size_t dropped = namesBehind(state.deviceNames, static_cast<std::size_t>(devices));
-  state.deviceNames.resize(static_cast<std::size_t>(devices));
+  const std::size_t dropped =
+      namesBehind(state.project.deviceNames, static_cast<std::size_t>(devices));
+  state.project.deviceNames.resize(static_cast<std::size_t>(devices));
   const std::string number = std::to_string(devices);
-  std::for_each(state.exportTable.begin(), state.exportTable.begin() + state.exportCount,
+  std::for_each(state.project.exportTable.begin(),
+                state.project.exportTable.begin() + state.project.exportCount,
                 [&](PropertyRecord& row) { row.numModules = number; });
   if (dropped > 0 && state.directoriesBeingEntered.empty()) {
     reportNamesDropped(wizard, dropped, devices);
@@ -184,7 +186,7 @@ void NumDevices_Change(Wizard& wizard) {
 }
 
 void NumDevices_LostFocus(Wizard& wizard) {
-  if (wizard.state.deviceNamesDefined) return;
+  if (wizard.state.project.deviceNamesDefined) return;
   wizard.form.ServerOption.select();
   wizard.form.DeviceListCheck.setValue(0);
   showServerList(wizard);

@@ -11,8 +11,8 @@ void HistoryCheck_Click(Wizard& wizard) {
 
 void fillInHistorySelections(Wizard& wizard, const std::string& expName,
                              const std::string& prpName) {
-  const HistoryRecord* row =
-      findHistory(wizard.state.historyTable, wizard.state.historyCount, expName, prpName);
+  const HistoryRecord* row = findHistory(wizard.state.project.historyTable,
+                                         wizard.state.project.historyCount, expName, prpName);
   if (row == nullptr) return;
   Form1& form = wizard.form;
   form.ArchiveRateText.setText(plainNumberText(row->archiveRate));

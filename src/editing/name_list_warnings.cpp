@@ -12,10 +12,10 @@ namespace {
 /// The list that the box stands for, null if its text goes nowhere.
 const DeviceNames* listInBox(const Wizard& wizard) {
   const Form1& form = wizard.form;
-  if (form.ServerOption.selected()) return &wizard.state.deviceNames;
+  if (form.ServerOption.selected()) return &wizard.state.project.deviceNames;
   if (!form.DeviceListCheck.ticked() || form.ProcessCheck.ticked()) return nullptr;
   const std::int16_t index = findPropertyIndex(wizard, form.PropertyName.text());
-  return index < tableRows ? &rowOf(wizard.state.exportTable, index).devices : nullptr;
+  return index < tableRows ? &rowOf(wizard.state.project.exportTable, index).devices : nullptr;
 }
 
 /// Number of the last line that is not empty, counted from 1.
@@ -35,7 +35,7 @@ DeviceNames readBack(DeviceNames names) {
   std::string file;
   WriteDevicesFile([&](const Path&, std::string_view content) { file = content; }, {}, names);
   DeviceNames read;
-  readDeviceNames(file, std::to_string(names.size() - 1), read);
+  ReadDevicesFile(file, std::to_string(names.size() - 1), read);
   return read;
 }
 

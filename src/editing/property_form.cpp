@@ -9,7 +9,7 @@ namespace kova {
 void PropertyName_Change(Wizard& wizard) {
   Form1& form = wizard.form;
   const std::int16_t row = findPropertyIndex(wizard, form.PropertyName.text());
-  if (row < wizard.state.exportCount) return;
+  if (row < wizard.state.project.exportCount) return;
   form.DeviceListCheck.setValue(0);
   form.AlarmWatchCheck.setValue(0);
   form.HistoryCheck.setValue(0);

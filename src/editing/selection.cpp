@@ -110,19 +110,21 @@ class Filling {
       const FileSystem& files = wizard_.platform.files;
       WizardState& state = wizard_.state;
       const std::string file = namesFile(property.propertyName);
-      const ReadResult read = ReadDevicesFile(files, state.projectPath, file,
-                                              form_.NumDevices.text(), property.devices);
+      const ReadResult read =
+          tablesIn(files, state.project.projectPath)(file, [&](std::string_view content) {
+            return ReadDevicesFile(content, form_.NumDevices.text(), property.devices);
+          });
       reportNamesSkipped(wizard_, file, read.skipped);
       if (read.rows < 1) return;
       property.hasDeviceList = true;
       state.onDisk.nameLists.insert_or_assign(
-          property.propertyName, read.skipped > 0 ? namesIn(files, state.projectPath, file)
+          property.propertyName, read.skipped > 0 ? namesIn(files, state.project.projectPath, file)
                                                   : PackedTexts(property.devices));
     });
     step([&] {
       const PropertyRecord& property = row();
-      fillinDeviceNames(wizard_,
-                        property.hasDeviceList ? property.devices : wizard_.state.deviceNames);
+      fillinDeviceNames(
+          wizard_, property.hasDeviceList ? property.devices : wizard_.state.project.deviceNames);
     });
   }
 
@@ -130,10 +132,11 @@ class Filling {
     const WizardState& state = wizard_.state;
     step([&] {
       PropertyRecord& property = row();
-      property.hasHistory |= PrpIsInHistoryTable(state.historyTable, state.historyCount,
-                                                 property.exportName, property.propertyName);
-      property.hasAlarmWatch |=
-          PrpIsWatchTable(state.alarmTable, state.alarmCount, property.propertyName);
+      property.hasHistory |=
+          PrpIsInHistoryTable(state.project.historyTable, state.project.historyCount,
+                              property.exportName, property.propertyName);
+      property.hasAlarmWatch |= PrpIsWatchTable(state.project.alarmTable, state.project.alarmCount,
+                                                property.propertyName);
     });
   }
 
@@ -159,7 +162,7 @@ class Filling {
 /// A device list that was prepared for a new property is given up with its form. A commit that
 /// selects its own row still needs it.
 void giveUpPreparedList(Wizard& wizard) {
-  const std::int16_t stage = wizard.state.exportCount;
+  const std::int16_t stage = wizard.state.project.exportCount;
   if (stage >= tableRows || wizard.form.PropertyList.selectedIndex() >= stage) return;
   exportRow(wizard, stage) = PropertyRecord{};
 }

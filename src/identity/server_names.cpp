@@ -26,9 +26,9 @@ std::string_view withoutPrefix(std::string_view exportName) {
 /// Index of the first row that has this local name under another export name, or the row count.
 std::int16_t findForeignRow(const Wizard& wizard, const std::string& localName) {
   const WizardState& state = wizard.state;
-  const auto rows = state.exportTable.begin();
+  const auto rows = state.project.exportTable.begin();
   const auto row =
-      std::find_if(rows, rows + state.exportCount, [&](const PropertyRecord& property) {
+      std::find_if(rows, rows + state.project.exportCount, [&](const PropertyRecord& property) {
         return property.localName == localName &&
                property.exportName != wizard.form.ExportName.text();
       });
@@ -44,7 +44,7 @@ void deriveLocalName(Wizard& wizard) {
     state.localNameSuggestion = name + std::string(localNameEnding);
   }
   const std::int16_t foreign = findForeignRow(wizard, state.localNameSuggestion);
-  if (foreign < state.exportCount) {
+  if (foreign < state.project.exportCount) {
     state.localNameSuggestion = name + "E" + std::to_string(foreign);
   }
   wizard.form.LocalName.setText(state.localNameSuggestion);

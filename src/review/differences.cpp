@@ -40,7 +40,7 @@ std::vector<std::string_view> namingTags(TableKind kind) {
     case TableKind::alarms:
       return {tagOf(&AlarmWatchRecord::localName), tagOf(&AlarmWatchRecord::propertyName)};
     case TableKind::devices:
-      return {"DEVICE_NUMBER"};
+      return {deviceNumberTag};
     case TableKind::none:
       break;
   }

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
-#include "core/project_on_disk.h"
 #include "review/preview.h"
 #include "review/project_files.h"
+#include "tables/project_on_disk.h"
 
 namespace kova {
 

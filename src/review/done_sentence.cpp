@@ -13,16 +13,16 @@ std::string rowCount(std::int16_t rows) {
 /// " (2 rows)" behind the two tables whose rows the engineer adds one by one.
 std::string rowsOf(const Wizard& wizard, const Preview& done, const std::string& table) {
   const WizardState& state = wizard.state;
-  if (table == exportsFileName) return " (" + rowCount(state.exportCount) + ")";
+  if (table == exportsFileName) return " (" + rowCount(state.project.exportCount) + ")";
   if (table != historyFileName) return {};
-  return " (" + rowCount(state.historyCount) +
+  return " (" + rowCount(state.project.historyCount) +
          (done.addsHistoryRow ? " and " + formRowText(wizard) : "") + ")";
 }
 
 }  // namespace
 
 std::string doneSentence(const Wizard& wizard) {
-  if (wizard.state.exportCount == 0) return "There are no properties: Done writes nothing.";
+  if (wizard.state.project.exportCount == 0) return "There are no properties: Done writes nothing.";
   const Preview done = preview(wizard);
   std::string files;
   for (const Path& table : done.tables) {

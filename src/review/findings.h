@@ -21,13 +21,6 @@ enum class Severity : std::uint8_t { note, warning, error };
 
 std::string_view nameOf(Severity severity);
 
-/// Where a rule has found something. Lines and columns count from 1; 0 is the file as a whole.
-struct Place {
-  std::string_view file;
-  std::size_t line = 0;
-  std::size_t column = 0;
-};
-
 using Report = std::function<void(const Place& place, const std::string& what)>;
 
 /// A change of a text that makes a project break its rule, and one that keeps it, for the rule's

@@ -16,9 +16,6 @@
 namespace kova::looks {
 namespace {
 
-constexpr std::string_view numberTag = "DEVICE_NUMBER";
-constexpr std::string_view nameTag = "DEVICE_NAME";
-
 /// Looks at each line of a table with its text and the place of a column.
 template <class LookAt>
 void eachLine(const ProjectReading& project, std::string_view file, LookAt look) {
@@ -66,43 +63,28 @@ std::optional<std::string> differenceOf(const PropertyRecord& property, const st
   return "size " + std::to_string(size) + ", while the property has " + property.outputSize;
 }
 
-/// The lines from which the rows of a table were read. Alarm rows without names have none.
-class LinesOfRows {
- public:
-  LinesOfRows(const ProjectReading& project, std::string_view file)
-      : file_(file), table_(project.table(file)) {
-    for (const TextRow& line : table_.rows) {
-      const bool isSkipped = table_.kind == TableKind::alarms &&
-                             (table_.text(line, tagOf(&AlarmWatchRecord::propertyName)).empty() ||
-                              table_.text(line, tagOf(&AlarmWatchRecord::localName)).empty());
-      if (!isSkipped) lines_.push_back(&line);
-    }
+/// Looks at each row of a table, and at the places of its columns.
+template <class Rows, class LookAt>
+void eachRow(const ProjectReading& project, std::string_view file, const TableReading<Rows>& table,
+             LookAt look) {
+  for (std::size_t row = 0; row < table.rows.size(); ++row) {
+    look(table.rows[row],
+         [&, row](std::string_view tag) { return project.placeOf(file, table.result, row, tag); });
   }
-  /// Where a column of row `index` stands.
-  Place placeOf(std::size_t index, std::string_view tag) const {
-    const TextRow& line = *lines_.at(index);
-    return {file_, line.line, table_.cell(line, tag).column};
-  }
-
- private:
-  std::string_view file_;
-  const TableText& table_;
-  std::vector<const TextRow*> lines_;
-};
+}
 
 /// Reports each row whose key an earlier one has already.
 template <class Rows, class KeyOf>
 void reportRepeated(const ProjectReading& project, const Report& report, std::string_view file,
-                    const Rows& rows, std::string_view tag, KeyOf keyOf) {
-  const LinesOfRows places(project, file);
+                    const TableReading<Rows>& table, std::string_view tag, KeyOf keyOf) {
   std::map<std::string, std::size_t> lines;
-  for (std::size_t index = 0; index < rows.size(); ++index) {
-    const Place place = places.placeOf(index, tag);
-    const std::string key = keyOf(rows[index]);
+  eachRow(project, file, table, [&](const auto& row, auto placeOf) {
+    const Place place = placeOf(tag);
+    const std::string key = keyOf(row);
     const auto [first, isNew] = lines.emplace(key, place.line);
-    if (isNew) continue;
+    if (isNew) return;
     report(place, key + " is in line " + std::to_string(first->second) + " already");
-  }
+  });
 }
 
 bool isOwnName(const std::string& number, const std::string& name) {
@@ -124,69 +106,59 @@ std::map<std::string, double> largestNumbers(const ProjectReading& project) {
 }  // namespace
 
 void historyWithoutProperty(const ProjectReading& project, const Report& report) {
-  const LinesOfRows places(project, historyFileName);
-  for (std::size_t index = 0; index < project.history.rows.size(); ++index) {
-    const HistoryRecord& row = project.history.rows[index];
-    if (propertyOf(project, row) != nullptr) continue;
-    report(places.placeOf(index, tagOf(&HistoryRecord::propertyName)),
+  eachRow(project, historyFileName, project.history, [&](const HistoryRecord& row, auto placeOf) {
+    if (propertyOf(project, row) != nullptr) return;
+    report(placeOf(tagOf(&HistoryRecord::propertyName)),
            "no property " + row.propertyName + " of " + row.exportName);
-  }
+  });
 }
 
 void historyDiffers(const ProjectReading& project, const Report& report) {
-  const LinesOfRows places(project, historyFileName);
-  for (std::size_t index = 0; index < project.history.rows.size(); ++index) {
-    const HistoryRecord& row = project.history.rows[index];
+  eachRow(project, historyFileName, project.history, [&](const HistoryRecord& row, auto placeOf) {
     const PropertyRecord* property = propertyOf(project, row);
-    if (property == nullptr) continue;
-    const auto place = [&](std::string_view tag) { return places.placeOf(index, tag); };
+    if (property == nullptr) return;
     if (storedLocalName(property->localName) != row.localName) {
-      report(place("Local Name"),
+      report(placeOf(tagOf(&HistoryRecord::localName)),
              "local name " + row.localName + ", while the property has " + property->localName);
     } else if (const auto difference = differenceOf(*property, row.format, row.dataLength)) {
-      report(place(tagOf(&AlarmWatchRecord::format)), row.propertyName + " has " + *difference);
+      report(placeOf(tagOf(&HistoryRecord::format)), row.propertyName + " has " + *difference);
     }
-  }
+  });
 }
 
 void repeatedHistory(const ProjectReading& project, const Report& report) {
-  reportRepeated(project, report, historyFileName, project.history.rows,
+  reportRepeated(project, report, historyFileName, project.history,
                  tagOf(&HistoryRecord::propertyName), [](const HistoryRecord& row) {
                    return row.exportName + ' ' + row.localName + ' ' + row.propertyName;
                  });
 }
 
 void repeatedIndex(const ProjectReading& project, const Report& report) {
-  reportRepeated(project, report, historyFileName, project.history.rows, "Index",
+  reportRepeated(project, report, historyFileName, project.history, tagOf(&HistoryRecord::index),
                  [](const HistoryRecord& row) { return "index " + std::to_string(row.index); });
 }
 
 void alarmWithoutProperty(const ProjectReading& project, const Report& report) {
-  const LinesOfRows places(project, alarmFileName);
-  for (std::size_t index = 0; index < project.alarms.rows.size(); ++index) {
-    const AlarmWatchRecord& row = project.alarms.rows[index];
-    if (propertyOf(project, row) != nullptr) continue;
-    report(places.placeOf(index, tagOf(&AlarmWatchRecord::propertyName)),
+  eachRow(project, alarmFileName, project.alarms, [&](const AlarmWatchRecord& row, auto placeOf) {
+    if (propertyOf(project, row) != nullptr) return;
+    report(placeOf(tagOf(&AlarmWatchRecord::propertyName)),
            "no property " + row.propertyName + " of " + row.localName);
-  }
+  });
 }
 
 void alarmDiffers(const ProjectReading& project, const Report& report) {
-  const LinesOfRows places(project, alarmFileName);
-  for (std::size_t index = 0; index < project.alarms.rows.size(); ++index) {
-    const AlarmWatchRecord& row = project.alarms.rows[index];
+  eachRow(project, alarmFileName, project.alarms, [&](const AlarmWatchRecord& row, auto placeOf) {
     const PropertyRecord* property = propertyOf(project, row);
-    if (property == nullptr) continue;
+    if (property == nullptr) return;
     if (const auto difference = differenceOf(*property, row.format, row.size)) {
-      report(places.placeOf(index, tagOf(&AlarmWatchRecord::format)),
-             row.propertyName + " has " + *difference);
+      report(placeOf(tagOf(&AlarmWatchRecord::format)), row.propertyName + " has " + *difference);
     }
-  }
+  });
 }
 
 void severalAlarms(const ProjectReading& project, const Report& report) {
   reportRepeated(
-      project, report, alarmFileName, project.alarms.rows, tagOf(&AlarmWatchRecord::propertyName),
+      project, report, alarmFileName, project.alarms, tagOf(&AlarmWatchRecord::propertyName),
       [](const AlarmWatchRecord& row) { return row.localName + ' ' + row.propertyName; });
 }
 
@@ -203,11 +175,11 @@ void namelessAlarm(const ProjectReading& project, const Report& report) {
 void unreadDevices(const ProjectReading& project, const Report& report) {
   if (project.devicesFile.empty() || project.files.contains(project.devicesFile)) return;
   eachLine(project, serverDevicesFile, [&, told = false](auto text, auto placeOf) mutable {
-    if (told || !isOwnName(text(numberTag), text(nameTag))) return;
+    if (told || !isOwnName(text(deviceNumberTag), text(deviceNameTag))) return;
     told = true;
-    report(placeOf(nameTag), "names of devices, but there is no " +
-                                 project.codePage->fromNative(project.devicesFile) +
-                                 " to read them from");
+    report(placeOf(deviceNameTag), "names of devices, but there is no " +
+                                       project.codePage->fromNative(project.devicesFile) +
+                                       " to read them from");
   });
 }
 
@@ -222,9 +194,9 @@ void namesWithoutProperty(const ProjectReading& project, const Report& report) {
 void listTooLong(const ProjectReading& project, const Report& report) {
   for (const auto& [file, largest] : largestNumbers(project)) {
     eachLine(project, file, [&, limit = largest](auto text, auto placeOf) {
-      const double number = textValue(text(numberTag));
+      const double number = textValue(text(deviceNumberTag));
       if (number >= 0 && number <= limit) return;
-      report(placeOf(numberTag),
+      report(placeOf(deviceNumberTag),
              "device " + plainNumberText(number) + " of " + plainNumberText(limit) + " devices");
     });
   }
@@ -235,9 +207,9 @@ void repeatedDevice(const ProjectReading& project, const Report& report) {
     if (kindOfFile(file) != TableKind::devices) continue;
     std::set<double> numbers;
     eachLine(project, file, [&](auto text, auto placeOf) {
-      const double number = textValue(text(numberTag));
+      const double number = textValue(text(deviceNumberTag));
       if (numbers.insert(number).second) return;
-      report(placeOf(numberTag), "device " + plainNumberText(number) + " is there already");
+      report(placeOf(deviceNumberTag), "device " + plainNumberText(number) + " is there already");
     });
   }
 }

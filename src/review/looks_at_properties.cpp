@@ -19,17 +19,14 @@ namespace {
 
 constexpr std::string_view nullFormat = "NULL";
 
-/// Looks at each row that the wizard has read, and at its line.
+/// Looks at each row that the wizard has read, and at the places of its columns.
 template <class LookAt>
 void eachProperty(const ProjectReading& project, LookAt look) {
-  const TableText& table = project.table(exportsFileName);
-  const auto& rows = project.properties.rows;
-  for (std::size_t index = 0; index < std::min(rows.size(), table.rows.size()); ++index) {
-    const TextRow& line = table.rows[index];
-    const auto placeOf = [&](std::string_view tag) {
-      return Place{exportsFileName, line.line, table.cell(line, tag).column};
-    };
-    look(rows[index], placeOf);
+  const auto& [rows, result] = project.properties;
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    look(rows[row], [&, row](std::string_view tag) {
+      return project.placeOf(exportsFileName, result, row, tag);
+    });
   }
 }
 

@@ -1,55 +1,59 @@
 // SPDX-License-Identifier: MIT
 #include "review/project_reading.h"
 
-#include "tables/number_text.h"
-#include "tables/row_rules.h"
+#include <algorithm>
+#include <utility>
+
+#include "tables/project_reader.h"
 
 namespace kova {
 namespace {
 
-/// Reads the files of one folder as the entry of a project does.
-struct Reader {
-  const FileSystem& files;
-  std::string_view folder;
-  ProjectReading& project;
+/// The files as they have been read already, by their names as wizard text.
+TableSource tablesOf(const ProjectReading& reading) {
+  return [&reading](std::string_view name, const ReadContent& read) {
+    const auto found = reading.files.find(reading.codePage->toNative(name));
+    if (found != reading.files.end()) return read(found->second);
+    ReadResult nothing;
+    nothing.stop = ReadStop{0, "There is no such file"};
+    return nothing;
+  };
+}
 
-  void readTables() const {
-    const Path exports = fileInFolder(files, folder, exportsFileName);
-    project.properties.result = readFile(files, exports, [&](std::string_view content) {
-      return readExportTable(content, [&](PropertyRecord&& row) {
-        signedNumberText(row.numModules);  // shown as the number of devices; fails if it is none
-        project.properties.rows.push_back(std::move(row));
-      });
+/// Reads the tables as the opening of a project does.
+void readTables(const TableSource& tables, ProjectReading& reading) {
+  Project project;
+  reading.properties.result = readExports(tables, project);
+  countRows(project, reading.properties.result.rows);
+  const PropertyRecord last = rowOf(std::as_const(project.exportTable), project.exportCount - 1);
+  OtherTables others =
+      readOtherTables(tables, project, storedLocalName(last.localName), last.numModules);
+  const auto take = [](auto& table, auto& rows, std::int16_t count) {
+    rows.resize(static_cast<std::size_t>(count));
+    table.rows = std::move(rows);
+  };
+  take(reading.properties, project.exportTable, project.exportCount);
+  take(reading.history, project.historyTable, project.historyCount);
+  take(reading.alarms, project.alarmTable, project.alarmCount);
+  reading.history.result = std::move(others.history);
+  reading.alarms.result = std::move(others.alarms);
+  if (reading.properties.rows.empty()) return;
+  reading.devicesFile = reading.codePage->toNative(others.devicesFile);
+  reading.devices = {std::move(project.deviceNames), std::move(others.devices)};
+}
+
+/// Reads the device names of each property, as its selection does.
+void readNameLists(const FileSystem& files, const TableSource& tables, ProjectReading& reading) {
+  for (PropertyRecord& row : reading.properties.rows) {
+    reading.foldedNames.push_back(files.withoutCase(row.propertyName));
+    const std::string name = namesFile(row.propertyName);
+    ReadResult result = tables(name, [&](std::string_view content) {
+      return ReadDevicesFile(content, row.numModules, row.devices);
     });
-    readRows(project.history, historyFileName, ReadHistoryFile);
-    readRows(project.alarms, alarmFileName, ReadAlarmWatchFile);
+    row.hasDeviceList = result.rows > 0;
+    reading.nameLists.insert_or_assign(reading.codePage->toNative(name), std::move(result));
   }
-
-  void readDevices() const {
-    if (project.properties.rows.empty()) return;
-    const PropertyRecord& last = project.properties.rows.back();
-    const std::string devices = storedLocalName(last.localName).append(devicesEnding);
-    project.devicesFile = project.codePage->toNative(devices);
-    project.devices.result =
-        ReadDevicesFile(files, folder, devices, last.numModules, project.devices.rows);
-    for (PropertyRecord& row : project.properties.rows) {
-      project.foldedNames.push_back(files.withoutCase(row.propertyName));
-      const std::string name = namesFile(row.propertyName);
-      const ReadResult result = ReadDevicesFile(files, folder, name, row.numModules, row.devices);
-      row.hasDeviceList = result.rows > 0;
-      project.nameLists.insert_or_assign(project.codePage->toNative(name), result);
-    }
-  }
-
- private:
-  template <class Table, class Read>
-  void readRows(TableReading<Table>& table, std::string_view name, Read read) const {
-    table.rows.resize(static_cast<std::size_t>(tableRows));
-    std::int16_t count = 0;
-    table.result = read(files, fileInFolder(files, folder, name), table.rows, count);
-    table.rows.resize(static_cast<std::size_t>(count));
-  }
-};
+}
 
 void takeFiles(const FileSystem& files, const Path& folder, ProjectReading& project) {
   project.names = files.plainFiles(folder);
@@ -75,6 +79,14 @@ const TableText& ProjectReading::table(std::string_view name) const {
   return found == tables.end() ? none : found->second;
 }
 
+Place ProjectReading::placeOf(std::string_view file, const ReadResult& result, std::size_t row,
+                              std::string_view tag) const {
+  const TableText& text = table(file);
+  const std::size_t line = result.lines.at(row);
+  const auto found = std::ranges::lower_bound(text.rows, line, {}, &TextRow::line);
+  return {file, line, text.cell(*found, tag).column};
+}
+
 ProjectReading readProject(const FileSystem& files, std::string_view folder,
                            const CodePage& codePage) {
   ProjectReading project;
@@ -83,9 +95,9 @@ ProjectReading readProject(const FileSystem& files, std::string_view folder,
   if (!files.folderExists(path)) throw Failure("There is no such directory");
   if (!files.fileExists(path / exportsFileName)) throw Failure("There is no exports.csv in it");
   takeFiles(files, path, project);
-  const Reader reader{files, folder, project};
-  reader.readTables();
-  reader.readDevices();
+  const TableSource tables = tablesOf(project);
+  readTables(tables, project);
+  readNameLists(files, tables, project);
   return project;
 }
 

@@ -16,6 +16,13 @@
 
 namespace kova {
 
+/// Where something is in a file. Lines and columns count from 1; 0 is the file as a whole.
+struct Place {
+  std::string_view file;
+  std::size_t line = 0;
+  std::size_t column = 0;
+};
+
 /// A table and how far its reader came.
 template <class Rows>
 struct TableReading {
@@ -52,6 +59,9 @@ struct ProjectReading {
 
   /// The table of this name, or an empty one.
   const TableText& table(std::string_view name) const;
+  /// Where a column of row `row` is, counted from 0 among those that the reader has accepted.
+  Place placeOf(std::string_view file, const ReadResult& result, std::size_t row,
+                std::string_view tag) const;
 };
 
 /// Reads a directory, given as wizard text. `codePage` outlives the result. Throws Failure if the

@@ -242,16 +242,19 @@ ReviewGroup groupOf(const Wizard& wizard, const Path& folder, const ProjectFiles
 bool willReadNames(const Wizard& wizard) {
   const WizardState& state = wizard.state;
   const std::string localName =
-      state.exportCount == 0
+      state.project.exportCount == 0
           ? significantLocalName(wizard)
-          : storedLocalName(rowOf(state.exportTable, state.exportCount - 1).localName);
+          : storedLocalName(
+                rowOf(state.project.exportTable, state.project.exportCount - 1).localName);
   const FileSystem& files = wizard.platform.files;
-  return files.fileExists(files.path(projectFile(wizard.state, serverNamesFile(localName))));
+  return files.fileExists(
+      files.path(projectFile(wizard.state.project, serverNamesFile(localName))));
 }
 
 std::string restoreQuestion(const Wizard& wizard, const BackupSet& set) {
   const FileSystem& files = wizard.platform.files;
-  const std::size_t rows = findLostByReading(wizard.state, willReadNames(wizard)).all();
+  const std::size_t rows =
+      findLostByReading(wizard.state.project, wizard.state.onDisk, willReadNames(wizard)).all();
   const std::string what = set.files.size() == 1 ? files.text(set.files.front().name)
                                                  : counted(set.files.size(), "file", "files");
   return "Restore " + what + " as of " + localTime(set.first) + " ?\r\n" +
@@ -299,7 +302,7 @@ ReviewPage reviewBackups(const Wizard& wizard, const std::vector<BackupSet>& set
 
 bool selectProperty(Wizard& wizard, const std::string& property) {
   const std::int16_t index = findPropertyIndex(wizard, property);
-  if (index >= wizard.state.exportCount) return false;
+  if (index >= wizard.state.project.exportCount) return false;
   wizard.form.PropertyList.select(index);
   return true;
 }

@@ -16,9 +16,6 @@ namespace kova {
 
 enum class TableKind : std::uint8_t { exports, history, alarms, devices, none };
 
-inline constexpr std::string_view devicesEnding = "-devices.csv";
-inline constexpr std::string_view namesEnding = "-names.csv";
-
 /// What a file of a project is by its name.
 TableKind kindOfFile(std::string_view name);
 /// Columns that the wizard knows in a table of this kind, in the order in which it writes them.

@@ -11,8 +11,6 @@ namespace kova {
 
 namespace {
 
-constexpr std::string_view numberTag = "DEVICE_NUMBER";
-constexpr std::string_view nameTag = "DEVICE_NAME";
 constexpr std::size_t largestCount = std::numeric_limits<std::int16_t>::max();
 
 std::string numberText(std::size_t index) {
@@ -49,26 +47,21 @@ bool store(DeviceNames& devNames, std::int16_t number, std::string_view name, st
 }  // namespace
 
 std::string serverNamesFile(std::string_view localName) {
-  return std::string(localName) + "-devices.csv";
+  return std::string(localName).append(devicesEnding);
 }
 
 std::string namesFile(std::string_view propertyName) {
-  return std::string(propertyName) + "-names.csv";
-}
-
-Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name) {
-  const std::string_view fault = faultOfName(name);
-  if (!fault.empty()) throw Failure("The name holds a \"" + std::string(fault) + '"');
-  return files.path(std::string(folder) + pathSeparator + std::string(name));
+  return std::string(propertyName).append(namesEnding);
 }
 
 std::span<const ColumnFacts> deviceColumns() {
-  static constexpr std::array facts = {ColumnFacts{.tag = numberTag, .kind = FieldKind::whole},
-                                       ColumnFacts{.tag = nameTag}};
+  static constexpr std::array facts = {
+      ColumnFacts{.tag = deviceNumberTag, .kind = FieldKind::whole},
+      ColumnFacts{.tag = deviceNameTag}};
   return facts;
 }
 
-ReadResult readDeviceNames(std::string_view content, std::string_view numDevices,
+ReadResult ReadDevicesFile(std::string_view content, std::string_view numDevices,
                            DeviceNames& devNames) {
   bool headerSeen = false;
   std::int16_t numberColumn = -1;
@@ -77,8 +70,8 @@ ReadResult readDeviceNames(std::string_view content, std::string_view numDevices
   const auto header = [&](std::string_view line) {
     headerSeen = true;
     sizeNames();
-    numberColumn = getCsvColumn(line, numberTag);
-    nameColumn = getCsvColumn(line, nameTag);
+    numberColumn = getCsvColumn(line, deviceNumberTag);
+    nameColumn = getCsvColumn(line, deviceNameTag);
   };
   ReadResult result = readTable(content, header, [&](const CsvFields& fields, std::int16_t rows) {
     const std::int16_t number = toInt16(textValue(getCsvField(fields, numberColumn)));
@@ -88,20 +81,6 @@ ReadResult readDeviceNames(std::string_view content, std::string_view numDevices
     if (!headerSeen) sizeNames();
   } catch (const Failure& failure) {
     if (!result.stop) result.stop = ReadStop{1, failure.what()};
-  }
-  return result;
-}
-
-ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
-                           std::string_view devFileName, std::string_view numDevices,
-                           DeviceNames& devNames) {
-  ReadResult result;
-  try {
-    return readFile(files, fileInFolder(files, folder, devFileName), [&](std::string_view content) {
-      return readDeviceNames(content, numDevices, devNames);
-    });
-  } catch (const Failure& failure) {
-    result.stop = ReadStop{0, failure.what()};
   }
   return result;
 }
@@ -126,7 +105,8 @@ std::size_t linesBeyond(std::string_view panelText, const DeviceNames& devNames)
 }
 
 void WriteDevicesFile(const ReplaceFile& replace, const Path& file, DeviceNames& devNames) {
-  std::string content = csvLine(std::array{std::string(numberTag), std::string(nameTag)});
+  std::string content =
+      csvLine(std::array{std::string(deviceNumberTag), std::string(deviceNameTag)});
   for (std::size_t index = 0; index < devNames.size(); ++index) {
     if (devNames[index].empty()) devNames[index] = displayName(devNames, index);
     const std::string number = numberText(index);

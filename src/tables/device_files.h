@@ -17,9 +17,14 @@ namespace kova {
 /// never been sized.
 using DeviceNames = std::vector<std::string>;
 
+inline constexpr std::string_view deviceNumberTag = "DEVICE_NUMBER";
+inline constexpr std::string_view deviceNameTag = "DEVICE_NAME";
 /// The columns of the files in their order.
 std::span<const ColumnFacts> deviceColumns();
 
+/// What the names of these files end in.
+inline constexpr std::string_view devicesEnding = "-devices.csv";
+inline constexpr std::string_view namesEnding = "-names.csv";
 /// The file that the server's device names are written to.
 inline constexpr std::string_view serverDevicesFile = "devices.csv";
 /// Bare name of the file that they are read from.
@@ -27,19 +32,10 @@ std::string serverNamesFile(std::string_view localName);
 /// Bare name of the file with the device names of one property.
 std::string namesFile(std::string_view propertyName);
 
-/// Path of a file that lies directly in `folder`. Throws Failure for a name with which
-/// `faultOfName` finds fault: it would name a file elsewhere, or none.
-Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name);
-
 /// Reads the names of a table. `devNames` gets the bounds 0 to the whole number in `numDevices` and
 /// loses its old entries; rows beyond are skipped. The result counts the rows accepted; whatever
 /// fails ends the reading.
-ReadResult readDeviceNames(std::string_view content, std::string_view numDevices,
-                           DeviceNames& devNames);
-
-/// The same for file `devFileName` in `folder`. Nothing changes if it can't be opened.
-ReadResult ReadDevicesFile(const FileSystem& files, std::string_view folder,
-                           std::string_view devFileName, std::string_view numDevices,
+ReadResult ReadDevicesFile(std::string_view content, std::string_view numDevices,
                            DeviceNames& devNames);
 
 /// Brings all entries up to date from the panel's text, one line (ended by CR LF) an entry; entries

@@ -89,6 +89,12 @@ std::string_view takeLine(std::string_view& content) {
   return line;
 }
 
+ReadResult notOpened(std::string_view why) {
+  ReadResult result;
+  result.stop = ReadStop{0, std::string(why)};
+  return result;
+}
+
 }  // namespace
 
 std::int16_t getCsvColumn(std::string_view line, std::string_view tag) {
@@ -144,6 +150,7 @@ ReadResult readTable(std::string_view content, const std::function<void(std::str
       splitCsvLine(*line, fields);
       if (row(fields, result.rows)) {
         ++result.rows;
+        result.lines.push_back(lines.number());
       } else {
         ++result.skipped;
       }
@@ -156,20 +163,24 @@ ReadResult readTable(std::string_view content, const std::function<void(std::str
   return result;
 }
 
-ReadResult readFile(const FileSystem& files, const Path& file,
-                    const std::function<ReadResult(std::string_view)>& read) {
-  ReadResult result;
-  std::string content;
-  try {
-    content = files.read(file);
-  } catch (const Failure& failure) {
-    result.stop = ReadStop{0, failure.what()};
-    return result;
-  } catch (const std::bad_alloc&) {
-    result.stop = ReadStop{0, "not enough memory"};
-    return result;
-  }
-  return read(content);
+TableSource tablesIn(const FileSystem& files, std::string_view folder) {
+  return [&files, folder](std::string_view name, const ReadContent& read) {
+    std::string content;
+    try {
+      content = files.read(fileInFolder(files, folder, name));
+    } catch (const Failure& failure) {
+      return notOpened(failure.what());
+    } catch (const std::bad_alloc&) {
+      return notOpened("not enough memory");
+    }
+    return read(content);
+  };
+}
+
+Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name) {
+  const std::string_view fault = faultOfName(name);
+  if (!fault.empty()) throw Failure("The name holds a \"" + std::string(fault) + '"');
+  return files.path(std::string(folder) + pathSeparator + std::string(name));
 }
 
 void appendCsvLine(std::string& lines, std::span<const std::string_view> fields) {

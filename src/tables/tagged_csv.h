@@ -73,7 +73,8 @@ struct ReadStop {
 
 /// What a reader has done.
 struct ReadResult {
-  std::int16_t rows = 0;  ///< rows accepted
+  std::int16_t rows = 0;           ///< rows accepted
+  std::vector<std::size_t> lines;  ///< of each of them, from 1, comments counted
   std::optional<ReadStop> stop;
   /// Only line feeds separate its lines, so that all of it was one line.
   bool onlyLineFeeds = false;
@@ -89,9 +90,17 @@ using TakeRow = std::function<bool(const CsvFields&, std::int16_t rows)>;
 ReadResult readTable(std::string_view content, const std::function<void(std::string_view)>& header,
                      const TakeRow& row);
 
-/// Reads a file by a reader of its content. A file that can't be opened is told in the result.
-ReadResult readFile(const FileSystem& files, const Path& file,
-                    const std::function<ReadResult(std::string_view)>& read);
+using ReadContent = std::function<ReadResult(std::string_view content)>;
+/// Hands the content of a table, named as in its directory, to a reader. The result says why if
+/// there is no content to be had.
+using TableSource = std::function<ReadResult(std::string_view name, const ReadContent& read)>;
+
+/// The tables in a directory. It outlives neither argument.
+TableSource tablesIn(const FileSystem& files, std::string_view folder);
+
+/// Path of a file that lies directly in `folder`. Throws Failure for a name with which
+/// `faultOfName` finds fault: it would name a file elsewhere, or none.
+Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name);
 
 /// One line of a table with its line end, the fields joined by commas as they are.
 std::string csvLine(std::span<const std::string> fields);

@@ -21,10 +21,10 @@ std::string formSentence(const Wizard& wizard) {
   const std::string& name = wizard.form.PropertyName.text();
   if (name.empty()) return {};
   const std::int16_t index = findPropertyIndex(wizard, name);
-  if (index >= wizard.state.exportCount) {
+  if (index >= wizard.state.project.exportCount) {
     return " " + name + " stands in the form only and is not part of it.";
   }
-  const PropertyRecord& row = rowOf(wizard.state.exportTable, index);
+  const PropertyRecord& row = rowOf(wizard.state.project.exportTable, index);
   if (!formDiffersFrom(wizard, row)) return {};
   return " The form differs from " + name + " and is not part of it.";
 }
@@ -50,7 +50,7 @@ std::string focusSentence(const Wizard& wizard, const ControlPointer& control) {
   if (const auto* field = std::get_if<TextField*>(&control)) return fieldSentence(wizard, **field);
   const auto* button = std::get_if<CommandButton*>(&control);
   if (button == nullptr || *button != &wizard.form.Command1) return {};
-  return doneSentence(wizard) + (wizard.state.exportCount > 0 ? formSentence(wizard) : "");
+  return doneSentence(wizard) + (wizard.state.project.exportCount > 0 ? formSentence(wizard) : "");
 }
 
 }  // namespace kova

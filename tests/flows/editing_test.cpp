@@ -138,7 +138,7 @@ TEST_F(Editing, ARangeStandsAheadOfTheDescriptionUnlessItIsZero) {
     type(form.MaxValue, maximum);
     type(form.Units, units);
     commit("P");
-    EXPECT_EQ(engineer.program.wizard.state.exportTable[0].description, description);
+    EXPECT_EQ(engineer.program.wizard.state.project.exportTable[0].description, description);
   }
 }
 

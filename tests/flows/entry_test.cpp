@@ -34,7 +34,7 @@ TEST_F(Entry, TellsWhereNoLineEndsInCr) {
   home.write("MAGNET/history.csv", "Index,Export Name\n1,MAGNET\n");
   const std::string sentence = " Nothing to read: no line of history.csv ends in CR.";
   EXPECT_NE(entered("MAGNET").find(sentence), std::string::npos) << status();
-  EXPECT_TRUE(engineer.program.wizard.state.historyInUse);
+  EXPECT_TRUE(engineer.program.wizard.state.project.historyInUse);
 }
 
 TEST_F(Entry, NamesTheFileWithoutABackupAndLeavesNoCopies) {

@@ -296,7 +296,7 @@ TEST_F(Project, IsNotWrittenWhereTheDiskCantKeepANamesFile) {
   EXPECT_EQ(home.files("NEW").size(), 0U);
 
   CaselessDisk disk;
-  const auto file = findUnwritableNamesFile(disk, engineer.program.wizard.state, {});
+  const auto file = findUnwritableNamesFile(disk, engineer.program.wizard.state.project, {});
   EXPECT_EQ(file.value().name, "P\xC9-names.csv");
   EXPECT_EQ(file->why, "this disk takes it for P\xE9-names.csv");
 }

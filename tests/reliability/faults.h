@@ -94,7 +94,7 @@ struct Project {
     return {wizard->messages.begin() + (asked ? 1 : 0), wizard->messages.end()};
   }
 
-  bool isRead() const { return wizard->program.wizard.state.exportCount == 8; }
+  bool isRead() const { return wizard->program.wizard.state.project.exportCount == 8; }
   Form1& form() const { return wizard->program.wizard.form; }
 
   TemporaryFolder home;

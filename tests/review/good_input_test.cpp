@@ -160,7 +160,7 @@ TEST(StatusLine, CountsWhatAComparisonOfTheFilesCounts) {
       const Preview done = preview(wizard);
       ASSERT_EQ(done.failure, "");
       if (done.files.empty()) continue;
-      Unwritten counted = findUnwritten(wizard.state);
+      Unwritten counted = findUnwritten(wizard.state.project, wizard.state.onDisk);
       if (done.addsHistoryRow) ++counted.historyRows;
       ASSERT_EQ(listed(counted), listed(countChanges(comparePreview(second.files(), done))))
           << seed << ' ' << act << ' ' << statusText(wizard) << second.said();

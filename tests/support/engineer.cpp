@@ -53,7 +53,7 @@ Answer Engineer::answer(const Message& message) {
 
 Rows Engineer::rows() const {
   const WizardState& state = program.wizard.state;
-  return {state.exportCount, state.historyCount, state.alarmCount};
+  return {state.project.exportCount, state.project.historyCount, state.project.alarmCount};
 }
 
 }  // namespace kova::test

@@ -14,9 +14,8 @@ TEST(DeviceFiles, ReadingWritingAndThePanel) {
   const auto files = realFileSystem(page);
   const auto expectRead = [&](const std::string& content, const std::string& numDevices, int rows,
                               bool stops, const DeviceNames& expected) {
-    folder.write("d.csv", content);
     DeviceNames names{"old"};
-    const auto result = ReadDevicesFile(*files, folder.path(), "d.csv", numDevices, names);
+    const auto result = ReadDevicesFile(content, numDevices, names);
     EXPECT_EQ(result.rows, rows) << content;
     EXPECT_EQ(result.stop.has_value(), stops) << content;
     EXPECT_EQ(names, expected) << content;
@@ -31,8 +30,9 @@ TEST(DeviceFiles, ReadingWritingAndThePanel) {
   expectRead(";", "-1", 0, true, {"old"});
   expectRead("X", "40000", 0, true, {"old"});
   DeviceNames names(4);
+  const auto nothing = [](std::string_view) { return ReadResult{}; };
   for (const std::string name : {"none", "../d.csv"}) {
-    EXPECT_EQ(ReadDevicesFile(*files, folder.path(), name, "1", names).stop.value().line, 0U);
+    EXPECT_EQ(tablesIn(*files, folder.path())(name, nothing).stop.value().line, 0U);
   }
   EXPECT_EQ(UpdateDevicesFile("A\r\n B\r\n", names), 4);
   EXPECT_EQ(names, (DeviceNames{"A", " B", "", "DEVICE 3"}));

@@ -27,12 +27,10 @@ std::string repeated(const std::string& line, int count) {
 class TableFiles : public ::testing::Test {
  protected:
   ReadResult readHistory(const std::string& content) {
-    folder.write("t.csv", content);
-    return ReadHistoryFile(*files, file, history, historyCount);
+    return ReadHistoryFile(content, history, historyCount);
   }
   ReadResult readAlarms(const std::string& content) {
-    folder.write("t.csv", content);
-    return ReadAlarmWatchFile(*files, file, alarms, alarmCount);
+    return ReadAlarmWatchFile(content, alarms, alarmCount);
   }
 
   FormTexts form{.exportName = "MYSRV",

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "core/project_on_disk.h"
+#include "tables/project_on_disk.h"
 
 #include <algorithm>
 #include <optional>
 #include <span>
 #include <tuple>
 
-#include "core/project.h"
+#include "tables/project.h"
 #include "tables/row_pairs.h"
 #include "tables/row_rules.h"
 
@@ -65,8 +65,8 @@ RowPairs pairsOf(const PackedTexts& held, std::span<const PropertyRecord> rows) 
   return pairRows(before, after);
 }
 
-void compareProperties(const Project& project, Unwritten& result) {
-  const PackedTexts& held = project.onDisk.properties;
+void compareProperties(const Project& project, const ProjectOnDisk& disk, Unwritten& result) {
+  const PackedTexts& held = disk.properties;
   const auto rows = liveRows(project.exportTable, project.exportCount);
   // As a rule nothing has been taken out, and this runs behind each act.
   if (const auto beyond = rowsBeyond(held, rows)) {
@@ -101,8 +101,8 @@ void compareNames(const PackedTexts& held, const DeviceNames& names, ByItself by
   }
 }
 
-void compareNameLists(const Project& project, ByItself byItself, Unwritten& result) {
-  const ProjectOnDisk& disk = project.onDisk;
+void compareNameLists(const Project& project, const ProjectOnDisk& disk, ByItself byItself,
+                      Unwritten& result) {
   const PackedTexts nothing;
   for (const PropertyRecord& row : liveRows(project.exportTable, project.exportCount)) {
     if (!row.hasDeviceList) continue;
@@ -112,11 +112,11 @@ void compareNameLists(const Project& project, ByItself byItself, Unwritten& resu
   }
 }
 
-Unwritten rowsNotHeld(const Project& project) {
+Unwritten rowsNotHeld(const Project& project, const ProjectOnDisk& disk) {
   Unwritten result;
-  compareProperties(project, result);
-  result.historyRows = static_cast<std::size_t>(project.historyCount - project.onDisk.historyRows);
-  result.alarmRows = static_cast<std::size_t>(project.alarmCount - project.onDisk.alarmRows);
+  compareProperties(project, disk, result);
+  result.historyRows = static_cast<std::size_t>(project.historyCount - disk.historyRows);
+  result.alarmRows = static_cast<std::size_t>(project.alarmCount - disk.alarmRows);
   return result;
 }
 
@@ -135,31 +135,32 @@ PackedTexts::PackedTexts(const DeviceNames& names) {
   for (const std::string& name : names) add(name);
 }
 
-Unwritten findDroppable(const Project& project) {
-  Unwritten result = rowsNotHeld(project);
-  compareNameLists(project, ByItself::doNotCount, result);
+Unwritten findDroppable(const Project& project, const ProjectOnDisk& disk) {
+  Unwritten result = rowsNotHeld(project, disk);
+  compareNameLists(project, disk, ByItself::doNotCount, result);
   return result;
 }
 
-Unwritten findUnwritten(const Project& project) {
-  Unwritten result = rowsNotHeld(project);
-  compareNameLists(project, ByItself::count, result);
+Unwritten findUnwritten(const Project& project, const ProjectOnDisk& disk) {
+  Unwritten result = rowsNotHeld(project, disk);
+  compareNameLists(project, disk, ByItself::count, result);
   if (!project.deviceNamesDefined) return result;
-  compareNames(project.onDisk.deviceNames, project.deviceNames, ByItself::count, result);
+  compareNames(disk.deviceNames, project.deviceNames, ByItself::count, result);
   return result;
 }
 
-Unwritten findLostByReading(const Project& project, bool readsNames) {
-  Unwritten result = findDroppable(project);
+Unwritten findLostByReading(const Project& project, const ProjectOnDisk& disk, bool readsNames) {
+  Unwritten result = findDroppable(project, disk);
   if (!project.deviceNamesDefined || !readsNames) return result;
-  compareNames(project.onDisk.namesRead, project.deviceNames, ByItself::doNotCount, result);
+  compareNames(disk.namesRead, project.deviceNames, ByItself::doNotCount, result);
   return result;
 }
 
 PackedTexts namesIn(const FileSystem& files, std::string_view folder, std::string_view file) {
   constexpr std::string_view noEnd = "32767";
   DeviceNames names;
-  ReadDevicesFile(files, folder, file, noEnd, names);
+  tablesIn(files, folder)(
+      file, [&](std::string_view content) { return ReadDevicesFile(content, noEnd, names); });
   while (!names.empty() && names.back().empty()) names.pop_back();
   return PackedTexts(names);
 }

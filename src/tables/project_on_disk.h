@@ -82,15 +82,15 @@ struct Unwritten {
 /// That is the same count as long as the files hold nothing that the readers leave out, each list
 /// of names has been read and belongs to one property, and nobody else writes here. The line that
 /// Done adds to the history for the property in the form does not count: it is no row of the state.
-Unwritten findUnwritten(const Project& project);
+Unwritten findUnwritten(const Project& project, const ProjectOnDisk& disk);
 
 /// The part of it that a change of directory drops: all but the server's device names, which go
 /// along.
-Unwritten findDroppable(const Project& project);
+Unwritten findDroppable(const Project& project, const ProjectOnDisk& disk);
 
 /// What reading the project anew can't bring back. The server's device names stay unless a file of
 /// them is read.
-Unwritten findLostByReading(const Project& project, bool readsNames);
+Unwritten findLostByReading(const Project& project, const ProjectOnDisk& disk, bool readsNames);
 
 /// The names in a file of device names, as far as a reader comes.
 PackedTexts namesIn(const FileSystem& files, std::string_view folder, std::string_view file);
