@@ -8,7 +8,7 @@
 namespace kova {
 namespace {
 
-void start(const Wizard& wizard, const std::string& commandLine) {
+void start(Wizard& wizard, const std::string& commandLine) {
   try {
     wizard.platform.programs.start(commandLine);
   } catch (const Failure& failure) {
@@ -18,7 +18,7 @@ void start(const Wizard& wizard, const std::string& commandLine) {
 
 }  // namespace
 
-void startGenerators(const Wizard& wizard) {
+void startGenerators(Wizard& wizard) {
   const std::string& project = projectDirectory(wizard);
   if (wizard.form.vbProject.ticked()) start(wizard, "vbskelgen.exe " + project);
   if (wizard.form.cProject.ticked()) start(wizard, "cskelgen.exe " + project + " LINUX");

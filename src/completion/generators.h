@@ -7,6 +7,6 @@
 namespace kova {
 
 /// Starts the ticked generators one behind the other. One that can't be started costs a message.
-void startGenerators(const Wizard& wizard);
+void startGenerators(Wizard& wizard);
 
 }  // namespace kova

@@ -97,6 +97,14 @@ std::string upperCase(std::string_view text) {
   return upper;
 }
 
+std::string lowerCase(std::string_view text) {
+  std::string lower(text);
+  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  return lower;
+}
+
 void fillCombos(Wizard& wizard) {
   Form1& form = wizard.form;
   for (const std::string_view mode : accessModes) form.AccessMode.add(mode);

@@ -18,6 +18,7 @@ bool isAccessMode(std::string_view text);
 
 /// The letters a to z in their upper case.
 std::string upperCase(std::string_view text);
+std::string lowerCase(std::string_view text);
 
 /// Short form of the code that a name stands for, case ignored, 255 if there is none.
 std::uint8_t formatFromString(std::string_view name);

@@ -1,16 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "core/status.h"
 
+#include "tables/quoting.h"
+
 namespace kova {
-namespace {
-
-/// A number and its noun: "1 row", "3 rows".
-std::string counted(std::size_t number, std::string_view singular, std::string_view plural) {
-  return std::to_string(number) + " " + std::string(number == 1 ? singular : plural);
-}
-
-}  // namespace
-
 std::string listed(const Unwritten& rows) {
   std::string text;
   const auto count = [&](std::size_t number, std::string_view singular, std::string_view plural) {
@@ -35,10 +28,9 @@ std::string droppedSentence(const Dropped& dropped) {
   const std::size_t rows = dropped.unwritten.rows();
   const std::size_t removals = dropped.unwritten.removals;
   std::string text;
-  if (rows > 0) text = counted(rows, "unwritten row", "unwritten rows");
+  if (rows > 0) text = counted(rows, "unwritten row");
   if (removals > 0) {
-    text += (text.empty() ? "" : " and ") +
-            counted(removals, "unwritten removal", "unwritten removals");
+    text += (text.empty() ? "" : " and ") + counted(removals, "unwritten removal");
   }
   if (!text.empty()) text += " dropped by the change of directory. ";
   if (dropped.preparedList.empty()) return text;
@@ -49,14 +41,14 @@ std::string droppedSentence(const Dropped& dropped) {
 /// Names of devices that there are not; "Done would write" them away.
 std::string skippedSentence(std::string_view read, std::string_view written, std::size_t names) {
   if (names == 0) return {};
-  return " " + counted(names, "line", "lines") + " of " + std::string(read) +
+  return " " + counted(names, "line") + " of " + std::string(read) +
          " beyond the number of devices skipped: Done writes " + std::string(written) +
          " without " + (names == 1 ? "it." : "them.");
 }
 
 std::string linesBeyondSentence(std::size_t lines) {
   if (lines == 0) return {};
-  return " " + counted(lines, "line", "lines") +
+  return " " + counted(lines, "line") +
          " of the device box beyond the number of devices not taken.";
 }
 
@@ -70,16 +62,16 @@ std::string notesSentence(const CommitNotes& notes) {
 }
 
 std::string deletedPart(std::size_t backups) {
-  return counted(backups, "old backup", "old backups") + " deleted";
+  return counted(backups, "old backup") + " deleted";
 }
 
 std::string readSentence(const WizardState& state, const ProjectRead& project) {
   const auto rows = [](std::int16_t count) { return static_cast<std::size_t>(count); };
   return "Project read: " + counted(rows(state.project.exportCount), "property", "properties") +
-         ", " + counted(rows(state.project.historyCount), "history row", "history rows") + ", " +
-         counted(rows(state.project.alarmCount), "alarm watch row", "alarm watch rows") + ", " +
-         counted(rows(project.devices.result.rows), "device name", "device names") + "; " +
-         counted(project.backups, "backup", "backups") + " made" +
+         ", " + counted(rows(state.project.historyCount), "history row") + ", " +
+         counted(rows(state.project.alarmCount), "alarm watch row") + ", " +
+         counted(rows(project.devices.result.rows), "device name") + "; " +
+         counted(project.backups, "backup") + " made" +
          (project.backupsDeleted > 0 ? ", " + deletedPart(project.backupsDeleted) : "") + ".";
 }
 
@@ -204,8 +196,8 @@ void reportNothingRemoved(Wizard& wizard) {
 }
 
 void reportNamesDropped(Wizard& wizard, std::size_t names, std::int16_t devices) {
-  report(wizard, counted(names, "device name", "device names") +
-                     " dropped: the number of devices fell to " + std::to_string(devices) + ".");
+  report(wizard, counted(names, "device name") + " dropped: the number of devices fell to " +
+                     std::to_string(devices) + ".");
 }
 
 void reportLinesBeyond(Wizard& wizard, std::size_t lines) {
@@ -252,7 +244,7 @@ void reportForeignChanges(Wizard& wizard) {
 }
 
 void reportRestored(Wizard& wizard, std::size_t files) {
-  report(wizard, counted(files, "file", "files") + " restored. " + wizard.statusLine.sentence);
+  report(wizard, counted(files, "file") + " restored. " + wizard.statusLine.sentence);
 }
 
 void reportNotFinished(Wizard& wizard) {

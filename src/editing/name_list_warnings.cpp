@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "tables/device_files.h"
+#include "tables/quoting.h"
 
 namespace kova {
 namespace {
@@ -58,8 +59,8 @@ std::string nameListWarning(const Wizard& wizard) {
   const DeviceNames* const list = listInBox(wizard);
   if (list == nullptr || list->empty()) return {};
   if (lastName(wizard.form.deviceNamesInputText.text()) > list->size()) {
-    return "The list has room for " + std::to_string(list->size()) +
-           (list->size() == 1 ? " name" : " names") + ": the lines behind are dropped.";
+    return "The list has room for " + counted(list->size(), "name") +
+           ": the lines behind are dropped.";
   }
   return cutNames(wizard, *list);
 }

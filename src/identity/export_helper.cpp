@@ -44,10 +44,10 @@ std::string getNextParameterSuggestion(std::string_view tag, std::string_view te
 /// Puts `text` into the box, the caret behind it, the focus into it. A window that is not on screen
 /// yet can't take the focus; the box is then empty.
 void fillBox(ExportHelper& helper, const std::string& text) {
+  helper.ParamText.setText(helper.window.visible() ? text : "");
+  if (!helper.window.visible()) return;
+  helper.ParamText.setCaret(behindAnyText);
   try {
-    helper.ParamText.setText(text);
-    helper.ParamText.setCaret(behindAnyText);
-    if (!helper.window.visible()) throw Failure("the dialog is not on screen");
     helper.ParamText.setFocus();
   } catch (const Failure&) {
     helper.ParamText.setText("");

@@ -2,6 +2,7 @@
 #include "project_tool/json.h"
 #include "review/project_reading.h"
 #include "tables/number_text.h"
+#include "tables/quoting.h"
 #include "tables/range_prefix.h"
 #include "tables/row_rules.h"
 
@@ -125,7 +126,7 @@ class JsonProject {
 void printRows(const Tool& tool, const ProjectReading& project, std::string_view file,
                std::size_t count) {
   const TableText& table = project.table(file);
-  tool.out << '\n' << file << ": " << count << (count == 1 ? " row\n" : " rows\n");
+  tool.out << '\n' << file << ": " << counted(count, "row") << '\n';
   for (const TextRow& row : table.rows) {
     if (count-- == 0) break;
     tool.out << "  line " << row.line << ':';

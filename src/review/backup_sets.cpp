@@ -11,6 +11,7 @@
 #include "completion/table_writer.h"
 #include "review/table_text.h"
 #include "tables/backup.h"
+#include "tables/quoting.h"
 
 namespace kova {
 namespace {
@@ -96,8 +97,7 @@ std::string ageText(std::int32_t stamp, std::int32_t now) {
   const std::int64_t age = std::max<std::int64_t>(std::int64_t{now} - stamp, 0);
   const auto* const unit = std::find_if(units.begin(), units.end() - 1,
                                         [&](const Unit& one) { return age >= one.seconds; });
-  const std::int64_t count = age / unit->seconds;
-  return std::to_string(count) + ' ' + unit->name + (count == 1 ? "" : "s");
+  return counted(static_cast<std::size_t>(age / unit->seconds), unit->name);
 }
 
 ProjectFiles filesOf(const FileSystem& files, const Path& folder, const BackupSet& set) {

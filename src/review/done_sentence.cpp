@@ -2,12 +2,13 @@
 #include "review/done_sentence.h"
 
 #include "review/preview.h"
+#include "tables/quoting.h"
 
 namespace kova {
 namespace {
 
 std::string rowCount(std::int16_t rows) {
-  return std::to_string(rows) + (rows == 1 ? " row" : " rows");
+  return counted(static_cast<std::size_t>(rows), "row");
 }
 
 /// " (2 rows)" behind the two tables whose rows the engineer adds one by one.

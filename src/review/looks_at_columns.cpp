@@ -5,8 +5,9 @@
 #include <string>
 
 #include "core/data_formats.h"
-#include "review/field_words.h"
 #include "review/looks.h"
+#include "tables/number_text.h"
+#include "tables/quoting.h"
 
 namespace kova::looks {
 namespace {
@@ -37,7 +38,7 @@ std::string linesBehind(const ProjectReading& project, const Reading& reading) {
   const auto behind = std::count_if(rows.begin(), rows.end(), [&](const TextRow& row) {
     return row.line >= reading.result->stop->line;
   });
-  return std::to_string(behind) + (behind == 1 ? " line is" : " lines are") + " not read";
+  return counted(static_cast<std::size_t>(behind), "line is", "lines are") + " not read";
 }
 
 template <class LookAt>
@@ -206,7 +207,8 @@ void textForNumber(const ProjectReading& project, const Report& report) {
                          std::string_view text) {
     if (column.kind == FieldKind::text || column.kind == FieldKind::made || isNumber(text)) return;
     // Without a number of devices the reading stops, which is a matter of its own.
-    if (table.kind == TableKind::exports && column.tag == "NUM_MODULES") return;
+    if (table.kind == TableKind::exports && column.tag == tagOf(&PropertyRecord::numModules))
+      return;
     report(place, quoted(text) + " is no number for column " + std::string(column.tag));
   });
 }

@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "core/data_formats.h"
-#include "review/field_words.h"
 #include "review/looks.h"
 #include "tables/device_files.h"
 #include "tables/number_text.h"
+#include "tables/quoting.h"
 #include "tables/row_rules.h"
 
 namespace kova::looks {

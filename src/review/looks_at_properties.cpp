@@ -6,11 +6,11 @@
 #include <string>
 
 #include "core/data_formats.h"
-#include "review/field_words.h"
 #include "review/looks.h"
 #include "tables/device_files.h"
 #include "tables/number_text.h"
 #include "tables/process_templates.h"
+#include "tables/quoting.h"
 #include "tables/range_prefix.h"
 #include "tables/row_rules.h"
 

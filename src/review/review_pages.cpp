@@ -13,13 +13,10 @@
 #include "review/overlay_files.h"
 #include "review/preview.h"
 #include "review/project_reading.h"
+#include "tables/quoting.h"
 
 namespace kova {
 namespace {
-
-std::string counted(std::size_t number, std::string_view singular, std::string_view plural) {
-  return std::to_string(number) + ' ' + std::string(number == 1 ? singular : plural);
-}
 
 std::string_view wordOf(Sign sign) {
   switch (sign) {
@@ -68,7 +65,7 @@ std::string joined(const std::vector<std::string>& names) {
 const FieldChange* onlyField(std::string_view file, const RowChange& row) {
   const FieldChange* only = nullptr;
   for (const FieldChange& field : row.fields) {
-    if (kindOfFile(file) == TableKind::devices && field.column == "DEVICE_NUMBER") continue;
+    if (kindOfFile(file) == TableKind::devices && field.column == deviceNumberTag) continue;
     if (only != nullptr) return nullptr;
     only = &field;
   }
@@ -125,8 +122,8 @@ std::string headingOf(const Wizard& wizard, const Preview& done,
   if (files.empty()) return "Done would change nothing: every file has these rows already.";
   const Unwritten changes = countChanges(files);
   const std::string kinds = listed(changes);
-  return "Done would change " + counted(changes.all(), "row", "rows") + " in " +
-         counted(files.size(), "file", "files") + " of " + done.folder +
+  return "Done would change " + counted(changes.all(), "row") + " in " +
+         counted(files.size(), "file") + " of " + done.folder +
          (kinds.empty() ? "" : ": " + kinds) +
          (done.addsHistoryRow ? "; history.csv gets " + formRowText(wizard) : "") + '.';
 }
@@ -189,8 +186,8 @@ ReviewPage findingsPage(const FileSystem& files, const std::string& folder,
     page.groups = groupsOf(project, findings);
     page.heading = findings.empty()
                        ? "Nothing found in what would lie in " + folder + " after Done."
-                       : counted(findings.size(), "finding", "findings") +
-                             " in what would lie in " + folder + " after Done.";
+                       : counted(findings.size(), "finding") + " in what would lie in " + folder +
+                             " after Done.";
   } catch (const Failure&) {
     page.heading = "There is no project to look at yet.";
   }
@@ -256,7 +253,7 @@ std::string restoreQuestion(const Wizard& wizard, const BackupSet& set) {
   const std::size_t rows =
       findLostByReading(wizard.state.project, wizard.state.onDisk, willReadNames(wizard)).all();
   const std::string what = set.files.size() == 1 ? files.text(set.files.front().name)
-                                                 : counted(set.files.size(), "file", "files");
+                                                 : counted(set.files.size(), "file");
   return "Restore " + what + " as of " + localTime(set.first) + " ?\r\n" +
          (rows == 0 ? ""
                     : counted(rows, "row or name that is", "rows and names that are") +

@@ -24,18 +24,10 @@ TextRow rowOf(std::string_view line, std::size_t number) {
   return row;
 }
 
-std::int16_t positionOf(const ColumnFacts& column, std::string_view header) {
-  for (const std::string_view tag : column.otherTags) {
-    const std::int16_t position = tag.empty() ? std::int16_t{-1} : getCsvColumn(header, tag);
-    if (position >= 0) return position;
-  }
-  return getCsvColumn(header, column.tag);
-}
-
 std::vector<std::int16_t> positionsIn(TableKind kind, std::string_view header) {
   std::vector<std::int16_t> positions;
   for (const ColumnFacts& column : columnsOf(kind)) {
-    positions.push_back(positionOf(column, header));
+    positions.push_back(positionIn(header, column));
   }
   return positions;
 }

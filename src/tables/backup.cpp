@@ -11,9 +11,6 @@ namespace kova {
 
 namespace {
 
-// Ten digits, from the year 2001 on. Smaller numbers are numbers of channels, days, versions.
-constexpr std::int32_t smallestOldStamp = 1'000'000'000;
-
 std::string_view baseOf(std::string_view name) {
   return name.substr(0, name.find('.'));
 }
@@ -123,7 +120,7 @@ FileVerdict classify(std::string_view name, const std::vector<std::string>& name
   }
   // Of any length, or a clock that stands in the seventies would take each backup for a new file.
   if (parts->stamp >= std::int64_t{now} - backupAge) return FileVerdict::backupKept;
-  return parts->stamp >= smallestOldStamp ? FileVerdict::backupDeleted : FileVerdict::inUse;
+  return parts->stamp >= smallestOldTimestamp ? FileVerdict::backupDeleted : FileVerdict::inUse;
 }
 
 std::string backupName(std::string_view name, std::int32_t stamp) {

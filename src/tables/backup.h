@@ -18,6 +18,9 @@ namespace kova {
 /// Age in seconds up to which a backup stays.
 inline constexpr std::int32_t backupAge = 144000;
 
+/// Ten digits, from the year 2001 on. Smaller numbers are numbers of channels, days, versions.
+inline constexpr std::int32_t smallestOldTimestamp = 1'000'000'000;
+
 enum class FileVerdict { inUse, backupKept, backupDeleted };
 
 /// What the name of a plain file tells at the time `now`, among the sorted `names` of its folder. A

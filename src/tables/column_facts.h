@@ -7,6 +7,8 @@
 #include <span>
 #include <string_view>
 
+#include "tables/tagged_csv.h"
+
 namespace kova {
 
 /// What a field of a column becomes when it is read.
@@ -24,5 +26,15 @@ struct ColumnFacts {
   FieldKind kind = FieldKind::text;
   bool mayBeMissing = false;  ///< no project lacks anything without it
 };
+
+/// Position of a column in a header, -1 if it is not there: its other names come first.
+template <class Column>
+std::int16_t positionIn(std::string_view header, const Column& column) {
+  for (const std::string_view tag : column.otherTags) {
+    const std::int16_t position = tag.empty() ? std::int16_t{-1} : getCsvColumn(header, tag);
+    if (position >= 0) return position;
+  }
+  return getCsvColumn(header, column.tag);
+}
 
 }  // namespace kova

@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <system_error>
 
 #include "platform/failure.h"
@@ -112,7 +113,17 @@ bool readShortNumber(std::string_view text, double& value) {
   return true;
 }
 
-std::string quoted(std::string_view text) {
+/// The number that the text is as a whole, which may be infinite.
+std::optional<double> wholeNumber(std::string_view text) {
+  constexpr std::string_view blanks = " \t";
+  const auto first = std::min(text.find_first_not_of(blanks), text.size());
+  const auto number = text.substr(first, text.find_last_not_of(blanks) + 1 - first);
+  const LeadingNumber leading = leadingNumber(std::string(number));
+  if (leading.length == 0 || leading.length != number.size()) return std::nullopt;
+  return leading.value;
+}
+
+std::string shortened(std::string_view text) {
   constexpr std::size_t shown = 40;
   std::string quote = '"' + std::string(text.substr(0, shown));
   return quote + (text.size() > shown ? "...\"" : "\"");
@@ -164,15 +175,15 @@ double textValue(std::string_view text) {
 }
 
 double strictValue(std::string_view text) {
-  constexpr std::string_view blanks = " \t";
-  const auto first = std::min(text.find_first_not_of(blanks), text.size());
-  const auto number = text.substr(first, text.find_last_not_of(blanks) + 1 - first);
-  const LeadingNumber leading = leadingNumber(std::string(number));
-  if (leading.length == 0 || leading.length != number.size()) {
-    throw Failure(quoted(text) + " is not a number");
-  }
-  if (!std::isfinite(leading.value)) throw Failure(quoted(text) + " is too large");
-  return leading.value;
+  const auto value = wholeNumber(text);
+  if (!value) throw Failure(shortened(text) + " is not a number");
+  if (!std::isfinite(*value)) throw Failure(shortened(text) + " is too large");
+  return *value;
+}
+
+bool isNumber(std::string_view text) {
+  const auto value = wholeNumber(text);
+  return value && std::isfinite(*value);
 }
 
 std::int16_t toInt16(double value) {

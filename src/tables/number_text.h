@@ -18,6 +18,8 @@ double textValue(std::string_view text);
 /// one decimal point, an exponent, or &H / &O and digits. Throws Failure for any other text, the
 /// empty one included, and for a number too large for a double.
 double strictValue(std::string_view text);
+/// `strictValue` takes the text.
+bool isNumber(std::string_view text);
 
 /// The nearest whole number, a half going to the even neighbour. Throws Failure if it does not fit
 /// the type.
