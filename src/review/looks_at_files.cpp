@@ -160,7 +160,7 @@ void orphanBackup(const ProjectReading& project, const Report& report) {
   constexpr std::int32_t smallestStamp = 1'000'000'000;
   for (const std::string& name : project.names) {
     const auto parts = stampedName(name);
-    if (!parts || parts->stamp < smallestStamp) continue;
+    if (!parts || parts->stamp < smallestStamp || project.nameLists.contains(name)) continue;
     if (std::binary_search(project.names.begin(), project.names.end(), parts->original)) continue;
     report({name}, "a backup of " + parts->original + ", which is not there");
   }
