@@ -2,27 +2,33 @@
 #include "desktop/act_filter.h"
 
 #include <QAbstractButton>
+#include <QCoreApplication>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QShortcutEvent>
 
 namespace kova {
 namespace {
 
-/// Enter goes on and on in a text of several lines alone.
-bool isHeldEnter(const QObject* watched, const QEvent* event) {
-  if (event->type() != QEvent::KeyPress) return false;
-  const auto* key = static_cast<const QKeyEvent*>(event);
-  const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
-  return enter && key->isAutoRepeat() && qobject_cast<const QPlainTextEdit*>(watched) == nullptr;
+bool isEnter(const QKeyEvent& key) {
+  return key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+}
+
+/// Such a key may press something.
+bool mayPress(const QKeyEvent& key) {
+  return isEnter(key) || key.key() == Qt::Key_Space || key.key() == Qt::Key_Select;
+}
+
+bool isTypedInto(const QObject* widget, const QKeyEvent& key) {
+  return qobject_cast<const QPlainTextEdit*>(widget) != nullptr ||
+         (!isEnter(key) && qobject_cast<const QLineEdit*>(widget) != nullptr);
 }
 
 }  // namespace
 
 bool ActFilter::eventFilter(QObject* watched, QEvent* event) {
-  if (isHeldEnter(watched, event)) return true;
   if (event->type() == QEvent::Shortcut && !static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
     if (auto* button = qobject_cast<QAbstractButton*>(watched)) {
-      button->setShortcutAutoRepeat(static_cast<QShortcutEvent*>(event)->shortcutId(), false);
       button->setFocus(Qt::ShortcutFocusReason);
       button->click();
       return true;
@@ -33,6 +39,45 @@ bool ActFilter::eventFilter(QObject* watched, QEvent* event) {
     return true;
   }
   return QObject::eventFilter(watched, event);
+}
+
+HeldKeys::HeldKeys(bool inPairs) : inPairs_(inPairs) {}
+
+bool HeldKeys::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Shortcut) return shortcutRepeats_;
+  const bool press = event->type() == QEvent::KeyPress;
+  const bool release = event->type() == QEvent::KeyRelease;
+  if (!press && !release && event->type() != QEvent::ShortcutOverride) return false;
+  auto& key = *static_cast<QKeyEvent*>(event);
+  if (!watched->isWindowType()) {
+    return press && key.isAutoRepeat() && mayPress(key) && !isTypedInto(watched, key);
+  }
+  if (press) return markRepeat(*watched, key);
+  if (!release) {
+    shortcutRepeats_ = isRepeat(key);
+    // The filter for screen readers copies keys without their times: it has to come after this one.
+    QCoreApplication::instance()->installEventFilter(this);
+  } else if (key.timestamp() != 0) {
+    releasedKey_ = key.key();
+    releasedAt_ = key.timestamp();
+  }
+  return false;
+}
+
+bool HeldKeys::isRepeat(const QKeyEvent& press) const {
+  return press.isAutoRepeat() ||
+         (inPairs_ && press.key() == releasedKey_ && press.timestamp() == releasedAt_);
+}
+
+/// Hands on a repeat that the toolkit has not recognized, as what it is. False if it is none.
+bool HeldKeys::markRepeat(QObject& window, QKeyEvent& press) const {
+  if (press.isAutoRepeat() || !mayPress(press) || !isRepeat(press)) return false;
+  QKeyEvent repeat(press.type(), press.key(), press.modifiers(), press.nativeScanCode(),
+                   press.nativeVirtualKey(), press.nativeModifiers(), press.text(), true);
+  repeat.setTimestamp(press.timestamp());
+  QCoreApplication::sendEvent(&window, &repeat);
+  press.setAccepted(repeat.isAccepted());
+  return true;
 }
 
 bool EndOfActs::eventFilter(QObject* watched, QEvent* event) {

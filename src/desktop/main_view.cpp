@@ -38,7 +38,9 @@ void keepTextsReadable() {
 }  // namespace
 
 MainView::MainView(SetupWizard& setup, const CodePage& codePage)
-    : setup_(setup), codePage_(codePage) {
+    : setup_(setup),
+      codePage_(codePage),
+      heldKeys_(QGuiApplication::platformName() == QStringLiteral("xcb")) {
   setObjectName(QStringLiteral("Form1"));
   afterPalette_.setSingleShot(true);
   connect(&afterPalette_, &QTimer::timeout, this, &keepTextsReadable);
@@ -51,6 +53,7 @@ MainView::MainView(SetupWizard& setup, const CodePage& codePage)
   buildMenu();
   helper_ = std::make_unique<HelperView>(setup_.helper, codePage_, *this);
   attach();
+  qApp->installEventFilter(&heldKeys_);
 }
 
 void MainView::buildForm() {

@@ -65,6 +65,7 @@ class MainView : public QMainWindow {
   std::unique_ptr<LongAct> longAct_;
   std::unique_ptr<HelperView> helper_;
   std::unique_ptr<ReviewWindow> review_;
+  HeldKeys heldKeys_;
   EndOfActs endOfActs_;
   QTimer afterPalette_;
   QTimer afterPointer_;

@@ -95,9 +95,7 @@ MessageBox messageBoxes(QWidget& window, const CodePage& codePage, const std::st
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     const QString text = toShownMessage(message.text, codePage);
     box.setText(text.left(longestLabel));
-    // What is still held down from before has not been an answer.
     ActFilter acts;
-    box.installEventFilter(&acts);
     const auto buttons = buttonsOf(message);
     for (const AnswerButton& one : buttons) {
       box.addButton(one.button)->installEventFilter(&acts);

@@ -3,8 +3,13 @@
 
 #include <QAccessible>
 #include <QEvent>
+#include <QHash>
+#include <QScrollBar>
 #include <QStyle>
+#include <QTreeWidgetItemIterator>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
 
 #include "desktop/colours.h"
 #include "desktop/text_seam.h"
@@ -14,7 +19,9 @@ namespace {
 
 constexpr int propertyRole = Qt::UserRole;
 constexpr int wholeRole = Qt::UserRole + 1;
-constexpr int widestColumn = 48;  // characters
+constexpr int keyRole = Qt::UserRole + 2;
+constexpr int pathRole = Qt::UserRole + 3;  // keys of the line and of those that it lies below
+constexpr int widestColumn = 48;            // characters
 
 QColor colourOf(Tone tone) {
   switch (tone) {
@@ -39,6 +46,27 @@ void tellCurrent(QWidget& view) {
   QAccessibleEvent focus(current, QAccessible::Focus);
   QAccessible::updateAccessibility(&focus);
 }
+
+QByteArray pathOf(const QTreeWidgetItem& item) {
+  return item.data(0, pathRole).toByteArray();
+}
+
+/// How far a view is scrolled.
+class ScrolledPlace {
+ public:
+  explicit ScrolledPlace(QAbstractItemView& view)
+      : view_(view),
+        place_(view.horizontalScrollBar()->value(), view.verticalScrollBar()->value()) {}
+  void restore() const {
+    view_.doItemsLayout();  // the bars have their new ends afterwards
+    view_.horizontalScrollBar()->setValue(place_.x());
+    view_.verticalScrollBar()->setValue(place_.y());
+  }
+
+ private:
+  QAbstractItemView& view_;
+  QPoint place_;
+};
 
 }  // namespace
 
@@ -89,33 +117,53 @@ void ReviewPageView::addBelow(QWidget* widget) {
 }
 
 void ReviewPageView::show(const ReviewPage& page) {
-  if (page == page_) return;
-  const bool sameColumns = page.columns == page_.columns;
-  page_ = page;
+  const bool same = page == page_;
+  const ReviewPage former = std::exchange(page_, page);
+  if (same) return showGroups();
   heading_->setText(shown(page_.heading));
-  if (!sameColumns) {
+  if (page_.columns != former.columns) {
     QStringList columns;
     for (const std::string& column : page_.columns) columns << shown(column);
     lines_->setHeaderLabels(columns);
   }
-  fillGroups();
+  const ReviewGroup* before = chosenOf(former);
+  const bool wasEmpty = former.groups.empty() && !page_.groups.empty();
+  refillGroups(wasEmpty ? page_.groups.front().key : chosenGroup());
+  const ReviewGroup* now = chosenOf(page_);
+  if (before == nullptr || now == nullptr) {
+    fillLines();
+  } else if (before->lines != now->lines) {
+    refillLines();
+  }
+  if (moved) moved();
 }
 
-int ReviewPageView::currentGroup() const {
+std::string ReviewPageView::chosenGroup() const {
   const QList<QListWidgetItem*> selected = groups_->selectedItems();
-  return selected.isEmpty() ? -1 : groups_->row(selected.front());
+  if (selected.isEmpty()) return {};
+  return selected.front()->data(keyRole).toByteArray().toStdString();
 }
 
-int ReviewPageView::currentLine() const {
+std::string ReviewPageView::chosenLine() const {
   const QList<QTreeWidgetItem*> selected = lines_->selectedItems();
   const QTreeWidgetItem* item = selected.isEmpty() ? nullptr : selected.front();
   while (item != nullptr && item->parent() != nullptr) item = item->parent();
-  return item == nullptr ? -1 : lines_->indexOfTopLevelItem(const_cast<QTreeWidgetItem*>(item));
+  return item == nullptr ? std::string() : item->data(0, keyRole).toByteArray().toStdString();
+}
+
+/// `page` is the one whose groups are on screen.
+const ReviewGroup* ReviewPageView::chosenOf(const ReviewPage& page) const {
+  const QList<QListWidgetItem*> selected = groups_->selectedItems();
+  if (selected.isEmpty()) return nullptr;
+  return &page.groups.at(static_cast<std::size_t>(groups_->row(selected.front())));
 }
 
 void ReviewPageView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) fillGroups();
+  if (event->type() == QEvent::PaletteChange) {
+    showGroups();
+    refillLines();
+  }
 }
 
 bool ReviewPageView::eventFilter(QObject* watched, QEvent* event) {
@@ -128,31 +176,33 @@ bool ReviewPageView::eventFilter(QObject* watched, QEvent* event) {
   return done;
 }
 
-void ReviewPageView::fillGroups() {
-  const int before = currentGroup();
-  const QString current =
-      before < 0 ? QString() : groups_->item(before)->data(Qt::UserRole).toString();
-  {
-    const QSignalBlocker quiet(groups_);
-    groups_->clear();
-    for (const ReviewGroup& group : page_.groups) {
-      const QString name = shown(group.name);
-      const QString count = QString::number(group.lines.size());
-      auto* item = new QListWidgetItem(
-          QStringLiteral("%1 %2 (%3)").arg(shown(group.sign), name, count), groups_);
-      item->setData(Qt::UserRole, name);
-      item->setData(Qt::AccessibleTextRole,
-                    QStringLiteral("%1 %2, %3").arg(shown(group.spoken), name, count).trimmed());
-      if (group.tone != Tone::plain) {
-        item->setBackground(tinted(palette(), colourOf(group.tone)));
-      }
-      if (name == current) groups_->setCurrentItem(item);
-    }
-    if (groups_->currentRow() < 0) groups_->setCurrentRow(0);
+void ReviewPageView::refillGroups(const std::string& chosen) {
+  const QSignalBlocker quiet(groups_);
+  const ScrolledPlace place(*groups_);
+  groups_->clear();
+  for (const ReviewGroup& group : page_.groups) {
+    auto* item = new QListWidgetItem(groups_);
+    item->setData(keyRole, QByteArray::fromStdString(group.key));
+    if (group.key == chosen) groups_->setCurrentItem(item);
+  }
+  showGroups();
+  place.restore();
+}
+
+/// In the items that are there.
+void ReviewPageView::showGroups() {
+  for (int row = 0; row < groups_->count(); ++row) {
+    const ReviewGroup& group = page_.groups[static_cast<std::size_t>(row)];
+    const QString age = group.age.empty() ? QString() : QStringLiteral(", ") + shown(group.age);
+    const QString name = shown(group.name) + age;
+    const QString count = QString::number(group.lines.size());
+    QListWidgetItem* item = groups_->item(row);
+    item->setText(QStringLiteral("%1 %2 (%3)").arg(shown(group.sign), name, count));
+    item->setData(Qt::AccessibleTextRole,
+                  QStringLiteral("%1 %2, %3").arg(shown(group.spoken), name, count).trimmed());
+    if (group.tone != Tone::plain) item->setBackground(tinted(palette(), colourOf(group.tone)));
   }
   makeRoomForGroups();
-  fillLines();
-  if (moved) moved();
 }
 
 /// They get the width of their names, as long as half of the page is left for the lines.
@@ -164,12 +214,36 @@ void ReviewPageView::makeRoomForGroups() {
 
 void ReviewPageView::fillLines() {
   const QSignalBlocker quiet(lines_);
-  lines_->clear();
-  if (currentGroup() < 0) return showWhole();
-  QList<QTreeWidgetItem*> items;
-  for (const ReviewLine& line : page_.groups[static_cast<std::size_t>(currentGroup())].lines) {
-    items << itemOf(line);
+  putLines();
+  if (lines_->topLevelItemCount() > 0) lines_->setCurrentItem(lines_->topLevelItem(0));
+  showWhole();
+}
+
+void ReviewPageView::refillLines() {
+  const QSignalBlocker quiet(lines_);
+  const ScrolledPlace place(*lines_);
+  const QList<QTreeWidgetItem*> selected = lines_->selectedItems();
+  const QByteArray chosen = selected.isEmpty() ? QByteArray() : pathOf(*selected.front());
+  QHash<QByteArray, bool> expanded;
+  for (QTreeWidgetItemIterator each(lines_); *each != nullptr; ++each) {
+    expanded.insert(pathOf(**each), (*each)->isExpanded());
   }
+  putLines();
+  for (QTreeWidgetItemIterator each(lines_); *each != nullptr; ++each) {
+    const QByteArray path = pathOf(**each);
+    if (path == chosen) lines_->setCurrentItem(*each);
+    (*each)->setExpanded(expanded.value(path, (*each)->isExpanded()));
+  }
+  place.restore();
+  showWhole();
+}
+
+/// Of the chosen group, none of them chosen.
+void ReviewPageView::putLines() {
+  lines_->clear();
+  const ReviewGroup* group = chosenOf(page_);
+  if (group == nullptr) return;
+  const QList<QTreeWidgetItem*> items = itemsOf(group->lines, {});
   lines_->addTopLevelItems(items);
   // What a row that is new or gone holds is there for who wants to see it.
   for (QTreeWidgetItem* item : items) {
@@ -180,8 +254,6 @@ void ReviewPageView::fillLines() {
     const int most = widestColumn * lines_->fontMetrics().averageCharWidth();
     lines_->setColumnWidth(column, std::min(lines_->columnWidth(column), most));
   }
-  if (!items.isEmpty()) lines_->setCurrentItem(items.front());
-  showWhole();
 }
 
 void ReviewPageView::showWhole() {
@@ -192,7 +264,18 @@ void ReviewPageView::showWhole() {
   whole_->setVisible(!whole.isEmpty());
 }
 
-QTreeWidgetItem* ReviewPageView::itemOf(const ReviewLine& line) const {
+QList<QTreeWidgetItem*> ReviewPageView::itemsOf(const std::vector<ReviewLine>& lines,
+                                                const QByteArray& above) const {
+  QList<QTreeWidgetItem*> items;
+  QHash<std::string, int> ofThatKey;  // a table may have a row twice
+  for (const ReviewLine& line : lines) {
+    const QByteArray number = QByteArray::number(ofThatKey[line.key]++);
+    items << itemOf(line, above + '\n' + number + ' ' + QByteArray::fromStdString(line.key));
+  }
+  return items;
+}
+
+QTreeWidgetItem* ReviewPageView::itemOf(const ReviewLine& line, const QByteArray& path) const {
   auto* item = new QTreeWidgetItem;
   QStringList spoken;
   if (!line.spoken.empty()) spoken << shown(line.spoken);
@@ -210,7 +293,9 @@ QTreeWidgetItem* ReviewPageView::itemOf(const ReviewLine& line) const {
   item->setData(0, Qt::AccessibleTextRole, spoken.join(QStringLiteral(", ")));
   item->setData(0, propertyRole, QByteArray::fromStdString(line.property));
   item->setData(0, wholeRole, shown(line.whole));
-  for (const ReviewLine& below : line.below) item->addChild(itemOf(below));
+  item->setData(0, keyRole, QByteArray::fromStdString(line.key));
+  item->setData(0, pathRole, path);
+  item->addChildren(itemsOf(line.below, path));
   return item;
 }
 

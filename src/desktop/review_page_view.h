@@ -8,6 +8,7 @@
 #include <QTreeWidget>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "review/review_pages.h"
 
@@ -18,13 +19,14 @@ class ReviewPageView : public QWidget {
   /// `chosen` gets the property of the line that is double-clicked or entered.
   ReviewPageView(const CodePage& codePage, const std::function<void(const std::string&)>& chosen);
 
-  /// Keeps the group that is current, if it is there still.
+  /// What is chosen and expanded stays so, wherever it is now, and the page stays scrolled as it
+  /// is. If the chosen group or line is gone, none is chosen.
   void show(const ReviewPage& page);
 
-  /// -1 if there is none.
-  int currentGroup() const;
-  /// Row of the line, or of the one that it lies below; -1 if there is none.
-  int currentLine() const;
+  /// Key of the chosen group; empty if there is none.
+  std::string chosenGroup() const;
+  /// Key of the chosen line, or of the one that it lies below; empty if there is none.
+  std::string chosenLine() const;
   /// Where a page puts its buttons.
   void addBelow(QWidget* widget);
 
@@ -36,11 +38,17 @@ class ReviewPageView : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void fillGroups();
+  const ReviewGroup* chosenOf(const ReviewPage& page) const;
+  void refillGroups(const std::string& chosen);
+  void showGroups();
   void makeRoomForGroups();
   void fillLines();
+  void refillLines();
+  void putLines();
   void showWhole();
-  QTreeWidgetItem* itemOf(const ReviewLine& line) const;
+  QList<QTreeWidgetItem*> itemsOf(const std::vector<ReviewLine>& lines,
+                                  const QByteArray& above) const;
+  QTreeWidgetItem* itemOf(const ReviewLine& line, const QByteArray& path) const;
   QString shown(const std::string& text) const;
 
   const CodePage& codePage_;

@@ -39,8 +39,8 @@ ReviewWindow::ReviewWindow(Wizard& wizard, const CodePage& codePage,
   row->addWidget(restoreSet_);
   backups_->addBelow(buttons);
   backups_->moved = [this] { offerRestoring(); };
-  connect(restoreSet_, &QPushButton::clicked, this, [this] { restoreSet(false); });
-  connect(restoreFile_, &QPushButton::clicked, this, [this] { restoreSet(true); });
+  connect(restoreSet_, &QPushButton::clicked, this, [this] { restore(false); });
+  connect(restoreFile_, &QPushButton::clicked, this, [this] { restore(true); });
   connect(this, &QTabWidget::currentChanged, this, &ReviewWindow::refresh);
   soon_.setSingleShot(true);
   connect(&soon_, &QTimer::timeout, this, &ReviewWindow::refresh);
@@ -91,18 +91,19 @@ void ReviewWindow::refreshBackups() {
   backups_->show(reviewBackups(wizard_, sets_));
 }
 
-void ReviewWindow::offerRestoring() {
-  const bool isSet = backups_->currentGroup() >= 0;
-  restoreSet_->setEnabled(isSet);
-  restoreFile_->setEnabled(isSet && backups_->currentLine() >= 0);
+std::optional<BackupSet> ReviewWindow::chosenBackups(bool fileOnly) const {
+  const std::string file = backups_->chosenLine();
+  if (fileOnly && file.empty()) return std::nullopt;
+  return kova::chosenBackups(wizard_, sets_, backups_->chosenGroup(), fileOnly ? file : "");
 }
 
-void ReviewWindow::restoreSet(bool fileOnly) {
-  BackupSet set = sets_.at(static_cast<std::size_t>(backups_->currentGroup()));
-  if (fileOnly) {
-    set.files = {set.files.at(static_cast<std::size_t>(backups_->currentLine()))};
-  }
-  restoreIfWanted(wizard_, set);
+void ReviewWindow::offerRestoring() {
+  restoreSet_->setEnabled(chosenBackups(false).has_value());
+  restoreFile_->setEnabled(chosenBackups(true).has_value());
+}
+
+void ReviewWindow::restore(bool fileOnly) {
+  if (const auto chosen = chosenBackups(fileOnly)) restoreIfWanted(wizard_, *chosen);
   refreshBackups();
 }
 

@@ -7,6 +7,7 @@
 #include <QTabWidget>
 #include <QTimer>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,8 +34,9 @@ class ReviewWindow : public QTabWidget {
  private:
   void refresh();
   void refreshBackups();
+  std::optional<BackupSet> chosenBackups(bool fileOnly) const;
   void offerRestoring();
-  void restoreSet(bool fileOnly);
+  void restore(bool fileOnly);
 
   Wizard& wizard_;
   const CodePage& codePage_;

@@ -64,6 +64,36 @@ char32_t takeCharacter(std::string_view& utf8) {
   return valid ? character : CodePage::noCharacter;
 }
 
+bool isPrintable(char32_t character) {
+  struct Range {
+    char32_t first;
+    char32_t last;
+  };
+  // Controls, marks of direction, separators of lines, controls of direction.
+  constexpr std::array<Range, 6> others{{{0, 0x1F},
+                                         {0x7F, 0x9F},
+                                         {0x061C, 0x061C},
+                                         {0x200E, 0x200F},
+                                         {0x2028, 0x202E},
+                                         {0x2066, 0x2069}}};
+  return character != CodePage::noCharacter &&
+         std::none_of(others.begin(), others.end(), [&](const Range& range) {
+           return range.first <= character && character <= range.last;
+         });
+}
+
+void appendEscaped(std::string& line, char character) {
+  constexpr std::string_view letters = "abtnvfr";
+  const auto byte = static_cast<unsigned char>(character);
+  const auto digit = [&](unsigned shift) { return static_cast<char>('0' + (byte >> shift & 7U)); };
+  line += '\\';
+  if (byte >= '\a' && byte <= '\r') {
+    line += letters[byte - '\a'];
+  } else {
+    ((line += digit(6)) += digit(3)) += digit(0);
+  }
+}
+
 }  // namespace
 
 CodePage CodePage::windows1252() {
@@ -115,6 +145,23 @@ std::string CodePage::toNative(std::string_view text) const {
 
 std::string CodePage::fromNative(std::string_view native) const {
   return ownFileNames_ ? std::string(native) : fromUtf8(native);
+}
+
+std::string CodePage::printable(std::string_view native) const {
+  std::string line;
+  while (!native.empty()) {
+    std::string_view rest = native.substr(1);
+    char32_t first = character(native.front());
+    if (!ownFileNames_) first = takeCharacter(rest = native);
+    const std::string_view bytes = native.substr(0, native.size() - rest.size());
+    if (isPrintable(first)) {
+      line += bytes;
+    } else {
+      for (const char byte : bytes) appendEscaped(line, byte);
+    }
+    native = rest;
+  }
+  return line;
 }
 
 }  // namespace kova

@@ -40,6 +40,9 @@ class CodePage {
   /// A text as the machine spells file names and environment values, and back.
   std::string toNative(std::string_view text) const;
   std::string fromNative(std::string_view native) const;
+  /// A native text for a terminal, on one line: what would control the terminal or turn the
+  /// direction of writing, and what is no character, is escaped byte by byte ("\n", "\033").
+  std::string printable(std::string_view native) const;
   /// `native` comes back unchanged from the way to a text.
   bool survives(std::string_view native) const { return toNative(fromNative(native)) == native; }
 

@@ -12,8 +12,8 @@ BackupSet chosenSet(const Tool& tool, const Path& folder, const RestoreOptions& 
   return partOf(*set, options.files);
 }
 
-void printList(const Tool& tool, const char* title, const std::vector<std::string>& names) {
-  for (const std::string& name : names) tool.out << title << ' ' << name << '\n';
+void printList(const Tool& tool, const std::string& title, const std::vector<std::string>& names) {
+  for (const std::string& name : names) tool.printLine(title + name);
 }
 
 }  // namespace
@@ -22,10 +22,10 @@ Ending backups(const Tool& tool, const std::string& directory) {
   const Path folder = tool.folder(directory);
   const std::int32_t now = tool.machine.clock->unixTime();
   for (const BackupSet& set : backupSets(*tool.machine.files, folder)) {
-    tool.out << set.first << "  " << localTime(set.first) << "  " << ageText(set.first, now)
-             << " ago\n";
+    tool.printLine(std::to_string(set.first) + "  " + localTime(set.first) + "  " +
+                   ageText(set.first, now) + " ago");
     for (const BackedUpFile& file : set.files) {
-      tool.out << "  " << file.name << ", " << file.bytes << " bytes\n";
+      tool.printLine("  " + file.name + ", " + std::to_string(file.bytes) + " bytes");
     }
   }
   return Ending::nothingFound;
@@ -44,10 +44,10 @@ Ending restore(const Tool& tool, const RestoreOptions& options) {
   }
   const Restored restored =
       restore(tool.machine.platform(), tool.wizardText(options.directory), set);
-  printList(tool, "restored", restored.files);
-  printList(tool, "kept as", restored.kept);
+  printList(tool, "restored ", restored.files);
+  printList(tool, "kept as ", restored.kept);
   if (restored.failure.empty()) return Ending::nothingFound;
-  printList(tool, "not restored", restored.missing);
+  printList(tool, "not restored ", restored.missing);
   tool.complain(restored.failure);
   return Ending::notDone;
 }

@@ -39,13 +39,12 @@ States sinceBackups(const Tool& tool, const Path& folder, const std::string& sta
 }  // namespace
 
 void printDifference(const Tool& tool, const FileDifference& file) {
-  tool.out << mark(file.sign) << ' ' << file.name << '\n';
+  tool.printLine(mark(file.sign) + (' ' + file.name));
   for (const RowChange& row : file.rows) {
-    tool.out << "  " << mark(row.sign) << ' ' << tool.shown(textOf(row)) << '\n';
+    tool.printLine(std::string("  ") + mark(row.sign) + ' ' + tool.shown(textOf(row)));
   }
   for (const std::string& sentence : file.form) {
-    tool.out << "  " << (file.rows.empty() ? "form only: " : "form: ") << tool.shown(sentence)
-             << '\n';
+    tool.printLine((file.rows.empty() ? "  form only: " : "  form: ") + tool.shown(sentence));
   }
 }
 

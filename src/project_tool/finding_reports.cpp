@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <sstream>
 
 #include "project_tool/json.h"
 
@@ -70,10 +71,12 @@ Json sarifResult(const Tool& tool, const Checked& checked, const Finding& findin
 void printText(const Tool& tool, const std::vector<Checked>& all) {
   for (const Checked& checked : all) {
     for (const Finding& finding : checked.findings) {
-      tool.out << pathOf(checked, finding) << ':';
-      if (finding.line > 0) tool.out << finding.line << ':' << finding.column << ':';
-      tool.out << ' ' << nameOf(finding.rule->severity) << ": " << tool.shown(finding.what) << " ["
-               << finding.rule->id << "]\n";
+      std::ostringstream line;
+      line << pathOf(checked, finding) << ':';
+      if (finding.line > 0) line << finding.line << ':' << finding.column << ':';
+      line << ' ' << nameOf(finding.rule->severity) << ": " << tool.shown(finding.what) << " ["
+           << finding.rule->id << ']';
+      tool.printLine(line.str());
     }
   }
 }

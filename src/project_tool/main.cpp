@@ -111,8 +111,13 @@ int printed(Ending ending) {
   return static_cast<int>(Ending::notDone);
 }
 
-int run(std::vector<std::string> words) {
+int run(const kova::Tool& tool, std::vector<std::string> words) {
   CommandLine line;
+  // It echoes words of the command line.
+  line.app().failure_message([&](const CLI::App*, const CLI::Error& error) {
+    tool.complain(error.what());
+    return "Run with --help for more information.\n";
+  });
   try {
     // The parser takes them from the end.
     std::reverse(words.begin(), words.end());
@@ -122,16 +127,21 @@ int run(std::vector<std::string> words) {
     return line.app().exit(asked) == 0 ? printed(Ending::nothingFound)
                                        : static_cast<int>(Ending::notDone);
   }
-  const kova::CodePage codePage = kova::CodePage::ofLocale();
-  const kova::Tool tool{codePage, kova::realMachine(codePage), std::cout, std::cerr};
-  return printed(line.run(tool));
+  try {
+    return printed(line.run(tool));
+  } catch (const std::exception& failure) {
+    tool.complain(failure.what());
+    return static_cast<int>(Ending::notDone);
+  }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   try {
-    return run(kova::terminalWords(argc, argv));
+    const kova::CodePage codePage = kova::CodePage::ofLocale();
+    const kova::Tool tool{codePage, kova::realMachine(codePage), std::cout, std::cerr};
+    return run(tool, kova::terminalWords(argc, argv));
   } catch (const std::exception& failure) {
     std::cerr << "kova-project: " << failure.what() << '\n';
     return static_cast<int>(Ending::notDone);

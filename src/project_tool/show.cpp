@@ -126,35 +126,37 @@ class JsonProject {
 void printRows(const Tool& tool, const ProjectReading& project, std::string_view file,
                std::size_t count) {
   const TableText& table = project.table(file);
-  tool.out << '\n' << file << ": " << counted(count, "row") << '\n';
+  tool.printLine("");
+  tool.printLine(std::string(file) + ": " + counted(count, "row"));
   for (const TextRow& row : table.rows) {
     if (count-- == 0) break;
-    tool.out << "  line " << row.line << ':';
+    std::string line = "  line " + std::to_string(row.line) + ':';
     for (const ColumnFacts& column : columnsOf(table.kind)) {
       const std::string_view text = table.text(row, column.tag);
       if (column.kind == FieldKind::made || text.empty()) continue;
-      tool.out << ' ' << column.tag << '=' << tool.shown(std::string(text));
+      line.append(" ").append(column.tag).append("=") += tool.shown(std::string(text));
     }
-    tool.out << '\n';
+    tool.printLine(line);
   }
 }
 
 void printNames(const Tool& tool, const std::string& title, const DeviceNames& names) {
-  tool.out << '\n' << title << ":\n";
+  tool.printLine("");
+  tool.printLine(title + ':');
   for (std::size_t device = 0; device < names.size(); ++device) {
-    tool.out << "  " << device << ' ' << tool.shown(names[device]) << '\n';
+    tool.printLine("  " + std::to_string(device) + ' ' + tool.shown(names[device]));
   }
 }
 
 void printText(const Tool& tool, const ProjectReading& project) {
   if (project.properties.rows.empty()) {
-    tool.out << "No property\n";
+    tool.printLine("No property");
     return;
   }
   const PropertyRecord& last = project.properties.rows.back();
-  tool.out << "Server " << tool.shown(last.exportName) << ", local name "
-           << tool.shown(storedLocalName(last.localName)) << ", "
-           << plainNumberText(textValue(last.numModules)) << " devices\n";
+  tool.printLine("Server " + tool.shown(last.exportName) + ", local name " +
+                 tool.shown(storedLocalName(last.localName)) + ", " +
+                 plainNumberText(textValue(last.numModules)) + " devices");
   if (project.devices.result.rows > 0) printNames(tool, "Devices", project.devices.rows);
   printRows(tool, project, exportsFileName, project.properties.rows.size());
   printRows(tool, project, historyFileName, project.history.rows.size());

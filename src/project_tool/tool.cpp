@@ -3,7 +3,22 @@
 
 #include "review/project_files.h"
 
+#include <algorithm>
+
 namespace kova {
+namespace {
+
+std::string lineOf(const Tool& tool, std::string_view text) {
+  std::string line = tool.codePage.printable(text);
+  // Runners of build jobs carry out a line that begins so, blanks of any script ahead of it or not.
+  const auto sign = std::find_if(
+      line.begin(), line.end(), [](char character) { return character > ' ' && character <= '~'; });
+  const auto start = static_cast<std::size_t>(sign - line.begin());
+  if (line.compare(start, 2, "::") == 0) line.replace(start, 1, "\\072");
+  return line + '\n';
+}
+
+}  // namespace
 
 std::string Tool::wizardText(const std::string& native) const {
   std::string text = codePage.fromNative(native);
@@ -24,8 +39,12 @@ Path Tool::folder(const std::string& directory) const {
   });
 }
 
+void Tool::printLine(std::string_view text) const {
+  out << lineOf(*this, text);
+}
+
 void Tool::complain(const std::string& what) const {
-  errors << "kova-project: " << what << '\n';
+  errors << lineOf(*this, "kova-project: " + what);
 }
 
 }  // namespace kova

@@ -4,6 +4,7 @@
 
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/code_page.h"
@@ -19,7 +20,7 @@ inline constexpr int formatVersion = 1;  ///< of the JSON that commands print
 struct Tool {
   const CodePage& codePage;
   Machine machine;
-  std::ostream& out;
+  std::ostream& out;  ///< for documents; lines go through printLine
   std::ostream& errors;
 
   /// A path of the command line as wizard text. Throws Failure if wizard text can't tell it.
@@ -28,6 +29,9 @@ struct Tool {
   Path folder(const std::string& directory) const;
   /// Wizard text as the terminal shows it.
   std::string shown(const std::string& text) const { return codePage.toNative(text); }
+  /// A native text as one line, whatever it holds: texts of tables and names of files must neither
+  /// control the terminal nor pass for lines of the program's own.
+  void printLine(std::string_view text) const;
   void complain(const std::string& what) const;
 };
 

@@ -9,11 +9,10 @@
 namespace kova {
 
 std::vector<std::string> filesInUse(const FileSystem& files, const Path& folder) {
-  const std::vector<std::string> names = files.plainFiles(folder);
   std::vector<std::string> inUse;
-  for (const std::string& name : names) {
-    // At the end of time every backup is too old, and none is a number of fewer digits.
-    const FileVerdict verdict = classify(name, names, std::numeric_limits<std::int32_t>::max());
+  // At the end of time every backup is too old, and none is a number of fewer digits.
+  constexpr std::int32_t endOfTime = std::numeric_limits<std::int32_t>::max();
+  for (const auto& [name, verdict] : classifyFiles(files, folder, endOfTime)) {
     if (verdict == FileVerdict::inUse) inUse.push_back(name);
   }
   return inUse;

@@ -75,7 +75,8 @@ const FieldChange* onlyField(std::string_view file, const RowChange& row) {
 ReviewLine lineOf(std::string_view file, const RowChange& row) {
   auto line = withSign<ReviewLine>(row.sign);
   const bool alsoMoved = row.moved && row.sign != Sign::moved;
-  line.texts = {joined(row.names) + (alsoMoved ? " (moved)" : "")};
+  line.key = joined(row.names);
+  line.texts = {line.key + (alsoMoved ? " (moved)" : "")};
   line.property = propertyOf(file, row.names);
   // A row of which there is just one thing to say has it in its own line.
   if (const FieldChange* only = onlyField(file, row)) {
@@ -85,6 +86,7 @@ ReviewLine lineOf(std::string_view file, const RowChange& row) {
   }
   for (const FieldChange& field : row.fields) {
     auto below = withSign<ReviewLine>(row.sign);
+    below.key = field.column;
     below.texts = {field.column, field.before, field.after};
     below.property = line.property;
     line.below.push_back(std::move(below));
@@ -94,10 +96,12 @@ ReviewLine lineOf(std::string_view file, const RowChange& row) {
 
 ReviewGroup groupOf(const FileSystem& files, const FileDifference& file) {
   auto group = withSign<ReviewGroup>(file.sign);
+  group.key = file.name;
   group.name = files.text(file.name);
   for (const RowChange& row : file.rows) group.lines.push_back(lineOf(group.name, row));
   for (const std::string& sentence : file.form) {
     auto line = withSign<ReviewLine>(Sign::changed);
+    line.key = sentence;
     line.texts = {sentence};
     line.whole = sentence;
     group.lines.push_back(std::move(line));
@@ -130,6 +134,8 @@ std::string headingOf(const Wizard& wizard, const Preview& done,
 
 ReviewLine lineOf(const ProjectReading& project, const Finding& finding) {
   ReviewLine line;
+  line.key = std::string(finding.rule->id) + ' ' + std::to_string(finding.line) + ' ' +
+             std::to_string(finding.column);
   const Severity severity = finding.rule->severity;
   if (severity != Severity::note) line.tone = Tone::changed;
   if (severity == Severity::error) line.tone = Tone::removed;
@@ -162,7 +168,7 @@ std::vector<ReviewGroup> groupsOf(const ProjectReading& project,
   std::vector<ReviewGroup> groups;
   for (const Finding& finding : findings) {
     const std::string name = project.codePage->fromNative(finding.file);
-    if (groups.empty() || groups.back().name != name) groups.push_back({.name = name});
+    if (groups.empty() || groups.back().name != name) groups.push_back({.key = name, .name = name});
     groups.back().lines.push_back(lineOf(project, finding));
   }
   for (ReviewGroup& group : groups) {
@@ -208,20 +214,29 @@ ReviewLine lineOf(const FileSystem& files, const BackedUpFile& file,
   const auto difference =
       std::find_if(differences.begin(), differences.end(),
                    [&](const FileDifference& one) { return one.name == file.name; });
-  if (difference == differences.end()) return {.texts = {files.text(file.name), "as it is now"}};
+  if (difference == differences.end()) {
+    return {.key = file.name, .texts = {files.text(file.name), "as it is now"}};
+  }
   const ReviewGroup group = groupOf(files, *difference);
-  return {.sign = group.sign,
+  return {.key = file.name,
+          .sign = group.sign,
           .spoken = group.spoken,
           .tone = group.tone,
           .texts = {group.name},
           .below = group.lines};
 }
 
+/// Sets of several projects may be of the same second.
+std::string keyOf(const Wizard& wizard, const BackupSet& set) {
+  return std::to_string(set.first) + ' ' + projectDirectory(wizard);
+}
+
 ReviewGroup groupOf(const Wizard& wizard, const Path& folder, const ProjectFiles& present,
                     const BackupSet& set) {
   ReviewGroup group;
-  group.name =
-      localTime(set.first) + ", " + ageText(set.last, wizard.platform.clock.unixTime()) + " ago";
+  group.key = keyOf(wizard, set);
+  group.name = localTime(set.first);
+  group.age = ageText(set.last, wizard.platform.clock.unixTime()) + " ago";
   try {
     const FileSystem& files = wizard.platform.files;
     const auto differences = compareProjects(presentOf(present, set), filesOf(files, folder, set));
@@ -295,6 +310,18 @@ ReviewPage reviewBackups(const Wizard& wizard, const std::vector<BackupSet>& set
     page.heading = "The backups can't be compared: " + wizard.platform.files.text(failure.what());
   }
   return page;
+}
+
+std::optional<BackupSet> chosenBackups(const Wizard& wizard, const std::vector<BackupSet>& sets,
+                                       const std::string& group, const std::string& line) {
+  const auto set = std::find_if(sets.begin(), sets.end(),
+                                [&](const BackupSet& one) { return keyOf(wizard, one) == group; });
+  if (set == sets.end()) return std::nullopt;
+  if (line.empty()) return *set;
+  const auto file = std::find_if(set->files.begin(), set->files.end(),
+                                 [&](const BackedUpFile& one) { return one.name == line; });
+  if (file == set->files.end()) return std::nullopt;
+  return BackupSet{set->first, set->last, {*file}};
 }
 
 bool selectProperty(Wizard& wizard, const std::string& property) {

@@ -4,7 +4,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "core/wizard.h"
@@ -17,6 +19,7 @@ namespace kova {
 enum class Tone : std::uint8_t { plain, added, removed, changed };
 
 struct ReviewLine {
+  std::string key = {};     ///< which row, field, finding or file it is; empty if it is none
   std::string sign = {};    ///< one character, or none
   std::string spoken = {};  ///< the sign as a word
   Tone tone = Tone::plain;
@@ -30,13 +33,19 @@ struct ReviewLine {
 
 /// What stands in the list on the left, and all lines that belong to it.
 struct ReviewGroup {
+  std::string key = {};  ///< which file or set of backups it is
   std::string sign = {};
   std::string spoken = {};
   Tone tone = Tone::plain;
   std::string name = {};
+  std::string age = {};  ///< of a set of backups
   std::vector<ReviewLine> lines = {};
 
-  bool operator==(const ReviewGroup&) const = default;
+  /// Time alone changes nothing but the age.
+  bool operator==(const ReviewGroup& other) const {
+    return std::tie(key, sign, spoken, tone, name, lines) ==
+           std::tie(other.key, other.sign, other.spoken, other.tone, other.name, other.lines);
+  }
 };
 
 struct ReviewPage {
@@ -58,6 +67,11 @@ ReviewOfDone reviewDone(const Wizard& wizard, const CodePage& codePage);
 /// The sets of backups, and what restoring each would change. `sets` are those of the page's
 /// groups.
 ReviewPage reviewBackups(const Wizard& wizard, const std::vector<BackupSet>& sets);
+
+/// The set of a group of that page, or a file of it alone if `line` is the key of one. None if the
+/// set or the file is not there.
+std::optional<BackupSet> chosenBackups(const Wizard& wizard, const std::vector<BackupSet>& sets,
+                                       const std::string& group, const std::string& line);
 
 /// The sets in the project directory; none if it can't be listed.
 std::vector<BackupSet> backupSetsOf(const Wizard& wizard);

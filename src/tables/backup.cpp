@@ -7,6 +7,9 @@
 #include <system_error>
 #include <utility>
 
+#include "tables/device_files.h"
+#include "tables/export_table.h"
+
 namespace kova {
 
 namespace {
@@ -14,6 +17,54 @@ namespace {
 std::string_view baseOf(std::string_view name) {
   return name.substr(0, name.find('.'));
 }
+
+// Knows which files of device names the rows of a folder's export table name.
+class NamedLists {
+ public:
+  NamedLists(const FileSystem& files, const Path& folder) : files_(files), folder_(folder) {}
+
+  // `byName` is what the name of a file alone tells.
+  FileVerdict verdict(const std::string& name, FileVerdict byName) {
+    const auto parts = stampedName(name);
+    if (byName == FileVerdict::inUse || !parts || !stemOf(parts->original)) return byName;
+    const auto stem = stemOf(name);
+    if (!stem && byName != FileVerdict::backupDeleted) return byName;
+    if (!readAlready_) exports_ = readExports();
+    readAlready_ = true;
+    if (!exports_) return FileVerdict::backupKept;
+    // Anywhere in it, so that it takes neither a row nor a line end that is in order.
+    return stem && exports_->find(*stem) != std::string::npos ? FileVerdict::inUse : byName;
+  }
+
+ private:
+  // The property or local name, as a disk that ignores case compares it.
+  std::optional<std::string> stemOf(const std::string& name) const {
+    const std::string folded = files_.withoutCase(files_.text(name));
+    for (const std::string& file : {namesFile({}), serverNamesFile({})}) {
+      const std::string ending = files_.withoutCase(file);
+      if (folded.ends_with(ending)) return folded.substr(0, folded.size() - ending.size());
+    }
+    return std::nullopt;
+  }
+
+  std::optional<std::string> readExports() const {
+    try {
+      const std::string content = files_.read(folder_ / exportsFileName);
+      TableLines lines(content);
+      const auto header = lines.next();
+      if (!header || getCsvColumn(*header, tagOf(&PropertyRecord::propertyName)) < 0) return std::nullopt;
+      while (lines.next()) continue;
+      return files_.withoutCase(content);
+    } catch (const Failure&) {
+      return std::nullopt;
+    }
+  }
+
+  const FileSystem& files_;
+  const Path& folder_;
+  std::optional<std::string> exports_;
+  bool readAlready_ = false;
+};
 
 // One walk through a folder.
 class Walk {
@@ -24,11 +75,10 @@ class Walk {
 
   BackupResult run() {
     const std::int32_t now = clock_.unixTime();
-    const auto names = files_.plainFiles(directory_);
+    const auto listed = classifyFiles(files_, directory_, now);
     std::vector<const std::string*> inUse;
     // Old backups go first, so that a full disk has room for the new ones.
-    for (const auto& name : names) {
-      const auto verdict = classify(name, names, now);
+    for (const auto& [name, verdict] : listed) {
       if (verdict == FileVerdict::inUse) {
         inUse.push_back(&name);
         continue;
@@ -121,6 +171,18 @@ FileVerdict classify(std::string_view name, const std::vector<std::string>& name
   // Of any length, or a clock that stands in the seventies would take each backup for a new file.
   if (parts->stamp >= std::int64_t{now} - backupAge) return FileVerdict::backupKept;
   return parts->stamp >= smallestOldTimestamp ? FileVerdict::backupDeleted : FileVerdict::inUse;
+}
+
+std::vector<ClassifiedFile> classifyFiles(const FileSystem& files, const Path& folder,
+                                          std::int32_t now) {
+  const auto names = files.plainFiles(folder);
+  NamedLists lists(files, folder);
+  std::vector<ClassifiedFile> classified;
+  classified.reserve(names.size());
+  for (const auto& name : names) {
+    classified.push_back({name, lists.verdict(name, classify(name, names, now))});
+  }
+  return classified;
 }
 
 std::string backupName(std::string_view name, std::int32_t stamp) {

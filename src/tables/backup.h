@@ -29,6 +29,16 @@ enum class FileVerdict { inUse, backupKept, backupDeleted };
 FileVerdict classify(std::string_view name, const std::vector<std::string>& names,
                      std::int32_t now);
 
+struct ClassifiedFile {
+  std::string name;
+  FileVerdict verdict = FileVerdict::inUse;
+};
+/// The plain files of a folder, sorted. A file of device names that a row of the export table names
+/// is in use, even if its name looks like a backup's. While that table can't be read nobody knows,
+/// and no backup of device names is deleted. Throws Failure if the folder can't be listed.
+std::vector<ClassifiedFile> classifyFiles(const FileSystem& files, const Path& folder,
+                                          std::int32_t now);
+
 /// The name of a backup, taken apart.
 struct StampedName {
   std::string original;

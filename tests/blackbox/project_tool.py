@@ -21,6 +21,7 @@ SCHEMA = json.loads((SOURCES / "docs" / "kova-project.schema.json").read_text())
 def run(*words, out=subprocess.PIPE):
     ended = subprocess.run(
         [*PROGRAM, *words], stdout=out, stderr=subprocess.PIPE, text=True, check=False,
+        errors="surrogateescape",
         env={"PATH": os.environ["PATH"], "TZ": "UTC", "LC_ALL": "C.UTF-8"})
     return ended.returncode, ended.stdout, ended.stderr
 
@@ -108,6 +109,27 @@ class ProjectTool(unittest.TestCase):
         self.assertEqual((self.project / kept).read_bytes(), b"PROPERTY\r\nX\r\n")
         self.assertEqual(run("diff", EXAMPLE, self.project), (0, "", ""))
         self.assertEqual(run("restore", self.project, "1700000000", "x.csv")[0], 2)
+
+    @unittest.skipIf(SEPARATOR == "\\", "no such names of files")
+    def test_no_control_reaches_the_terminal(self):
+        bad = "::error::\x1b[2J\a\x7f\x81\n::error file=x::"
+        self.change("exports.csv", b"double", bad.encode("latin-1"))
+        folder = self.project.rename(self.project.parent / bad)
+        for name in ["exports", bad, "\u202e\udcff"]:
+            (folder / f"{name}-1700000000.csv").write_bytes(b"PROPERTY\r\nX\r\n")
+            (folder / f"{name}.csv").touch()
+        restore = ["restore", folder, "1700000000"]
+        outputs = [run(*words) for words in [
+            ["check", folder], ["show", folder], ["diff", EXAMPLE, folder], ["backups", folder],
+            ["diff", folder], [*restore, "--dry-run"], restore, [*restore, bad], [bad], ["--" + bad],
+            ["check", bad], ["show", bad, bad], ["check", "--format", bad, folder]]]
+        for status, out, complaint in outputs:
+            self.assertNotEqual(out + complaint, "", status)
+            for line in (out + complaint).split("\n"):
+                self.assertNotRegex(line, "[\x00-\x1f\x7f-\x9f\u202e\udcff]|^ *::")
+        for status, out, _ in outputs[:3]:
+            self.assertIn(r"::error::\033[2J\a\177\302\201\n::error file=x::", out, status)
+        self.assertIn("\n  \\342\\200\\256\\377.csv, 13 bytes\n", outputs[3][1])
 
     def test_words_about_itself(self):
         for command in ["check", "diff", "show", "backups", "restore", "rules"]:

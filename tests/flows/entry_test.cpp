@@ -30,6 +30,27 @@ TEST_F(Entry, TellsHowManyOldBackupsItDeleted) {
   EXPECT_NE(entered("MAGNET").find(made + "."), std::string::npos) << status();
 }
 
+TEST_F(Entry, TakesNoListOfDeviceNamesThatARowNamesForABackup) {
+  const std::string property = "PSU-1200112345.START";
+  project("A", {"A,L," + property + ",1,short,0,NULL,1,READ,3,x,0"});
+  for (const char* name : {"PSU.START", "PSU-1200112345.START", "PSU-1200112346.START", "V"}) {
+    home.write("A/" + std::string(name) + "-names.csv", "DEVICE_NUMBER,DEVICE_NAME\r\n");
+  }
+  entered("A");
+  EXPECT_TRUE(home.has("A/" + property + "-names.csv"));
+  EXPECT_TRUE(home.has("A/PSU-1200112345-1700000000.START-names.csv"));
+  EXPECT_FALSE(home.has("A/PSU-1200112346.START-names.csv"));
+  for (const std::string& nobodyKnows : {std::string(), std::string(40000, 'x')}) {
+    home.write("A/exports.csv", nobodyKnows);
+    home.write("A/exports-1200112345.csv", "old");
+    home.write("A/V-names-1200112345.csv", "old");
+    entered("A");
+    EXPECT_TRUE(home.has("A/" + property + "-names.csv"));
+    EXPECT_TRUE(home.has("A/V-names-1200112345.csv"));
+    EXPECT_FALSE(home.has("A/exports-1200112345.csv"));
+  }
+}
+
 TEST_F(Entry, TellsWhereNoLineEndsInCr) {
   home.write("MAGNET/history.csv", "Index,Export Name\n1,MAGNET\n");
   const std::string sentence = " Nothing to read: no line of history.csv ends in CR.";

@@ -28,6 +28,8 @@ TEST(CodePage, EveryByteSurvivesTheWayToUnicodeAndNothingElseDoes) {
   // Foreign characters; a lone lead, an overlong form, a surrogate, a cut end: one mark a byte.
   EXPECT_EQ(page.fromUtf8("a\u03A9b\U0001F600c"), "a?b?c");
   EXPECT_EQ(page.fromUtf8("\xC3(\xC0\xAF\xED\xA0\x80x\xE2\x82"), "?(?????x??");
+  EXPECT_EQ(page.printable("\u009F\u00A0\u200D\xC3\v\u2069x\u202F"),
+            "\\302\\237\u00A0\u200D\\303\\v\\342\\201\\251x\u202F");
   ::setenv("LC_ALL", "C", 1);
   EXPECT_EQ(CodePage::ofLocale().character('\x80'), 0x20AC) << "an ASCII locale is too small";
 }

@@ -54,6 +54,14 @@ class PosixFiles : public ::testing::Test {
     ::getxattr(folder.path(name).c_str(), accessListName, kept.data(), sizeof kept);
     return kept == accessList;
   }
+  bool mark(const std::string& name) const {
+    return ::setxattr(folder.path(name).c_str(), "user.state", "seen", 4, 0) == 0;
+  }
+  bool isMarked(const std::string& name) const {
+    std::array<char, 9> value{};
+    const auto size = ::getxattr(folder.path(name).c_str(), "user.state", value.data(), 9);
+    return size == 4 && std::string_view(value.data()) == "seen";
+  }
   mode_t modeOf(const std::string& name) const {
     struct stat state {};
     return ::lstat(folder.path(name).c_str(), &state) == 0 ? state.st_mode : 0;
@@ -115,8 +123,11 @@ TEST_F(PosixFiles, ReplaceKeepsPermissionsAndLinks) {
   EXPECT_EQ(folder.names(), (Names{"fresh.csv", "link.csv", "real.csv"}));
 }
 
-TEST_F(PosixFiles, ReplaceKeepsTheAccessList) {
+TEST_F(PosixFiles, ReplaceKeepsTheAttributesOfUsersAndTheAccessList) {
   folder.write("t.csv", "old");
+  const bool marked = mark("t.csv");
+  replaceBy("t.csv", "newer");
+  EXPECT_EQ(isMarked("t.csv"), marked);
   // Not every file system that tests run on has such lists.
   if (!setList("t.csv", accessListName)) GTEST_SKIP() << "no access lists";
   replaceBy("t.csv", "new");
@@ -249,7 +260,10 @@ TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
 TEST_F(PosixFiles, RightsThatCannotBeChosenAreNoFailure) {
   folder.write("from", "bytes");
   for (const unsigned error : std::vector<unsigned>{EPERM, EOPNOTSUPP, ENOSYS}) {
-    const Act mount = refusing({SYS_fchmod, SYS_fchown, SYS_utimensat}, error);
+    folder.write("t.csv", "old");
+    allow("t.csv", 0600);
+    mark("t.csv");
+    const Act mount = refusing({SYS_fchmod, SYS_fchown, SYS_utimensat, SYS_fsetxattr}, error);
     const Act work = [&] {
       files->copy(path("from"), path("to"));
       replaceBy("t.csv", "new");

@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTreeWidget>
 #include <algorithm>
 
@@ -25,6 +26,12 @@ struct Review : AtTheWindow {
     QStringList all;
     for (int row = 0; row < groups().count(); ++row) all << groups().item(row)->text();
     return all;
+  }
+  /// Another window comes to the front, and the review again.
+  void comeBack() const {
+    Desk::visitAnotherWindow();
+    desk.view.review()->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(desk.view.review()));
   }
   QPushButton& button(const QString& caption) const {
     for (QPushButton* one : page().findChildren<QPushButton*>()) {
@@ -102,6 +109,56 @@ TEST_F(Review, RestoresWhatIsAskedForAndEntersTheProjectAnew) {
   desk.answer("Alt+Y");
   button("&Restore set ...").click();
   EXPECT_EQ(home.files("MAGNET"), former);
+}
+
+TEST_F(Review, RestoresWhatIsChosenHoweverThePageChanges) {
+  const std::string history = "MAGNET/history-1699999000.csv";
+  const std::string alarms = "MAGNET/almwatch-1699999000.csv";
+  open();
+  home.write(history, "of then");
+  home.write(alarms, "of then");
+  desk.key("Alt+B");
+  groups().setCurrentRow(1);
+  lines().topLevelItem(0)->setExpanded(false);
+  lines().topLevelItem(1)->setExpanded(true);
+  lines().setCurrentItem(lines().topLevelItem(1));
+  desk.view.review()->resize(400, 200);
+  QScrollBar& bar = *lines().verticalScrollBar();
+  bar.setValue(bar.maximum());
+  const int place = bar.value();
+  EXPECT_GT(place, 0);
+
+  int told = 0;
+  for (const QAbstractItemView* view :
+       std::initializer_list<QAbstractItemView*>{&groups(), &lines()}) {
+    QObject::connect(view->selectionModel(), &QItemSelectionModel::currentChanged, [&] { ++told; });
+  }
+  engineer.clock.now += 2;
+  comeBack();
+  EXPECT_TRUE(groups().item(0)->text().contains(", 2 seconds ago"));
+  EXPECT_EQ(told, 0) << "nobody wants to hear the line once a second";
+
+  home.write("MAGNET/history-1700000001.csv", "of a moment ago");
+  home.write("MAGNET/almwatch.csv", "changed");
+  comeBack();
+  ASSERT_EQ(groups().count(), 3);
+  EXPECT_FALSE(lines().topLevelItem(0)->isExpanded());
+  EXPECT_TRUE(lines().topLevelItem(1)->isExpanded());
+  EXPECT_EQ(bar.value(), place);
+  desk.answer("Alt+Y");
+  button("Restore this f&ile ...").click();
+  EXPECT_NE(desk.message.find("history.csv as of " + localTime(1699999000)), std::string::npos);
+  EXPECT_EQ(home.read("MAGNET/history.csv"), "of then");
+  EXPECT_EQ(home.read("MAGNET/almwatch.csv"), "changed");
+
+  std::filesystem::remove(home.path(history));
+  comeBack();
+  EXPECT_FALSE(button("Restore this f&ile ...").isEnabled());
+  EXPECT_TRUE(button("&Restore set ...").isEnabled());
+  std::filesystem::remove(home.path(alarms));
+  comeBack();
+  EXPECT_TRUE(groups().selectedItems().isEmpty());
+  EXPECT_FALSE(button("&Restore set ...").isEnabled());
 }
 
 TEST_F(Review, TellsOfNamesThatARestoringReads) {

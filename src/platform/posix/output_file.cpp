@@ -176,6 +176,8 @@ class PosixOutputFile final : public OutputFile {
 
   void takeRights() const {
     if (former_) {
+      // As long as the rights are those of a hidden file, which this account may certainly write.
+      keepUserAttributes(target_.native, hidden_->descriptor());
       keepRights(rightsOf(*former_, target_.native), hidden_->descriptor());
     } else {
       setNewMode(hidden_->descriptor(), newFileMode_);

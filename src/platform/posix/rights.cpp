@@ -3,7 +3,11 @@
 
 #include <sys/xattr.h>
 
+#include <algorithm>
 #include <array>
+#include <string_view>
+
+#include "platform/words.h"
 
 namespace kova::posix {
 
@@ -33,6 +37,18 @@ std::optional<std::vector<char>> accessListFrom(Get get) {
   std::vector<char> list(static_cast<std::size_t>(size));
   if (get(list.data(), list.size()) != size) return std::nullopt;
   return list;
+}
+
+// `get` is listxattr or getxattr on the file. Nothing if that is not there or not possible there.
+template <class Get>
+std::optional<std::string> attributeText(Get get) {
+  const auto size = get(nullptr, 0);
+  std::string text(static_cast<std::size_t>(std::max<ssize_t>(size, 0)), '\0');
+  const auto got = size > 0 ? get(text.data(), text.size()) : size;
+  if (got < 0 && meansNoList(errno)) return std::nullopt;
+  if (got < 0) fail(errno);
+  text.resize(static_cast<std::size_t>(got));
+  return text;
 }
 
 Rights rightsOf(const struct stat& state, std::optional<std::vector<char>> list) {
@@ -120,6 +136,21 @@ void keepRightsOrFewer(const Rights& rights, const Descriptor& copy) {
 void setNewMode(const Descriptor& file, mode_t mode) {
   const int error = changeMode(file, mode);
   if (error != 0 && !meansNotHere(error)) fail(error);
+}
+
+void keepUserAttributes(const std::string& former, const Descriptor& file) {
+  const auto names = attributeText(
+      [&](char* list, std::size_t size) { return ::listxattr(former.c_str(), list, size); });
+  for (const std::string_view part : split(names.value_or(std::string()), '\0')) {
+    if (!part.starts_with("user.")) continue;
+    const std::string name(part);
+    const auto value = attributeText([&](char* text, std::size_t size) {
+      return ::getxattr(former.c_str(), name.c_str(), text, size);
+    });
+    if (!value) continue;
+    const int set = ::fsetxattr(file.number(), name.c_str(), value->data(), value->size(), 0);
+    if (set != 0 && !meansNotHere(errno)) fail(errno);
+  }
 }
 
 void keepTimes(const struct stat& former, const Descriptor& file) {

@@ -33,6 +33,9 @@ void keepRights(const Rights& rights, const Descriptor& file);
 void keepRightsOrFewer(const Rights& rights, const Descriptor& copy);
 /// Sets the mode of a new file, unless the file system has modes of its own.
 void setNewMode(const Descriptor& file, mode_t mode);
+/// Gives a file the attributes that users and their programs have put on the former one, unless its
+/// file system keeps none. Throws Failure.
+void keepUserAttributes(const std::string& former, const Descriptor& file);
 /// Sets times of access and modification, unless the file system keeps its own.
 void keepTimes(const struct stat& former, const Descriptor& file);
 
