@@ -76,7 +76,8 @@ void eachRow(const ProjectReading& project, std::string_view file, const TableRe
 /// Reports each row whose key an earlier one has already.
 template <class Rows, class KeyOf>
 void reportRepeated(const ProjectReading& project, const Report& report, std::string_view file,
-                    const TableReading<Rows>& table, std::string_view tag, KeyOf keyOf) {
+                    const TableReading<Rows>& table, Tag<typename Rows::value_type> tag,
+                    KeyOf keyOf) {
   std::map<std::string, std::size_t> lines;
   eachRow(project, file, table, [&](const auto& row, auto placeOf) {
     const Place place = placeOf(tag);
@@ -108,7 +109,7 @@ std::map<std::string, double> largestNumbers(const ProjectReading& project) {
 void historyWithoutProperty(const ProjectReading& project, const Report& report) {
   eachRow(project, historyFileName, project.history, [&](const HistoryRecord& row, auto placeOf) {
     if (propertyOf(project, row) != nullptr) return;
-    report(placeOf(tagOf(&HistoryRecord::propertyName)),
+    report(placeOf(&HistoryRecord::propertyName),
            "no property " + row.propertyName + " of " + row.exportName);
   });
 }
@@ -118,30 +119,29 @@ void historyDiffers(const ProjectReading& project, const Report& report) {
     const PropertyRecord* property = propertyOf(project, row);
     if (property == nullptr) return;
     if (storedLocalName(property->localName) != row.localName) {
-      report(placeOf(tagOf(&HistoryRecord::localName)),
+      report(placeOf(&HistoryRecord::localName),
              "local name " + row.localName + ", while the property has " + property->localName);
     } else if (const auto difference = differenceOf(*property, row.format, row.dataLength)) {
-      report(placeOf(tagOf(&HistoryRecord::format)), row.propertyName + " has " + *difference);
+      report(placeOf(&HistoryRecord::format), row.propertyName + " has " + *difference);
     }
   });
 }
 
 void repeatedHistory(const ProjectReading& project, const Report& report) {
-  reportRepeated(project, report, historyFileName, project.history,
-                 tagOf(&HistoryRecord::propertyName), [](const HistoryRecord& row) {
+  reportRepeated(project, report, historyFileName, project.history, &HistoryRecord::propertyName, [](const HistoryRecord& row) {
                    return row.exportName + ' ' + row.localName + ' ' + row.propertyName;
                  });
 }
 
 void repeatedIndex(const ProjectReading& project, const Report& report) {
-  reportRepeated(project, report, historyFileName, project.history, tagOf(&HistoryRecord::index),
+  reportRepeated(project, report, historyFileName, project.history, &HistoryRecord::index,
                  [](const HistoryRecord& row) { return "index " + std::to_string(row.index); });
 }
 
 void alarmWithoutProperty(const ProjectReading& project, const Report& report) {
   eachRow(project, alarmFileName, project.alarms, [&](const AlarmWatchRecord& row, auto placeOf) {
     if (propertyOf(project, row) != nullptr) return;
-    report(placeOf(tagOf(&AlarmWatchRecord::propertyName)),
+    report(placeOf(&AlarmWatchRecord::propertyName),
            "no property " + row.propertyName + " of " + row.localName);
   });
 }
@@ -151,23 +151,23 @@ void alarmDiffers(const ProjectReading& project, const Report& report) {
     const PropertyRecord* property = propertyOf(project, row);
     if (property == nullptr) return;
     if (const auto difference = differenceOf(*property, row.format, row.size)) {
-      report(placeOf(tagOf(&AlarmWatchRecord::format)), row.propertyName + " has " + *difference);
+      report(placeOf(&AlarmWatchRecord::format), row.propertyName + " has " + *difference);
     }
   });
 }
 
 void severalAlarms(const ProjectReading& project, const Report& report) {
   reportRepeated(
-      project, report, alarmFileName, project.alarms, tagOf(&AlarmWatchRecord::propertyName),
+      project, report, alarmFileName, project.alarms, &AlarmWatchRecord::propertyName,
       [](const AlarmWatchRecord& row) { return row.localName + ' ' + row.propertyName; });
 }
 
 void namelessAlarm(const ProjectReading& project, const Report& report) {
   eachLine(project, alarmFileName, [&](auto text, auto placeOf) {
     if (text(tagOf(&AlarmWatchRecord::propertyName)).empty()) {
-      report(placeOf(tagOf(&AlarmWatchRecord::propertyName)), "no property name");
+      report(placeOf(&AlarmWatchRecord::propertyName), "no property name");
     } else if (text(tagOf(&AlarmWatchRecord::localName)).empty()) {
-      report(placeOf(tagOf(&AlarmWatchRecord::localName)), "no local name");
+      report(placeOf(&AlarmWatchRecord::localName), "no local name");
     }
   });
 }

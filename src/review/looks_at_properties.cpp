@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
-#include <array>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -24,33 +24,25 @@ template <class LookAt>
 void eachProperty(const ProjectReading& project, LookAt look) {
   const auto& [rows, result] = project.properties;
   for (std::size_t row = 0; row < rows.size(); ++row) {
-    look(rows[row], [&, row](std::string_view tag) {
-      return project.placeOf(exportsFileName, result, row, tag);
+    look(rows[row], [&, row](Tag<PropertyRecord> tag) {
+      return project.placeOf(exportsFileName, result, row, tag.text);
     });
   }
 }
 
-/// Reports each first row whose text differs from that of the last row.
-template <class TextOf>
-void reportOthers(const ProjectReading& project, const Report& report, std::string_view tag,
-                  TextOf textOf) {
+/// Reports each first row whose text, as `shown`, differs from that of the last row.
+template <class Shown>
+void reportOthers(const ProjectReading& project, const Report& report, Tag<PropertyRecord> tag,
+                  Shown shown) {
   if (project.properties.rows.empty()) return;
-  const std::string last = textOf(project.properties.rows.back());
+  const std::string last = shown(project.properties.rows.back());
   std::set<std::string> told{last};
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    const std::string text = textOf(row);
+    const std::string text = shown(row);
     if (!told.insert(text).second) return;
     report(placeOf(tag), quoted(text) + ", while the last row has " + quoted(last));
   });
 }
-
-struct FormatField {
-  std::string_view tag;
-  std::string PropertyRecord::*member;
-};
-constexpr std::array formatFields = {
-    FormatField{tagOf(&PropertyRecord::outputFormat), &PropertyRecord::outputFormat},
-    FormatField{tagOf(&PropertyRecord::inputFormat), &PropertyRecord::inputFormat}};
 
 std::string_view formatName(std::string_view format) {
   return format.substr(0, format.find('.'));
@@ -71,10 +63,12 @@ std::string formatInOtherCase(std::string_view name) {
 template <class LookAt>
 void eachForeignFormat(const ProjectReading& project, LookAt look) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    for (const FormatField& field : formatFields) {
-      const std::string_view name = formatName(row.*field.member);
-      if (!name.empty() && !isFormat(name)) look(placeOf(field.tag), name);
-    }
+    const auto one = [&](const std::string& format, Tag<PropertyRecord> tag) {
+      const std::string_view name = formatName(format);
+      if (!name.empty() && !isFormat(name)) look(placeOf(tag), name);
+    };
+    one(row.outputFormat, &PropertyRecord::outputFormat);
+    one(row.inputFormat, &PropertyRecord::inputFormat);
   });
 }
 
@@ -100,17 +94,17 @@ std::string processOf(const PropertyRecord& row) {
 void namelessProperty(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     if (row.exportName.empty())
-      report(placeOf(tagOf(&PropertyRecord::exportName)), "no export name");
-    if (row.localName.empty()) report(placeOf(tagOf(&PropertyRecord::localName)), "no local name");
+      report(placeOf(&PropertyRecord::exportName), "no export name");
+    if (row.localName.empty()) report(placeOf(&PropertyRecord::localName), "no local name");
     if (row.propertyName.empty())
-      report(placeOf(tagOf(&PropertyRecord::propertyName)), "no property name");
+      report(placeOf(&PropertyRecord::propertyName), "no property name");
   });
 }
 
 void repeatedProperty(const ProjectReading& project, const Report& report) {
   std::map<std::pair<std::string, std::string>, std::size_t> lines;
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    const Place place = placeOf(tagOf(&PropertyRecord::propertyName));
+    const Place place = placeOf(&PropertyRecord::propertyName);
     const auto [first, isNew] =
         lines.emplace(std::pair(row.exportName, row.propertyName), place.line);
     if (isNew) return;
@@ -125,20 +119,20 @@ void otherCase(const ProjectReading& project, const Report& report) {
     const std::string& name = row.propertyName;
     const std::string& first = names.emplace(project.foldedNames.at(index++), name).first->second;
     if (first == name) return;
-    report(placeOf(tagOf(&PropertyRecord::propertyName)),
+    report(placeOf(&PropertyRecord::propertyName),
            name + " differs from " + first + " in case only");
   });
 }
 
 void separatorInName(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    const auto look = [&](const std::string& name, std::string_view entry, std::string_view tag) {
+    const auto look = [&](const std::string& name, std::string_view entry, Tag<PropertyRecord> tag) {
       if (faultOfName(entry).empty()) return;
       report(placeOf(tag), quoted(name) + " is no name of a file");
     };
-    look(row.exportName, row.exportName, tagOf(&PropertyRecord::exportName));
-    look(row.localName, row.localName, tagOf(&PropertyRecord::localName));
-    look(row.propertyName, namesFile(row.propertyName), tagOf(&PropertyRecord::propertyName));
+    look(row.exportName, row.exportName, &PropertyRecord::exportName);
+    look(row.localName, row.localName, &PropertyRecord::localName);
+    look(row.propertyName, namesFile(row.propertyName), &PropertyRecord::propertyName);
   });
 }
 
@@ -146,23 +140,23 @@ void longLocalName(const ProjectReading& project, const Report& report) {
   std::set<std::string> told;
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     if (row.localName.size() <= localNameLength || !told.insert(row.localName).second) return;
-    report(placeOf(tagOf(&PropertyRecord::localName)),
+    report(placeOf(&PropertyRecord::localName),
            row.localName + " has more than 6 characters");
   });
 }
 
 void severalServers(const ProjectReading& project, const Report& report) {
-  reportOthers(project, report, tagOf(&PropertyRecord::exportName),
-               [](const PropertyRecord& row) { return row.exportName; });
+  reportOthers(project, report, &PropertyRecord::exportName,
+               std::mem_fn(&PropertyRecord::exportName));
 }
 
 void severalLocalNames(const ProjectReading& project, const Report& report) {
-  reportOthers(project, report, tagOf(&PropertyRecord::localName),
-               [](const PropertyRecord& row) { return row.localName; });
+  reportOthers(project, report, &PropertyRecord::localName,
+               std::mem_fn(&PropertyRecord::localName));
 }
 
 void severalModuleCounts(const ProjectReading& project, const Report& report) {
-  reportOthers(project, report, tagOf(&PropertyRecord::numModules), [](const PropertyRecord& row) {
+  reportOthers(project, report, &PropertyRecord::numModules, [](const PropertyRecord& row) {
     return plainNumberText(textValue(row.numModules));
   });
 }
@@ -186,21 +180,21 @@ void unknownArrayType(const ProjectReading& project, const Report& report) {
     if (dot == std::string::npos || getArrayTypeIndex(row.outputFormat) != 0) return;
     const std::string type = row.outputFormat.substr(dot + 1);
     if (upperCase(type) != "UNKNOWN")
-      report(placeOf(tagOf(&PropertyRecord::outputFormat)), quoted(type) + " is no array type");
+      report(placeOf(&PropertyRecord::outputFormat), quoted(type) + " is no array type");
   });
 }
 
 void unknownAccess(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     if (!isAccessMode(row.access))
-      report(placeOf(tagOf(&PropertyRecord::access)), quoted(row.access) + " is no access");
+      report(placeOf(&PropertyRecord::access), quoted(row.access) + " is no access");
   });
 }
 
 void brokenRange(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     if (!isBrokenRange(row.description)) return;
-    report(placeOf(tagOf(&PropertyRecord::description)),
+    report(placeOf(&PropertyRecord::description),
            "the range in " + quoted(row.description) + " can't be taken apart");
   });
 }
@@ -210,7 +204,7 @@ void incompleteProcess(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     const std::string name = processOf(row);
     if (name.empty()) return;
-    ++processes.try_emplace(name, placeOf(tagOf(&PropertyRecord::propertyName)), 0)
+    ++processes.try_emplace(name, placeOf(&PropertyRecord::propertyName), 0)
           .first->second.second;
   });
   for (const auto& [name, process] : processes) {
