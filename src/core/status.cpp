@@ -104,6 +104,15 @@ std::string backupTroubleSentence(const FileSystem& files, const BackupFailure& 
          "has room.";
 }
 
+/// What can't be checked exists: something has kept it from being read.
+bool mayExist(const FileSystem& files, const Path& path) {
+  try {
+    return files.fileExists(path) || files.folderExists(path);
+  } catch (const Failure&) {
+    return true;
+  }
+}
+
 /// Where and why a reader did not come to the end of a file; empty if it did or found no file.
 std::string stopSentence(const FileSystem& files, const FileRead& file) {
   const auto& stop = file.result.stop;
@@ -114,8 +123,7 @@ std::string stopSentence(const FileSystem& files, const FileRead& file) {
     return " Reading " + name + " stopped at line " + std::to_string(stop->line) + ": " +
            stop->reason + ".";
   }
-  const bool isThere = files.fileExists(file.path) || files.folderExists(file.path);
-  return isThere ? " " + name + " can't be read: " + stop->reason + "." : "";
+  return mayExist(files, file.path) ? " " + name + " can't be read: " + stop->reason + "." : "";
 }
 
 std::string doneSentences(const Wizard& wizard) {

@@ -260,7 +260,11 @@ bool willReadNames(const Wizard& wizard) {
           ? significantLocalName(wizard)
           : storedLocalName(rowOf(state.exportTable, state.exportCount - 1).localName);
   const FileSystem& files = wizard.platform.files;
-  return files.fileExists(files.path(projectFile(wizard, serverNamesFile(localName))));
+  try {
+    return files.fileExists(files.path(projectFile(wizard, serverNamesFile(localName))));
+  } catch (const Failure&) {
+    return true;  // rather a name too many in the question than one too few
+  }
 }
 
 std::string restoreQuestion(const Wizard& wizard, const BackupSet& set) {
