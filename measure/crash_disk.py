@@ -14,20 +14,17 @@ FEW = 8  # unflushed names of a folder of which every subset is built: 256
 
 
 def applied(content, writes):
-    """The content after writes of (place, bytes); bytes None cuts or lengthens to the place."""
+    """The content after writes of (place, bytes)."""
     result = bytearray(content)
     for place, data in writes:
-        if data is None:
-            del result[place:]
         result.extend(bytes(max(0, place - len(result))))
-        if data is not None:
-            result[place:place + len(data)] = data
+        result[place:place + len(data)] = data
     return bytes(result)
 
 
 def as_zeros(write):
     place, data = write
-    return place, data and bytes(len(data))
+    return place, bytes(len(data))
 
 
 class File:
@@ -46,11 +43,6 @@ class File:
         self.size += len(data)
         self.known_forms = None
 
-    def cut(self, size):
-        self.pending.append((size, None))
-        self.size = size
-        self.known_forms = None
-
     def flush(self):
         self.flushed, self.pending = self.content(), []
         self.known_forms = None
@@ -63,15 +55,15 @@ class File:
 
     def make_forms(self):
         *first, (place, data) = self.pending
-        half = (place, data and data[:len(data) // 2])
+        half = (place, data[:len(data) // 2])
         forms = [self.flushed, applied(self.flushed, self.pending),
                  applied(self.flushed, first + [half]),
                  applied(self.flushed, map(as_zeros, self.pending))]
         others = {}
         for i, (place, data) in enumerate(self.pending):
             head, tail = self.pending[:i], self.pending[i + 1:]
-            for size in (0, 1, len(data) - 1) if data else (0,):
-                others[applied(self.flushed, head + [(place, (data or b"")[:size])])] = True
+            for size in (0, 1, len(data) - 1):
+                others[applied(self.flushed, head + [(place, data[:size])])] = True
             others[applied(self.flushed, head + [as_zeros((place, data))] + tail)] = True
         return forms + [form for form in others if form not in forms]
 
@@ -178,9 +170,6 @@ class Disk:
         self.node(path).append(data)
 
     take_copy_file_range = take_write
-
-    def take_ftruncate(self, path, size):
-        self.node(path).cut(int(size))
 
     def take_fsync(self, path, _):
         self.node(path).flush()

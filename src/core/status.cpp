@@ -106,7 +106,7 @@ std::string stopSentence(const FileSystem& files, const FileRead& file) {
     return " Reading " + name + " stopped at line " + std::to_string(stop->line) + ": " +
            stop->reason + ".";
   }
-  const bool isThere = files.fileExists(file.path) || files.folderExists(file.path);
+  const bool isThere = mayExist(files, file.path) || files.folderExists(file.path);
   return isThere ? " " + name + " can't be read: " + stop->reason + "." : "";
 }
 

@@ -101,9 +101,10 @@ struct FileSystem {
   virtual Path path(std::string_view text) const = 0;
   /// A name in the machine's own form as the wizard's text; "?" for what that can't tell.
   virtual std::string text(std::string_view native) const = 0;
-  /// A plain file, links followed; false for anything else and for what can't be looked at.
+  /// A plain file, links followed; false for anything else. Throws Failure if that can't be told,
+  /// as every check here: only what certainly does not exist is absent.
   virtual bool fileExists(const Path& file) const = 0;
-  /// A folder, links followed; false for anything else and for what can't be looked at.
+  /// A folder, links followed; false for anything else.
   virtual bool folderExists(const Path& folder) const = 0;
   /// Whole content of a plain file. Throws Failure if there is none to read, if it is no plain file
   /// (a pipe never makes the wizard wait), if it is larger than 64 MiB or if memory runs out.
@@ -126,7 +127,8 @@ struct FileSystem {
   /// Removes the entry itself: of a link the link, not what it points to.
   virtual void remove(const Path& file) = 0;
   /// Names of the folder's plain files in the machine's own form, sorted by their bytes. Hidden
-  /// entries and everything that is no regular file stay out; links to regular files come along.
+  /// entries and everything that is no regular file stay out; links to regular files come along,
+  /// but for those that lead to where this account may not go.
   virtual std::vector<std::string> plainFiles(const Path& folder) const = 0;
   /// State of a file, links followed; nothing if there is no such file.
   virtual std::optional<FileStamp> stamp(const Path& file) const = 0;
@@ -143,10 +145,19 @@ struct FileSystem {
   /// Makes all that has been written to the file system of `folder` so far outlast a loss of power,
   /// names included; where that can't be had, the plain files of `folder` and its names.
   virtual void flushAll(const Path& folder) = 0;
-  /// Removes the hidden files that killed wizards have left in `folder`. What somebody holds, what
-  /// is not certainly a wizard's and what can't be removed stays.
+  /// Removes the temporary files that killed wizards of this account have left in `folder`. What
+  /// somebody holds, what belongs to another account and what can't be removed stays.
   virtual void removeLeftovers(const Path& folder) = 0;
 };
+
+/// There is such a file. One that can't be checked counts as there.
+inline bool mayExist(const FileSystem& files, const Path& file) {
+  try {
+    return files.fileExists(file);
+  } catch (const Failure&) {
+    return true;
+  }
+}
 
 /// `file` holds `content` afterwards, or, if this throws, what it held before.
 inline void replace(FileSystem& files, const Path& file, std::string_view content) {

@@ -128,7 +128,8 @@ void historyDiffers(const ProjectReading& project, const Report& report) {
 }
 
 void repeatedHistory(const ProjectReading& project, const Report& report) {
-  reportRepeated(project, report, historyFileName, project.history, &HistoryRecord::propertyName, [](const HistoryRecord& row) {
+  reportRepeated(project, report, historyFileName, project.history, &HistoryRecord::propertyName,
+                 [](const HistoryRecord& row) {
                    return row.exportName + ' ' + row.localName + ' ' + row.propertyName;
                  });
 }

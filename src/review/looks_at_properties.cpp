@@ -93,8 +93,7 @@ std::string processOf(const PropertyRecord& row) {
 
 void namelessProperty(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    if (row.exportName.empty())
-      report(placeOf(&PropertyRecord::exportName), "no export name");
+    if (row.exportName.empty()) report(placeOf(&PropertyRecord::exportName), "no export name");
     if (row.localName.empty()) report(placeOf(&PropertyRecord::localName), "no local name");
     if (row.propertyName.empty())
       report(placeOf(&PropertyRecord::propertyName), "no property name");
@@ -126,7 +125,8 @@ void otherCase(const ProjectReading& project, const Report& report) {
 
 void separatorInName(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    const auto look = [&](const std::string& name, std::string_view entry, Tag<PropertyRecord> tag) {
+    const auto look = [&](const std::string& name, std::string_view entry,
+                          Tag<PropertyRecord> tag) {
       if (faultOfName(entry).empty()) return;
       report(placeOf(tag), quoted(name) + " is no name of a file");
     };
@@ -140,8 +140,7 @@ void longLocalName(const ProjectReading& project, const Report& report) {
   std::set<std::string> told;
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     if (row.localName.size() <= localNameLength || !told.insert(row.localName).second) return;
-    report(placeOf(&PropertyRecord::localName),
-           row.localName + " has more than 6 characters");
+    report(placeOf(&PropertyRecord::localName), row.localName + " has more than 6 characters");
   });
 }
 
@@ -204,8 +203,7 @@ void incompleteProcess(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     const std::string name = processOf(row);
     if (name.empty()) return;
-    ++processes.try_emplace(name, placeOf(&PropertyRecord::propertyName), 0)
-          .first->second.second;
+    ++processes.try_emplace(name, placeOf(&PropertyRecord::propertyName), 0).first->second.second;
   });
   for (const auto& [name, process] : processes) {
     const auto& [place, rows] = process;

@@ -259,8 +259,8 @@ bool willReadNames(const Wizard& wizard) {
           : storedLocalName(
                 rowOf(state.project.exportTable, state.project.exportCount - 1).localName);
   const FileSystem& files = wizard.platform.files;
-  return files.fileExists(
-      files.path(projectFile(wizard.state.project, serverNamesFile(localName))));
+  // Rather a name too many in the question than one too few.
+  return mayExist(files, files.path(projectFile(state.project, serverNamesFile(localName))));
 }
 
 std::string restoreQuestion(const Wizard& wizard, const BackupSet& set) {

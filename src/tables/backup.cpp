@@ -52,7 +52,8 @@ class NamedLists {
       const std::string content = files_.read(folder_ / exportsFileName);
       TableLines lines(content);
       const auto header = lines.next();
-      if (!header || getCsvColumn(*header, tagOf(&PropertyRecord::propertyName)) < 0) return std::nullopt;
+      if (!header || getCsvColumn(*header, tagOf(&PropertyRecord::propertyName)) < 0)
+        return std::nullopt;
       while (lines.next()) continue;
       return files_.withoutCase(content);
     } catch (const Failure&) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A whole run of the wizard, again and again, with one of its calls to the system failing.
 #include "reliability/faults.h"
+#include "review/review_pages.h"
 
 namespace kova::test {
 namespace {
@@ -24,6 +25,26 @@ TEST_F(Faults, EveryKindOfCallMayFail) {
   }
   EXPECT_EQ(answers.size(), callsOfARun.kinds);
   EXPECT_EQ(silent, callsOfARun.silent) << "of the entry";
+}
+
+TEST(Restoring, LosesNoPresentTableWhateverFails) {
+  std::size_t at = 0;
+  for (bool struck = true; struck;) {
+    Project project;
+    Wizard& wizard = project.wizard->program.wizard;
+    wizard.state.projectPath = project.home.path("MAGNET");
+    project.wizard->answers.push_back(Answer::yes);
+    systemCalls() = {.folder = wizard.state.projectPath, .at = ++at, .error = EIO};
+    const auto sets = backupSetsOf(wizard);
+    if (!sets.empty()) restoreIfWanted(wizard, sets.front());
+    struck = std::exchange(systemCalls(), {}).made.size() >= at;
+    SCOPED_TRACE("call " + std::to_string(at));
+    const std::string table = std::string("MAGNET") + pathSeparator + "exports.csv";
+    project.expectWholeTables({{table, "long past"}});
+    const bool told = sets.empty() || project.messages().size() > 1;
+    EXPECT_TRUE(told || project.home.read(table) == "long past");
+  }
+  EXPECT_GT(at, 20U);
 }
 
 TEST(Generators, ThatCannotBeStartedCostAMessageEach) {

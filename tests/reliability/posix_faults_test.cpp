@@ -38,6 +38,13 @@ TEST_F(Faults, AKillAtAnyMomentLeavesWholeTables) {
   for (const auto& [what, count] : left) RecordProperty(what, count);
 }
 
+TEST_F(Faults, AnInterruptedCheckIsRepeated) {
+  for (const std::size_t at : moments()) {
+    if (calls[at - 1].name != "stat") continue;
+    EXPECT_FALSE(survives({.at = at, .error = EINTR})) << "call " << at;
+  }
+}
+
 TEST_F(Faults, DoneReplacesTablesOnceAllBytesAreFlushedAndFlushesTheNamesInTheEnd) {
   std::set<std::filesystem::path> bytes;
   std::set<std::filesystem::path> names;

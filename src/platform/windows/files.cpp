@@ -55,7 +55,7 @@ std::string readWhole(const std::wstring& name) {
                [&](char* into, std::size_t size) { return readSome(source, into, size); });
 }
 
-// A copy that stands under a hidden name still.
+// A copy that has its temporary name still.
 std::unique_ptr<HiddenFile> hiddenCopy(const Path& from, const Path& to, FileState& state) {
   const std::wstring name = nameOf(from);
   const Handle source = openPlainFile(name);
@@ -173,7 +173,7 @@ class WindowsFileSystem final : public FileSystem {
       if ((entry.dwFileAttributes & notListed) != 0 || entry.cFileName[0] == L'.') return;
       std::string name = narrow(entry.cFileName);
       const bool isLink = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-      if (!isLink || fileExists(folder / name)) names.push_back(std::move(name));
+      if (!isLink || leadsToFile(folder / name)) names.push_back(std::move(name));
     });
     std::sort(names.begin(), names.end());
     return names;
@@ -205,9 +205,11 @@ class WindowsFileSystem final : public FileSystem {
 
   std::unique_ptr<FolderLock> lock(const Path& folder) override {
     const std::wstring name = nameOf(folder / ".kova-lock");
+    // Of a link the link goes, not the file that it leads to.
+    constexpr DWORD flags = FILE_FLAG_DELETE_ON_CLOSE | FILE_FLAG_OPEN_REPARSE_POINT;
     int denied = 0;
     for (int attempt = 0; attempt < lockAttempts; ++attempt) {
-      Handle file = openFile(name, GENERIC_WRITE, 0, OPEN_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE);
+      Handle file = openFile(name, GENERIC_WRITE, 0, OPEN_ALWAYS, flags);
       if (file.open()) return std::make_unique<WindowsFolderLock>(std::move(file));
       const DWORD error = ::GetLastError();
       const bool isHeld = error == ERROR_SHARING_VIOLATION ||
@@ -240,6 +242,15 @@ class WindowsFileSystem final : public FileSystem {
   }
 
  private:
+  // A link may lead round in a circle, or to where this account may not go.
+  bool leadsToFile(const Path& link) const {
+    const Handle file = openFile(nameOf(link), FILE_READ_ATTRIBUTES, shareAll);
+    const DWORD error = file.open() ? ERROR_SUCCESS : ::GetLastError();
+    const bool leadsNowhere = error == ERROR_ACCESS_DENIED || error == ERROR_CANT_ACCESS_FILE ||
+                              error == ERROR_CANT_RESOLVE_FILENAME;
+    return !leadsNowhere && fileExists(link);
+  }
+
   static DWORD nameLimit(const Path& folder) {
     constexpr DWORD usual = 255;
     std::wstring volume(MAX_PATH + folder.native.size(), L'\0');

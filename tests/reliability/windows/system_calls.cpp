@@ -84,9 +84,6 @@ BOOL WINAPI writeFile(HANDLE file, const void* data, DWORD size, DWORD* count, O
 BOOL WINAPI flushFileBuffers(HANDLE file) {
   return strikes(note("fsync", pathOf(file))) ? fail() : TRUE;
 }
-BOOL WINAPI setEndOfFile(HANDLE file) {
-  return call("ftruncate", "SetEndOfFile", file);
-}
 BOOL WINAPI setInformation(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* data, DWORD size) {
   return call(kind == FileDispositionInfo ? "unlink" : "fchmod", "SetFileInformationByHandle", file,
               kind, data, size);
@@ -115,7 +112,6 @@ auto* __imp_FindFirstFileW = &findFirstFile;
 auto* __imp_ReadFile = &readFile;
 auto* __imp_WriteFile = &writeFile;
 auto* __imp_FlushFileBuffers = &flushFileBuffers;
-auto* __imp_SetEndOfFile = &setEndOfFile;
 auto* __imp_SetFileInformationByHandle = &setInformation;
 auto* __imp_SetFileSecurityW = &setFileSecurity;
 auto* __imp_SetFileAttributesW = &setFileAttributes;
