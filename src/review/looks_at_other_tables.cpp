@@ -68,8 +68,9 @@ template <class Rows, class LookAt>
 void eachRow(const ProjectReading& project, std::string_view file, const TableReading<Rows>& table,
              LookAt look) {
   for (std::size_t row = 0; row < table.rows.size(); ++row) {
-    look(table.rows[row],
-         [&, row](std::string_view tag) { return project.placeOf(file, table.result, row, tag); });
+    look(table.rows[row], [&, row](Tag<typename Rows::value_type> tag) {
+      return project.placeOf(file, table.result, row, tag.text);
+    });
   }
 }
 
@@ -166,9 +167,9 @@ void severalAlarms(const ProjectReading& project, const Report& report) {
 void namelessAlarm(const ProjectReading& project, const Report& report) {
   eachLine(project, alarmFileName, [&](auto text, auto placeOf) {
     if (text(tagOf(&AlarmWatchRecord::propertyName)).empty()) {
-      report(placeOf(&AlarmWatchRecord::propertyName), "no property name");
+      report(placeOf(tagOf(&AlarmWatchRecord::propertyName)), "no property name");
     } else if (text(tagOf(&AlarmWatchRecord::localName)).empty()) {
-      report(placeOf(&AlarmWatchRecord::localName), "no local name");
+      report(placeOf(tagOf(&AlarmWatchRecord::localName)), "no local name");
     }
   });
 }

@@ -32,9 +32,9 @@ TEST(Restoring, LosesNoPresentTableWhateverFails) {
   for (bool struck = true; struck;) {
     Project project;
     Wizard& wizard = project.wizard->program.wizard;
-    wizard.state.projectPath = project.home.path("MAGNET");
+    wizard.state.project.projectPath = project.home.path("MAGNET");
     project.wizard->answers.push_back(Answer::yes);
-    systemCalls() = {.folder = wizard.state.projectPath, .at = ++at, .error = EIO};
+    systemCalls() = {.folder = wizard.state.project.projectPath, .at = ++at, .error = EIO};
     const auto sets = backupSetsOf(wizard);
     if (!sets.empty()) restoreIfWanted(wizard, sets.front());
     struck = std::exchange(systemCalls(), {}).made.size() >= at;
