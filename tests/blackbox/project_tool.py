@@ -21,7 +21,8 @@ SCHEMA = json.loads((SOURCES / "docs" / "kova-project.schema.json").read_text())
 def run(*words, out=subprocess.PIPE):
     ended = subprocess.run(
         [*PROGRAM, *words], stdout=out, stderr=subprocess.PIPE, text=True, check=False,
-        env={"PATH": os.environ["PATH"], "TZ": "UTC", "LC_ALL": "C.UTF-8"})
+        env={"PATH": os.environ["PATH"], "TZ": "UTC", "LC_ALL": "C.UTF-8",
+             "KOVA_MUTANT": os.environ.get("KOVA_MUTANT", "")})
     return ended.returncode, ended.stdout, ended.stderr
 
 
