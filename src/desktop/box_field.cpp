@@ -37,7 +37,6 @@ void BoxField::mirror() {
   if (position == cursor.position()) return;
   cursor.setPosition(position);
   setTextCursor(cursor);
-  ensureCursorVisible();
 }
 
 void BoxField::takeEdit() {

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
+#include <limits>
 
 #include "review/backup_sets.h"
 
@@ -18,7 +20,8 @@ bool isStamp(const std::string& text) {
   constexpr std::size_t longestStamp = 10;
   return !text.empty() && text.size() <= longestStamp &&
          std::all_of(text.begin(), text.end(),
-                     [](unsigned char digit) { return std::isdigit(digit) != 0; });
+                     [](unsigned char digit) { return std::isdigit(digit) != 0; }) &&
+         std::stoll(text) <= std::numeric_limits<std::int32_t>::max();
 }
 
 /// What a set holds, and what is there of its files now.
