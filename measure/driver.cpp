@@ -7,7 +7,7 @@
 #include <iostream>
 #include <utility>
 
-#include "acts.h"
+#include "actions.h"
 #include "core/status.h"
 #include "reliability/system_calls.h"
 #include "support/engineer.h"

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "desktop/colours.h"
-#include "desktop/text_seam.h"
+#include "desktop/text_conversion.h"
 
 namespace kova {
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "desktop/colours.h"
-#include "desktop/text_seam.h"
+#include "desktop/text_conversion.h"
 #include "editing/field_warnings.h"
 
 namespace kova {

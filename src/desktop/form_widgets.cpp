@@ -12,7 +12,7 @@
 #include "desktop/line_field.h"
 #include "desktop/line_list.h"
 #include "desktop/small_widgets.h"
-#include "desktop/text_seam.h"
+#include "desktop/text_conversion.h"
 
 namespace kova {
 namespace {

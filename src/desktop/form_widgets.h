@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "controls/control_design.h"
-#include "desktop/act_filter.h"
+#include "desktop/connections.h"
+#include "desktop/event_filters.h"
 #include "desktop/field_focus.h"
-#include "desktop/hooks.h"
 #include "desktop/layouts.h"
 #include "platform/code_page.h"
 

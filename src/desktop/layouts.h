@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "controls/control_design.h"
-#include "desktop/sketch.h"
+#include "desktop/layout_template.h"
 
 namespace kova {
 

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <limits>
 
-#include "desktop/text_seam.h"
+#include "desktop/text_conversion.h"
 
 namespace kova {
 namespace {

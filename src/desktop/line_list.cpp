@@ -10,7 +10,7 @@
 #include <cmath>
 #include <utility>
 
-#include "desktop/text_seam.h"
+#include "desktop/text_conversion.h"
 
 namespace kova {
 

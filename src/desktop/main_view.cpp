@@ -12,10 +12,10 @@
 
 #include "core/status.h"
 #include "desktop/colours.h"
+#include "desktop/layout_template.h"
 #include "desktop/message_boxes.h"
-#include "desktop/sketch.h"
-#include "desktop/text_seam.h"
-#include "wizard/focus_sentence.h"
+#include "desktop/text_conversion.h"
+#include "wizard/focus_message.h"
 
 namespace kova {
 namespace {

@@ -10,14 +10,14 @@
 #include <string>
 #include <string_view>
 
-#include "desktop/act_filter.h"
+#include "desktop/announcing_label.h"
+#include "desktop/event_filters.h"
 #include "desktop/field_marks.h"
 #include "desktop/form_widgets.h"
-#include "desktop/helper_view.h"
-#include "desktop/long_act.h"
+#include "desktop/guided_dialog_view.h"
+#include "desktop/long_operation.h"
 #include "desktop/review_window.h"
 #include "desktop/small_widgets.h"
-#include "desktop/spoken_line.h"
 #include "wizard/wiring.h"
 
 namespace kova {

@@ -11,8 +11,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "desktop/act_filter.h"
-#include "desktop/text_seam.h"
+#include "desktop/event_filters.h"
+#include "desktop/text_conversion.h"
 
 namespace kova {
 namespace {

@@ -6,7 +6,7 @@
 #include <set>
 #include <utility>
 
-#include "review/form_differences.h"
+#include "review/formatting_differences.h"
 #include "review/table_text.h"
 #include "tables/alarm_table.h"
 #include "tables/export_table.h"
@@ -200,7 +200,7 @@ std::optional<FileDifference> compareFile(std::string_view name,
   const TableText from = parseTable(kind, before ? std::string_view(*before) : std::string_view());
   const TableText to = parseTable(kind, after ? std::string_view(*after) : std::string_view());
   difference.rows = Comparison(from, to).run();
-  if (before && after) difference.form = formDifferences(from, to);
+  if (before && after) difference.form = formattingDifferences(from, to);
   if (difference.rows.empty() && difference.form.empty() && before && after) {
     difference.form = {"blanks or numbers are written in another way"};
   }

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <utility>
 
-#include "core/project_entry.h"
+#include "core/project_open.h"
 #include "core/status.h"
-#include "review/done_sentence.h"
+#include "review/done_message.h"
 #include "review/findings.h"
 #include "review/overlay_files.h"
 #include "review/preview.h"

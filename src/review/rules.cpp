@@ -2,8 +2,8 @@
 // The table of rules. A rule is a row here and a look that its last column names.
 #include <array>
 
+#include "review/checks.h"
 #include "review/findings.h"
-#include "review/looks.h"
 
 namespace kova {
 namespace {

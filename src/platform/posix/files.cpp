@@ -12,8 +12,8 @@
 
 #include "platform/machine.h"
 #include "platform/posix/output_file.h"
-#include "platform/posix/rights.h"
-#include "platform/whole_file.h"
+#include "platform/posix/permissions.h"
+#include "platform/read_file.h"
 
 namespace kova {
 

@@ -14,8 +14,8 @@
 #include <tuple>
 #include <utility>
 
-#include "platform/hidden_name.h"
-#include "platform/posix/rights.h"
+#include "platform/posix/permissions.h"
+#include "platform/temporary_name.h"
 
 namespace kova::posix {
 

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <new>
 
-#include "platform/hidden_name.h"
 #include "platform/machine.h"
-#include "platform/whole_file.h"
+#include "platform/read_file.h"
+#include "platform/temporary_name.h"
 #include "platform/windows/output_file.h"
 
 namespace kova {

@@ -7,7 +7,7 @@
 #include <array>
 #include <vector>
 
-#include "platform/hidden_name.h"
+#include "platform/temporary_name.h"
 
 namespace kova::windows {
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "wizard/focus_sentence.h"
+#include "wizard/focus_message.h"
 
 #include "core/status.h"
 #include "editing/commit.h"
 #include "editing/field_warnings.h"
-#include "review/done_sentence.h"
+#include "review/done_message.h"
 
 namespace kova {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "core/data_formats.h"
-#include "review/looks.h"
+#include "review/checks.h"
 #include "tables/device_files.h"
 #include "tables/number_text.h"
 #include "tables/process_templates.h"

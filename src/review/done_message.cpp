@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "review/done_sentence.h"
+#include "review/done_message.h"
 
 #include "review/preview.h"
 #include "tables/quoting.h"

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "core/data_formats.h"
-#include "review/looks.h"
+#include "review/checks.h"
 #include "tables/device_files.h"
 #include "tables/number_text.h"
 #include "tables/quoting.h"

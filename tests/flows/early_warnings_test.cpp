@@ -6,12 +6,12 @@
 #include <string>
 
 #include "support/flow.h"
-#include "wizard/focus_sentence.h"
+#include "wizard/focus_message.h"
 
 namespace kova::test {
 namespace {
 
-class ToldInTime : public Flow {
+class EarlyWarnings : public Flow {
  protected:
   std::string at(TextField& field) { return focusSentence(engineer.program.wizard, &field); }
   std::string atDone() { return focusSentence(engineer.program.wizard, &form.Command1); }
@@ -30,7 +30,7 @@ class ToldInTime : public Flow {
   }
 };
 
-TEST_F(ToldInTime, AChangeOfDirectoryDropsUnwrittenRowsOnly) {
+TEST_F(EarlyWarnings, AChangeOfDirectoryDropsUnwrittenRowsOnly) {
   EXPECT_EQ(at(form.ExportName), "");
   pumps();
   const std::string drops = "A change here drops 1 property not yet written.";
@@ -46,7 +46,7 @@ TEST_F(ToldInTime, AChangeOfDirectoryDropsUnwrittenRowsOnly) {
   EXPECT_EQ(at(form.ProjectDir), drops);
 }
 
-TEST_F(ToldInTime, DoneAndAddSayWhatTheyWouldDo) {
+TEST_F(EarlyWarnings, DoneAndAddSayWhatTheyWouldDo) {
   EXPECT_EQ(atDone(), "There are no properties: Done writes nothing.");
   pumps();
   EXPECT_EQ(atDone(), "Done writes exports.csv (1 row).");
@@ -71,7 +71,7 @@ TEST_F(ToldInTime, DoneAndAddSayWhatTheyWouldDo) {
   EXPECT_EQ(at(form.PropertyName), "Add would make a process of five rows.");
 }
 
-TEST_F(ToldInTime, AllIsWrittenBeforeTheGeneratorsStart) {
+TEST_F(EarlyWarnings, AllIsWrittenBeforeTheGeneratorsStart) {
   pumps();
   form.vbProject.setValue(1);
   engineer.programs.failure = "no such program";
@@ -81,7 +81,7 @@ TEST_F(ToldInTime, AllIsWrittenBeforeTheGeneratorsStart) {
   engineer.messages.clear();
 }
 
-TEST_F(ToldInTime, NamesWithoutADevice) {
+TEST_F(EarlyWarnings, NamesWithoutADevice) {
   open("MAGNET");
   type(form.NumDevices, "12");
   type(form.deviceNamesInputText, "a\r\nb\r\nc\r\nd");
@@ -96,7 +96,7 @@ TEST_F(ToldInTime, NamesWithoutADevice) {
   tells("2 lines of the device box beyond the number of devices not taken.");
 }
 
-TEST_F(ToldInTime, NamesThatAReaderSkipsOrDoesNotFind) {
+TEST_F(EarlyWarnings, NamesThatAReaderSkipsOrDoesNotFind) {
   const std::string row = "PUMPS,PUMEQM,P,1,short,0,NULL,1,READ,2,[0:9 V]P,0";
   project("PUMPS", {row});
   names("PUMPS/PUMEQM-devices.csv", 10);

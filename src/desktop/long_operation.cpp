@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/long_act.h"
+#include "desktop/long_operation.h"
 
 #include <QApplication>
 #include <utility>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/spoken_line.h"
+#include "desktop/announcing_label.h"
 
 #include <QAccessibleWidget>
 #include <algorithm>
 
-#include "desktop/text_seam.h"
+#include "desktop/text_conversion.h"
 
 namespace kova {
 namespace {

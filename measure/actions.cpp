@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "acts.h"
+#include "actions.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/text_seam.h"
+#include "desktop/text_conversion.h"
 
 #include <QTextDocument>
 #include <algorithm>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "review/form_differences.h"
+#include "review/formatting_differences.h"
 
 #include <algorithm>
 #include <cstddef>
 
 #include "core/data_formats.h"
-#include "review/line_ends.h"
+#include "review/line_endings.h"
 
 namespace kova {
 namespace {
@@ -56,7 +56,7 @@ void compareColumns(const TableText& before, const TableText& after,
 
 }  // namespace
 
-std::vector<std::string> formDifferences(const TableText& before, const TableText& after) {
+std::vector<std::string> formattingDifferences(const TableText& before, const TableText& after) {
   std::vector<std::string> sentences;
   const std::string endsBefore = namesOf(countLineEnds(before.content));
   const std::string endsAfter = namesOf(countLineEnds(after.content));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/sketch.h"
+#include "desktop/layout_template.h"
 
 namespace kova {
 

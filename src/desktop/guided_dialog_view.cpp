@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/helper_view.h"
+#include "desktop/guided_dialog_view.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QWindow>
 #include <utility>
 
-#include "desktop/sketch.h"
-#include "desktop/text_seam.h"
+#include "desktop/layout_template.h"
+#include "desktop/text_conversion.h"
 
 namespace kova {
 

@@ -10,6 +10,6 @@
 namespace kova {
 
 /// Sentences without a full stop: line ends, comments, a byte order mark, columns.
-std::vector<std::string> formDifferences(const TableText& before, const TableText& after);
+std::vector<std::string> formattingDifferences(const TableText& before, const TableText& after);
 
 }  // namespace kova

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "desktop/act_filter.h"
+#include "desktop/event_filters.h"
 
 #include <QAbstractButton>
 #include <QCoreApplication>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "completion/names_files.h"
+#include "completion/device_list_checks.h"
 
 #include <map>
 

@@ -8,7 +8,7 @@
 
 namespace kova::measure {
 
-/// One act as a line of words; acts.cpp lists the verbs. Returns what is wrong with it, empty if
+/// One act as a line of words; actions.cpp lists the verbs. Returns what is wrong with it, empty if
 /// nothing is.
 std::string carryOut(test::Engineer& engineer, const std::string& line);
 

@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
-#include "review/line_ends.h"
-#include "review/looks.h"
+#include "review/checks.h"
+#include "review/line_endings.h"
 #include "tables/backup.h"
 
 namespace kova::looks {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/posix/rights.h"
+#include "platform/posix/permissions.h"
 
 #include <sys/xattr.h>
 
@@ -7,7 +7,7 @@
 #include <array>
 #include <string_view>
 
-#include "platform/words.h"
+#include "platform/split.h"
 
 namespace kova::posix {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "core/data_formats.h"
-#include "review/looks.h"
+#include "review/checks.h"
 #include "tables/number_text.h"
 #include "tables/quoting.h"
 
