@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The floor of a start: a window of the given size with 87 bare widgets. A third argument makes
+// The layer of a start: a window of the given size with 87 bare widgets. A third argument makes
 // them labels and fields of one line that show it.
 #include <QApplication>
 #include <QLabel>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Single acts of the engineer and their floors. Each run is one act; what leads up to it is not
+// Single acts of the engineer and their layers. Each run is one act; what leads up to it is not
 // timed. Ahead of the options of the benchmark library stands the folder of the projects, which
 // holds "ROWS/BENCH" for several numbers of rows, and "full/BENCH" with all files of device names.
 #include <benchmark/benchmark.h>

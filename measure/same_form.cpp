@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The floor of a start: a window with the widgets of a list (form_part.h), the same texts at the
+// The layer of a start: a window with the widgets of a list (form_part.h), the same texts at the
 // same places, without layouts and without a wizard.
 #include <QApplication>
 #include <QCheckBox>

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""How long the wizard, its floors and other desktop programs take to show their windows."""
+"""How long the wizard, its baselines and other desktop programs take to show their windows."""
 import os
 import pathlib
 import re
@@ -54,7 +54,7 @@ def first_frame(program, preload, home, environment, **further):
 
 
 def measure_starts(bin_, work, screen, runs, samples):
-    """The wizard beside its floors in turns. Returns the libraries that it maps."""
+    """The wizard beside its baselines in turns. Returns the libraries that it maps."""
     wizard = (bin_ / "src/desktop/kova-setup-wizard",)
     preload = bin_ / "measure/libmeasure_first_frame.so"
     home = work / "empty"
@@ -67,11 +67,11 @@ def measure_starts(bin_, work, screen, runs, samples):
         for place, environment in places:
             same = (bin_ / "measure/measure_same_form", work / place)
             programs = [("", wizard), ("/same", same), ("/bare", bare)]
-            for floor, program in programs[::-1] if turn % 2 else programs:
+            for baseline, program in programs[::-1] if turn % 2 else programs:
                 screen.settle()
                 told = first_frame(program, preload, home, environment)
                 for figure in ("start", "work", "memory"):
-                    samples.setdefault(f"{figure}/{place}{floor}", []).append(told[figure])
+                    samples.setdefault(f"{figure}/{place}{baseline}", []).append(told[figure])
     measure_cold(wizard, frame["libraries"], preload, home, screen, runs, samples)
     return frame["libraries"]
 
