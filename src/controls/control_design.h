@@ -55,9 +55,9 @@ struct ControlDesign {
   Twips place;
   std::string_view toolTip{};
   bool enabled = true;
-  std::int16_t value = 0;          ///< 1: ticked or selected at start
-  std::string_view spokenName{};   ///< of what neither a label nor a caption names
-  std::string_view hintIfEmpty{};  ///< stands in it while nothing else does
+  std::int16_t value = 0;             ///< 1: ticked or selected at start
+  std::string_view accessibleName{};  ///< of what neither a label nor a caption names
+  std::string_view hintIfEmpty{};     ///< stands in it while nothing else does
 };
 
 /// How much of a line a control holds, by how wide it was drawn.

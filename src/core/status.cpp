@@ -120,7 +120,7 @@ std::string doneSentences(const Wizard& wizard) {
   if (state.onDisk.notWaitedFor) {
     text += " Another wizard is finishing this project as well; it was waited for in vain.";
   }
-  for (const ForeignChange& change : state.onDisk.foreignChanges) {
+  for (const ExternalChange& change : state.onDisk.externalChanges) {
     text += " What somebody else has written to " + files.text(change.file) + " since is kept as " +
             files.text(change.backup) + ".";
   }
@@ -239,7 +239,7 @@ void reportRepositoryNotUsed(Wizard& wizard) {
   report(wizard, wizard.state.onDisk.repositoryNotUsed + "The tables are not copied.");
 }
 
-void reportForeignChanges(Wizard& wizard) {
+void reportExternalChanges(Wizard& wizard) {
   report(wizard, doneSentences(wizard));
 }
 

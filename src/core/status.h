@@ -89,7 +89,7 @@ void reportAllWritten(Wizard& wizard);
 /// Done copies nothing, since what names the repository is not used.
 void reportRepositoryNotUsed(Wizard& wizard);
 /// Tables that somebody else has written, as far as Done has come.
-void reportForeignChanges(Wizard& wizard);
+void reportExternalChanges(Wizard& wizard);
 /// Ahead of what entering the project anew has brought.
 void reportRestored(Wizard& wizard, std::size_t files);
 /// Done has ended ahead of its time.

@@ -11,27 +11,27 @@ namespace {
 
 /// Of what comes up without the focus, screen readers speak notifications alone.
 QAccessibleInterface* describe(const QString& /*className*/, QObject* object) {
-  auto* line = dynamic_cast<SpokenLine*>(object);
+  auto* line = dynamic_cast<AnnouncingLabel*>(object);
   return line == nullptr ? nullptr : new QAccessibleWidget(line, QAccessible::Notification);
 }
 
 }  // namespace
 
-SpokenLine::SpokenLine(QWidget* parent) : QLabel(parent) {
+AnnouncingLabel::AnnouncingLabel(QWidget* parent) : QLabel(parent) {
   QAccessible::installFactory(&describe);
   setTextFormat(Qt::PlainText);
   setWordWrap(true);
   setAlignment(Qt::AlignLeft | Qt::AlignTop);
 }
 
-int SpokenLine::heightForWidth(int width) const {
+int AnnouncingLabel::heightForWidth(int width) const {
   constexpr int lines = 2;
   const QMargins edges = contentsMargins();
   const int least = lines * fontMetrics().lineSpacing() + edges.top() + edges.bottom();
   return std::max(QLabel::heightForWidth(width), least);
 }
 
-void SpokenLine::say(const QString& sentence) {
+void AnnouncingLabel::say(const QString& sentence) {
   if (sentence == text()) return;
   setText(sentence);
   setToolTip(toToolTip(sentence));

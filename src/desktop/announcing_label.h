@@ -6,9 +6,9 @@
 
 namespace kova {
 
-class SpokenLine : public QLabel {
+class AnnouncingLabel : public QLabel {
  public:
-  explicit SpokenLine(QWidget* parent);
+  explicit AnnouncingLabel(QWidget* parent);
   /// Room for two lines, so that what stands above stays where it is when a sentence is long.
   int heightForWidth(int width) const override;
 

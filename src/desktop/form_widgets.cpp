@@ -68,7 +68,7 @@ void FormWidgets::make(const DesignedControl& control) {
   made->setObjectName(toShown(design.name, codePage_));
   made->setToolTip(toToolTip(toShown(design.toolTip, codePage_)));
   made->setAccessibleDescription(toShown(design.toolTip, codePage_));
-  made->setAccessibleName(spokenName(design));
+  made->setAccessibleName(accessibleName(design));
   made->installEventFilter(&acts_);
   auto* const* field = std::get_if<TextField*>(&control.control);
   focus_.watch(*made, field == nullptr ? nullptr : *field);
@@ -201,11 +201,11 @@ QString FormWidgets::caption(const ControlDesign& design) const {
 }
 
 /// What a label names goes by that in the end; a text field without one goes by its frame.
-QString FormWidgets::spokenName(const ControlDesign& design) const {
+QString FormWidgets::accessibleName(const ControlDesign& design) const {
   const bool goesByFrame = design.kind == ControlKind::textBox && !design.container.empty();
   const ControlDesign& named = goesByFrame ? *shown_.at(design.container).design : design;
   const bool goesByCaption = named.kind == ControlKind::frame;
-  return toShown(goesByCaption ? named.caption.text : design.spokenName, codePage_);
+  return toShown(goesByCaption ? named.caption.text : design.accessibleName, codePage_);
 }
 
 void FormWidgets::join(const Naming& naming) {

@@ -60,7 +60,7 @@ class FormWidgets {
   template <class Control, class IsOn, class Act>
   QWidget* makeToggle(Control& control, QAbstractButton* button, IsOn isOn, Act act);
   QString caption(const ControlDesign& design) const;
-  QString spokenName(const ControlDesign& design) const;
+  QString accessibleName(const ControlDesign& design) const;
   void join(const Naming& naming);
   void setTabOrder();
 

@@ -81,7 +81,7 @@ void MainView::buildForm() {
 /// The status line, and behind it the way to the review. Both are outside of the form.
 QWidget* MainView::buildFoot(const QMargins& margins) {
   auto* foot = new QWidget;
-  statusLine_ = new SpokenLine(foot);
+  statusLine_ = new AnnouncingLabel(foot);
   statusLine_->setObjectName(QStringLiteral("statusLine"));
   auto* review = new ActButton(false, foot);
   review->setObjectName(QStringLiteral("Review"));

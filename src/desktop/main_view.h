@@ -58,7 +58,7 @@ class MainView : public QMainWindow {
   SetupWizard& setup_;
   const CodePage& codePage_;
   QWidget* form_ = nullptr;
-  SpokenLine* statusLine_ = nullptr;
+  AnnouncingLabel* statusLine_ = nullptr;
   QMenu* guide_ = nullptr;
   std::unique_ptr<FormWidgets> widgets_;
   std::unique_ptr<FieldMarks> marks_;

@@ -78,8 +78,8 @@ Ending listRules(const Tool& tool) {
   for (const Rule& rule : rules()) {
     tool.out << "\n## " << rule.id << "\n\n*" << nameOf(rule.severity) << ".* " << rule.title
              << ".\n\n"
-             << wrapped(std::string(rule.effect)) << '\n'
-             << wrapped("**What to do:** " + std::string(rule.cure));
+             << wrapped(std::string(rule.impact)) << '\n'
+             << wrapped("**What to do:** " + std::string(rule.fix));
     printExample(tool, rule.example);
   }
   return Ending::nothingFound;

@@ -168,7 +168,7 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
   }
   files.removeLeftovers(path);
   if (restored.failure.empty()) attempt(path.native, [&] { files.flushAll(path); });
-  for (const ForeignChange& change : nothingKnown.foreignChanges) {
+  for (const ExternalChange& change : nothingKnown.externalChanges) {
     restored.kept.push_back(change.backup);
   }
   return restored;

@@ -4,26 +4,26 @@
 
 #include "review/findings.h"
 
-namespace kova::looks {
+namespace kova::checks {
 
-using Look = void(const ProjectReading& project, const Report& report);
+using Check = void(const ProjectReading& project, const Report& report);
 
 // The form of a file: file_checks.cpp.
-Look unreadable, lineFeedsOnly, mixedLineEnds, byteOrderMark, utf8Text, lackingCharacter,
+Check unreadable, lineFeedsOnly, mixedLineEndings, byteOrderMark, utf8Text, lackingCharacter,
     controlCharacter, comments, orphanBackup;
 
 // How far the readers come, columns and fields: column_checks.cpp.
-Look stopped, tableFull, noRows, missingColumn, foreignColumn, repeatedColumn, unnamedColumn,
+Check stopped, tableFull, noRows, missingColumn, unknownColumn, repeatedColumn, unnamedColumn,
     emptyLine, tooManyFields, tooFewFields, openQuote, digitsForText, textForNumber;
 
 // Single rows of the export table: property_checks.cpp.
-Look namelessProperty, repeatedProperty, otherCase, separatorInName, longLocalName, severalServers,
+Check namelessProperty, repeatedProperty, otherCase, separatorInName, longLocalName, severalServers,
     severalLocalNames, severalModuleCounts, unknownFormat, formatCase, unknownArrayType,
     unknownAccess, brokenRange, incompleteProcess;
 
 // Rows of the other tables and what they are for: cross_table_checks.cpp.
-Look historyWithoutProperty, historyDiffers, repeatedHistory, repeatedIndex, alarmWithoutProperty,
+Check historyWithoutProperty, historyDiffers, repeatedHistory, repeatedIndex, alarmWithoutProperty,
     alarmDiffers, severalAlarms, namelessAlarm, unreadDevices, namesWithoutProperty, listTooLong,
     repeatedDevice;
 
-}  // namespace kova::looks
+}  // namespace kova::checks

@@ -9,7 +9,7 @@
 #include "tables/number_text.h"
 #include "tables/quoting.h"
 
-namespace kova::looks {
+namespace kova::checks {
 namespace {
 
 struct Reading {
@@ -41,13 +41,13 @@ std::string linesBehind(const ProjectReading& project, const Reading& reading) {
   return counted(static_cast<std::size_t>(behind), "line is", "lines are") + " not read";
 }
 
-template <class LookAt>
-void eachTable(const ProjectReading& project, LookAt look) {
+template <class Visit>
+void eachTable(const ProjectReading& project, Visit look) {
   for (const auto& [name, table] : project.tables) look(name, table);
 }
 
-template <class LookAt>
-void eachRow(const ProjectReading& project, LookAt look) {
+template <class Visit>
+void eachRow(const ProjectReading& project, Visit look) {
   eachTable(project, [&](const std::string& name, const TableText& table) {
     for (const TextRow& row : table.rows) look(name, table, row);
   });
@@ -71,8 +71,8 @@ bool isTagOfKind(TableKind kind, std::string_view tag) {
 }
 
 /// Looks at the columns of the header that the reader does not use.
-template <class LookAt>
-void eachUnusedColumn(const ProjectReading& project, LookAt look) {
+template <class Visit>
+void eachUnusedColumn(const ProjectReading& project, Visit look) {
   eachTable(project, [&](const std::string& name, const TableText& table) {
     for (std::size_t index = 0; index < table.header.cells.size(); ++index) {
       const Cell& cell = table.header.cells[index];
@@ -84,8 +84,8 @@ void eachUnusedColumn(const ProjectReading& project, LookAt look) {
 }
 
 /// Looks at each field of a known column.
-template <class LookAt>
-void eachField(const ProjectReading& project, LookAt look) {
+template <class Visit>
+void eachField(const ProjectReading& project, Visit look) {
   eachRow(project, [&](const std::string& name, const TableText& table, const TextRow& row) {
     for (const ColumnFacts& column : columnsOf(table.kind)) {
       const Cell cell = table.cell(row, column.tag);
@@ -136,7 +136,7 @@ void missingColumn(const ProjectReading& project, const Report& report) {
   });
 }
 
-void foreignColumn(const ProjectReading& project, const Report& report) {
+void unknownColumn(const ProjectReading& project, const Report& report) {
   eachUnusedColumn(project, [&](const Place& place, std::string_view tag, bool isTwice) {
     if (!isTwice) report(place, "column " + quoted(tag) + " is none of the wizard's");
   });
@@ -213,4 +213,4 @@ void textForNumber(const ProjectReading& project, const Report& report) {
   });
 }
 
-}  // namespace kova::looks
+}  // namespace kova::checks

@@ -13,12 +13,12 @@
 #include "tables/quoting.h"
 #include "tables/row_rules.h"
 
-namespace kova::looks {
+namespace kova::checks {
 namespace {
 
 /// Looks at each line of a table with its text and the place of a column.
-template <class LookAt>
-void eachLine(const ProjectReading& project, std::string_view file, LookAt look) {
+template <class Visit>
+void eachLine(const ProjectReading& project, std::string_view file, Visit look) {
   const TableText& table = project.table(file);
   for (const TextRow& line : table.rows) {
     const auto text = [&](std::string_view tag) { return std::string(table.text(line, tag)); };
@@ -64,9 +64,9 @@ std::optional<std::string> differenceOf(const PropertyRecord& property, const st
 }
 
 /// Looks at each row of a table, and at the places of its columns.
-template <class Rows, class LookAt>
+template <class Rows, class Visit>
 void eachRow(const ProjectReading& project, std::string_view file, const TableReading<Rows>& table,
-             LookAt look) {
+             Visit look) {
   for (std::size_t row = 0; row < table.rows.size(); ++row) {
     look(table.rows[row], [&, row](Tag<typename Rows::value_type> tag) {
       return project.placeOf(file, table.result, row, tag.text);
@@ -216,4 +216,4 @@ void repeatedDevice(const ProjectReading& project, const Report& report) {
   }
 }
 
-}  // namespace kova::looks
+}  // namespace kova::checks

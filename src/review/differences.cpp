@@ -80,8 +80,8 @@ class Comparison {
       columns_.push_back({std::string(columns[index].tag), columns[index].kind, position(before),
                           position(after)});
     }
-    addForeign(before, &SharedColumn::before);
-    addForeign(after, &SharedColumn::after);
+    addUnknown(before, &SharedColumn::before);
+    addUnknown(after, &SharedColumn::after);
   }
 
   std::vector<RowChange> run() {
@@ -103,7 +103,7 @@ class Comparison {
   }
 
  private:
-  void addForeign(const TableText& table, std::int16_t SharedColumn::*position) {
+  void addUnknown(const TableText& table, std::int16_t SharedColumn::*position) {
     for (std::size_t index = 0; index < table.header.cells.size(); ++index) {
       const std::string tag(table.header.cells[index].text);
       if (tag.empty() || table.isKnown(index)) continue;

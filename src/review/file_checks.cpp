@@ -7,7 +7,7 @@
 #include "review/line_endings.h"
 #include "tables/backup.h"
 
-namespace kova::looks {
+namespace kova::checks {
 namespace {
 
 constexpr std::string_view byteOrderMarkOfUtf8 = "\xEF\xBB\xBF";
@@ -65,8 +65,8 @@ std::optional<std::size_t> findUtf8(std::string_view content) {
 }
 
 /// Calls `look` with each table's name and content.
-template <class LookAt>
-void eachFile(const ProjectReading& project, LookAt look) {
+template <class Visit>
+void eachFile(const ProjectReading& project, Visit look) {
   for (const auto& [name, content] : project.files) look(name, std::string_view(content));
 }
 
@@ -96,16 +96,16 @@ void unreadable(const ProjectReading& project, const Report& report) {
 
 void lineFeedsOnly(const ProjectReading& project, const Report& report) {
   eachFile(project, [&](const std::string& name, std::string_view content) {
-    const LineEnds ends = countLineEnds(content);
+    const LineEndings ends = countLineEndings(content);
     if (ends.lineFeeds > 0 && ends.both + ends.carriageReturns == 0) {
       report({name, 1, content.find('\n') + 1}, "all lines end in LF alone");
     }
   });
 }
 
-void mixedLineEnds(const ProjectReading& project, const Report& report) {
+void mixedLineEndings(const ProjectReading& project, const Report& report) {
   eachFile(project, [&](const std::string& name, std::string_view content) {
-    const LineEnds ends = countLineEnds(content);
+    const LineEndings ends = countLineEndings(content);
     if (ends.lineFeeds == 0 || ends.both + ends.carriageReturns == 0) return;
     report(placeOf(name, content, findBareLineFeed(content)),
            "an LF without a CR, which ends no line");
@@ -165,4 +165,4 @@ void orphanBackup(const ProjectReading& project, const Report& report) {
   }
 }
 
-}  // namespace kova::looks
+}  // namespace kova::checks

@@ -36,10 +36,10 @@ struct Rule {
   std::string_view id;
   Severity severity = Severity::warning;
   std::string_view title;   ///< what it is
-  std::string_view effect;  ///< what it will do
-  std::string_view cure;    ///< what to do
+  std::string_view impact;  ///< what it will do
+  std::string_view fix;     ///< what to do
   Example example;
-  void (*look)(const ProjectReading& project, const Report& report) = nullptr;
+  void (*check)(const ProjectReading& project, const Report& report) = nullptr;
 };
 
 /// All rules in the order of the page that lists them.

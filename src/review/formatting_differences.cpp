@@ -10,7 +10,7 @@
 namespace kova {
 namespace {
 
-std::string namesOf(const LineEnds& ends) {
+std::string namesOf(const LineEndings& ends) {
   std::string names;
   const auto add = [&](std::size_t count, const char* name) {
     if (count > 0) names += (names.empty() ? "" : " and ") + std::string(name);
@@ -58,8 +58,8 @@ void compareColumns(const TableText& before, const TableText& after,
 
 std::vector<std::string> formattingDifferences(const TableText& before, const TableText& after) {
   std::vector<std::string> sentences;
-  const std::string endsBefore = namesOf(countLineEnds(before.content));
-  const std::string endsAfter = namesOf(countLineEnds(after.content));
+  const std::string endsBefore = namesOf(countLineEndings(before.content));
+  const std::string endsAfter = namesOf(countLineEndings(after.content));
   if (endsBefore != endsAfter) {
     sentences.push_back("line ends: " + endsBefore + " -> " + endsAfter);
   }

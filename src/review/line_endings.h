@@ -7,14 +7,14 @@
 
 namespace kova {
 
-struct LineEnds {
+struct LineEndings {
   std::size_t both = 0;  ///< CR LF
   std::size_t carriageReturns = 0;
   std::size_t lineFeeds = 0;
 };
 
-inline LineEnds countLineEnds(std::string_view content) {
-  LineEnds ends;
+inline LineEndings countLineEndings(std::string_view content) {
+  LineEndings ends;
   for (std::size_t at = content.find_first_of("\r\n"); at != std::string_view::npos;
        at = content.find_first_of("\r\n", at + 1)) {
     if (content[at] == '\n') {

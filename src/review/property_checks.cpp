@@ -14,14 +14,14 @@
 #include "tables/range_prefix.h"
 #include "tables/row_rules.h"
 
-namespace kova::looks {
+namespace kova::checks {
 namespace {
 
 constexpr std::string_view nullFormat = "NULL";
 
 /// Looks at each row that the wizard has read, and at the places of its columns.
-template <class LookAt>
-void eachProperty(const ProjectReading& project, LookAt look) {
+template <class Visit>
+void eachProperty(const ProjectReading& project, Visit look) {
   const auto& [rows, result] = project.properties;
   for (std::size_t row = 0; row < rows.size(); ++row) {
     look(rows[row], [&, row](Tag<PropertyRecord> tag) {
@@ -60,8 +60,8 @@ std::string formatInOtherCase(std::string_view name) {
 }
 
 /// Looks at each format whose name is none of the list.
-template <class LookAt>
-void eachForeignFormat(const ProjectReading& project, LookAt look) {
+template <class Visit>
+void eachUnknownFormat(const ProjectReading& project, Visit look) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     const auto one = [&](const std::string& format, Tag<PropertyRecord> tag) {
       const std::string_view name = formatName(format);
@@ -161,13 +161,13 @@ void severalModuleCounts(const ProjectReading& project, const Report& report) {
 }
 
 void unknownFormat(const ProjectReading& project, const Report& report) {
-  eachForeignFormat(project, [&](const Place& place, std::string_view name) {
+  eachUnknownFormat(project, [&](const Place& place, std::string_view name) {
     if (formatInOtherCase(name).empty()) report(place, quoted(name) + " is no format");
   });
 }
 
 void formatCase(const ProjectReading& project, const Report& report) {
-  eachForeignFormat(project, [&](const Place& place, std::string_view name) {
+  eachUnknownFormat(project, [&](const Place& place, std::string_view name) {
     const std::string meant = formatInOtherCase(name);
     if (!meant.empty()) report(place, quoted(name) + " is written " + quoted(meant));
   });
@@ -212,4 +212,4 @@ void incompleteProcess(const ProjectReading& project, const Report& report) {
   }
 }
 
-}  // namespace kova::looks
+}  // namespace kova::checks

@@ -73,7 +73,7 @@ std::unique_ptr<HiddenFile> hiddenCopy(const Path& from, const Path& to, FileSta
 
 // Runs `look` for each entry of the folder.
 template <class Look>
-void lookThrough(const Path& folder, Look look) {
+void lookThrough(const Path& folder, Check look) {
   WIN32_FIND_DATAW entry{};
   const HANDLE entries = ::FindFirstFileW(nameOf(folder / "*").c_str(), &entry);
   if (entries == INVALID_HANDLE_VALUE) {
