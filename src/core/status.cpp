@@ -21,7 +21,7 @@ namespace {
 
 void report(Wizard& wizard, const std::string& sentence) {
   wizard.statusLine.sentence = stripBlanks(sentence);
-  if (wizard.statusLine.mirror) wizard.statusLine.mirror();
+  if (wizard.statusLine.notifyView) wizard.statusLine.refresh();
 }
 
 std::string droppedSentence(const Dropped& dropped) {
@@ -228,7 +228,7 @@ void reportGuidedDevices(Wizard& wizard, const std::string& former, const std::s
 void refreshStatus(Wizard& wizard) {
   // A project that is being read tells of itself at its end.
   if (!wizard.state.directoriesBeingEntered.empty()) return;
-  if (wizard.statusLine.mirror) wizard.statusLine.mirror();
+  if (wizard.statusLine.notifyView) wizard.statusLine.refresh();
 }
 
 void reportAllWritten(Wizard& wizard) {

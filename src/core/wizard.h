@@ -18,7 +18,7 @@ namespace kova {
 struct StatusLine {
   std::string sentence;  ///< what just happened
   /// The view: runs after each sentence.
-  Handler mirror;
+  Handler notifyView;
 };
 
 /// All that a handler works on.

@@ -11,12 +11,12 @@
 namespace kova {
 
 /// They leave the model together with the view that holds them.
-using Hooks = std::vector<QScopeGuard<Handler>>;
+using Connections = std::vector<QScopeGuard<Handler>>;
 
-template <class Hook, class Call>
-void hang(Hooks& hooks, Hook& hook, Call call) {
-  hook = std::move(call);
-  hooks.emplace_back([&hook] { hook = {}; });
+template <class Listener, class Call>
+void connectView(Connections& connections, Listener& listener, Call call) {
+  listener = std::move(call);
+  connections.emplace_back([&listener] { listener = {}; });
 }
 
 }  // namespace kova

@@ -26,7 +26,7 @@ bool isTypedInto(const QObject* widget, const QKeyEvent& key) {
 
 }  // namespace
 
-bool ActFilter::eventFilter(QObject* watched, QEvent* event) {
+bool AccessKeyFilter::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Shortcut && !static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
     if (auto* button = qobject_cast<QAbstractButton*>(watched)) {
       button->setFocus(Qt::ShortcutFocusReason);
@@ -80,7 +80,7 @@ bool HeldKeys::markRepeat(QObject& window, QKeyEvent& press) const {
   return true;
 }
 
-bool EndOfActs::eventFilter(QObject* watched, QEvent* event) {
+bool InputBlocker::eventFilter(QObject* watched, QEvent* event) {
   const bool act =
       event->isInputEvent() || event->type() == QEvent::Shortcut || event->type() == QEvent::Close;
   return act || QObject::eventFilter(watched, event);

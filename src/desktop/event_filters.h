@@ -10,7 +10,7 @@ namespace kova {
 
 /// An access key presses its button at once, where the toolkit would wait for a moment and let
 /// further keys overtake it; the wheel turns nothing that does not have the focus.
-class ActFilter : public QObject {
+class AccessKeyFilter : public QObject {
  public:
   using QObject::QObject;
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -35,7 +35,7 @@ class HeldKeys : public QObject {
 };
 
 /// Keeps the engineer's acts from all windows once the program has ended.
-class EndOfActs : public QObject {
+class InputBlocker : public QObject {
  public:
   using QObject::QObject;
   bool eventFilter(QObject* watched, QEvent* event) override;

@@ -30,7 +30,7 @@ class FormWidgets {
  public:
   /// Fills `window` as `sketches` show it. `changed` runs after each change of what a control
   /// shows. The controls outlive the object.
-  FormWidgets(QWidget& window, const std::vector<Sketch>& sketches,
+  FormWidgets(QWidget& window, const std::vector<LayoutTemplate>& sketches,
               std::vector<DesignedControl> controls, const CodePage& codePage, Handler changed);
 
   /// The widget of a control.
@@ -54,7 +54,7 @@ class FormWidgets {
 
   /// Attaches what shows the state of a control, and shows it.
   template <class Control, class Show>
-  void mirror(Control& control, Show show);
+  void follow(Control& control, Show show);
   template <class Edit>
   QWidget* makeField(TextField& field, Edit* edit);
   template <class Control, class IsOn, class Act>
@@ -68,14 +68,14 @@ class FormWidgets {
   const std::vector<DesignedControl> controls_;
   const CodePage& codePage_;
   const Handler changed_;
-  ActFilter acts_;
+  AccessKeyFilter accessKeys_;
   FieldFocus focus_;
   ShownControls shown_;
   std::vector<Naming> namings_;
   std::vector<Handler> labels_;  ///< each shows one of them
   std::vector<ShownField> fields_;
   std::vector<QWidget*> tabOrder_;
-  Hooks hooks_;
+  Connections connections_;
 };
 
 }  // namespace kova

@@ -12,27 +12,28 @@
 namespace kova {
 
 // Not a child of the main window: the toolkit would end the process with that one alone.
-HelperView::HelperView(ExportHelper& helper, const CodePage& codePage, QWidget& mainWindow)
+GuidedDialogView::GuidedDialogView(ExportHelper& helper, const CodePage& codePage,
+                                   QWidget& mainWindow)
     : helper_(helper),
       codePage_(codePage),
       mainWindow_(mainWindow),
-      widgets_(*this, guidedDialogSketches(), designedControls(helper), codePage,
+      widgets_(*this, guidedDialogTemplates(), designedControls(helper), codePage,
                [this] { markDefault(); }) {
   setObjectName(QStringLiteral("ExportHelper"));
-  hang(hooks_, helper_.window.mirror, [this] { mirror(); });
-  hang(hooks_, helper_.window.raise, [this] { bringUp(); });
+  connectView(connections_, helper_.window.notifyView, [this] { refresh(); });
+  connectView(connections_, helper_.window.raise, [this] { bringUp(); });
   mainWindow_.installEventFilter(this);
   markDefault();
 }
 
 /// Shows what Enter does in the box.
-void HelperView::markDefault() {
+void GuidedDialogView::markDefault() {
   const char* name = helper_.nextParam.enabled() ? "nextParam" : "DoneParam";
   auto* button = qobject_cast<QPushButton*>(widgets_.widget(name));
   if (std::exchange(default_, button) != button) button->setDefault(true);
 }
 
-void HelperView::mirror() {
+void GuidedDialogView::refresh() {
   if (!helper_.window.visible()) {
     done(QDialog::Rejected);
     return;
@@ -47,21 +48,21 @@ void HelperView::mirror() {
   show();
 }
 
-void HelperView::bringUp() {
+void GuidedDialogView::bringUp() {
   setWindowState(windowState() & ~Qt::WindowMinimized);
   raise();
   activateWindow();
 }
 
 /// Stays in front of the main window, and on its own when that one has gone.
-bool HelperView::eventFilter(QObject* watched, QEvent* event) {
+bool GuidedDialogView::eventFilter(QObject* watched, QEvent* event) {
   const bool gone = watched == &mainWindow_ && event->type() == QEvent::Close;
   if (gone && windowHandle() != nullptr) windowHandle()->setTransientParent(nullptr);
   return QDialog::eventFilter(watched, event);
 }
 
 /// It opens with the focus on a button; what is typed there is meant for the box.
-void HelperView::keyPressEvent(QKeyEvent* event) {
+void GuidedDialogView::keyPressEvent(QKeyEvent* event) {
   QWidget* box = widgets_.widget("ParamText");
   const bool isText = !event->text().isEmpty() && event->text().front().isPrint() &&
                       (event->modifiers() & ~Qt::ShiftModifier) == Qt::NoModifier;

@@ -10,10 +10,10 @@
 
 namespace kova {
 
-class HelperView : public QDialog {
+class GuidedDialogView : public QDialog {
  public:
   /// Comes up in the middle of `mainWindow`, and stays when that one is closed.
-  HelperView(ExportHelper& helper, const CodePage& codePage, QWidget& mainWindow);
+  GuidedDialogView(ExportHelper& helper, const CodePage& codePage, QWidget& mainWindow);
 
   /// The Escape key and the window's own close control.
   void reject() override { helper_.window.unload(); }
@@ -24,7 +24,7 @@ class HelperView : public QDialog {
 
  private:
   void markDefault();
-  void mirror();
+  void refresh();
   void bringUp();
 
   ExportHelper& helper_;
@@ -32,7 +32,7 @@ class HelperView : public QDialog {
   QWidget& mainWindow_;
   QPushButton* default_ = nullptr;
   FormWidgets widgets_;
-  Hooks hooks_;
+  Connections connections_;
 };
 
 }  // namespace kova

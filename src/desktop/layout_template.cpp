@@ -9,7 +9,7 @@ namespace {
 
 template <class Cells>
 auto* findCell(Cells& cells, int row, int column) {
-  const auto found = std::find_if(cells.begin(), cells.end(), [&](const SketchCell& cell) {
+  const auto found = std::find_if(cells.begin(), cells.end(), [&](const TemplateCell& cell) {
     return cell.row <= row && row < cell.row + cell.rows && cell.column <= column &&
            column < cell.column + cell.columns;
   });
@@ -19,8 +19,8 @@ auto* findCell(Cells& cells, int row, int column) {
 void addWord(Grid& grid, const std::string& word, int row, int column) {
   grid.rows[row] |= word != "-";
   grid.columns[column] |= word != "-";
-  SketchCell* left = findCell(grid.cells, row, column - 1);
-  SketchCell* above = findCell(grid.cells, row - 1, column);
+  TemplateCell* left = findCell(grid.cells, row, column - 1);
+  TemplateCell* above = findCell(grid.cells, row - 1, column);
   if (word == "<" && left != nullptr) {
     left->columns = column - left->column + 1;
   } else if (word == "^" && above != nullptr) {
@@ -32,11 +32,11 @@ void addWord(Grid& grid, const std::string& word, int row, int column) {
 
 }  // namespace
 
-const SketchCell* Grid::at(int row, int column) const {
+const TemplateCell* Grid::at(int row, int column) const {
   return findCell(cells, row, column);
 }
 
-Grid gridOf(const Sketch& sketch) {
+Grid gridOf(const LayoutTemplate& sketch) {
   Grid grid;
   std::istringstream picture(sketch.picture);
   std::string line;

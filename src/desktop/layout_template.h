@@ -12,16 +12,16 @@ namespace kova {
 /// A line is a row, and a word in it a cell: a control, or a further sketch. "<" belongs to the
 /// cell to its left, "^" to the one above, "-" is empty, and so is what a line lacks at its end.
 /// Rows and columns with nothing in them take the room that is left over.
-struct Sketch {
+struct LayoutTemplate {
   std::string_view name;  ///< of the frame, or of the word that stands for it
   const char* picture = "";
 };
 
 /// The sketches of the two windows. The first one is that of the window itself.
-std::vector<Sketch> mainWindowSketches();
-std::vector<Sketch> guidedDialogSketches();
+std::vector<LayoutTemplate> mainWindowTemplates();
+std::vector<LayoutTemplate> guidedDialogTemplates();
 
-struct SketchCell {
+struct TemplateCell {
   std::string word;
   int row = 0;
   int column = 0;
@@ -30,17 +30,17 @@ struct SketchCell {
 };
 
 struct Grid {
-  std::vector<SketchCell> cells{};
+  std::vector<TemplateCell> cells{};
   std::map<int, bool> rows{};  ///< whether anything stands in a row
   std::map<int, bool> columns{};
 
   /// The cell that covers a place, null if none does.
-  const SketchCell* at(int row, int column) const;
-  const SketchCell* rightOf(const SketchCell& cell) const {
+  const TemplateCell* at(int row, int column) const;
+  const TemplateCell* rightOf(const TemplateCell& cell) const {
     return at(cell.row, cell.column + cell.columns);
   }
 };
 
-Grid gridOf(const Sketch& sketch);
+Grid gridOf(const LayoutTemplate& sketch);
 
 }  // namespace kova

@@ -3,7 +3,7 @@
 
 namespace kova {
 
-std::vector<Sketch> mainWindowSketches() {
+std::vector<LayoutTemplate> mainWindowTemplates() {
   return {
       {"Form1", R"(Frame2       <               Frame5
                    Frame1       <               PropertyList
@@ -53,7 +53,7 @@ std::vector<Sketch> mainWindowSketches() {
   };
 }
 
-std::vector<Sketch> guidedDialogSketches() {
+std::vector<LayoutTemplate> guidedDialogTemplates() {
   return {
       {"ExportHelper", R"(helperLabel
                           ParamText

@@ -32,7 +32,7 @@ struct Naming {
 /// Lays out `window` and all frames in it, and says which labels name which fields. Throws Failure
 /// where the sketches name what is not there, name something twice or outside of its frame, or
 /// leave a control out.
-std::vector<Naming> layOut(QWidget& window, const std::vector<Sketch>& sketches,
+std::vector<Naming> layOut(QWidget& window, const std::vector<LayoutTemplate>& sketches,
                            const ShownControls& controls);
 
 }  // namespace kova

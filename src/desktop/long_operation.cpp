@@ -13,16 +13,16 @@ constexpr qint64 pause = 100;  // milliseconds
 
 }  // namespace
 
-LongAct::LongAct(QLabel& line, std::function<void()> finished)
+LongOperation::LongOperation(QLabel& line, std::function<void()> finished)
     : line_(line), finished_(std::move(finished)) {
-  afterAct_.setSingleShot(true);
-  connect(&afterAct_, &QTimer::timeout, this, &LongAct::end);
+  afterAction_.setSingleShot(true);
+  connect(&afterAction_, &QTimer::timeout, this, &LongOperation::end);
 }
 
-void LongAct::progress(std::size_t files) {
-  if (!afterAct_.isActive()) {
+void LongOperation::progress(std::size_t files) {
+  if (!afterAction_.isActive()) {
     // It fires when the handler that runs now is through.
-    afterAct_.start(0);
+    afterAction_.start(0);
     sinceStart_.start();
     nextShown_ = patience;
   }
@@ -36,7 +36,7 @@ void LongAct::progress(std::size_t files) {
   line_.repaint();
 }
 
-void LongAct::end() {
+void LongOperation::end() {
   if (!busyCursor_) return;
   busyCursor_.reset();
   finished_();

@@ -13,10 +13,10 @@
 
 namespace kova {
 
-class LongAct : public QObject {
+class LongOperation : public QObject {
  public:
   /// `line` shows how far an act is; `finished` shows in it again what stood there.
-  LongAct(QLabel& line, std::function<void()> finished);
+  LongOperation(QLabel& line, std::function<void()> finished);
 
   /// So many files are done by now.
   void progress(std::size_t files);
@@ -28,7 +28,7 @@ class LongAct : public QObject {
   const std::function<void()> finished_;
   QElapsedTimer sinceStart_;
   qint64 nextShown_ = 0;  // milliseconds since the start
-  QTimer afterAct_;
+  QTimer afterAction_;
   std::optional<QScopeGuard<void (*)()>> busyCursor_;  ///< while the act is shown
 };
 

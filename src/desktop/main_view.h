@@ -31,7 +31,7 @@ class MainView : public QMainWindow {
   /// The widget of a control of the main window.
   QWidget* widget(std::string_view name) const { return widgets_->widget(name); }
   /// The guided dialog.
-  HelperView& helper() const { return *helper_; }
+  GuidedDialogView& helper() const { return *helper_; }
   /// The review, once it has been opened.
   ReviewWindow* review() const { return review_.get(); }
 
@@ -50,9 +50,9 @@ class MainView : public QMainWindow {
   void showInForm(const std::string& property);
   void buildMenu();
   void attach();
-  void mirrorWindow();
+  void refreshWindow();
   std::string sentence() const;
-  void mirrorStatusLine();
+  void refreshStatusLine();
   void openMenuByKey();
 
   SetupWizard& setup_;
@@ -62,14 +62,14 @@ class MainView : public QMainWindow {
   QMenu* guide_ = nullptr;
   std::unique_ptr<FormWidgets> widgets_;
   std::unique_ptr<FieldMarks> marks_;
-  std::unique_ptr<LongAct> longAct_;
-  std::unique_ptr<HelperView> helper_;
+  std::unique_ptr<LongOperation> longOperation_;
+  std::unique_ptr<GuidedDialogView> helper_;
   std::unique_ptr<ReviewWindow> review_;
   HeldKeys heldKeys_;
-  EndOfActs endOfActs_;
+  InputBlocker inputBlocker_;
   QTimer afterPalette_;
   QTimer afterPointer_;
-  Hooks hooks_;
+  Connections connections_;
 };
 
 }  // namespace kova

@@ -95,7 +95,7 @@ MessageBox messageBoxes(QWidget& window, const CodePage& codePage, const std::st
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     const QString text = toShownMessage(message.text, codePage);
     box.setText(text.left(longestLabel));
-    ActFilter acts;
+    AccessKeyFilter acts;
     const auto buttons = buttonsOf(message);
     for (const AnswerButton& one : buttons) {
       box.addButton(one.button)->installEventFilter(&acts);

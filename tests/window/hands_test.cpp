@@ -149,7 +149,7 @@ TEST_F(Hands, TheDialogTakesWhatIsTypedAndStaysInSight) {
   desk.type("Mag");
   EXPECT_EQ(engineer.field("ParamText").text(), "Mag");
   EXPECT_EQ(desk.focused(), "ParamText");
-  HelperView& dialog = desk.view.helper();
+  GuidedDialogView& dialog = desk.view.helper();
   EXPECT_EQ(dialog.windowHandle()->transientParent(), desk.view.windowHandle());
   dialog.showMinimized();
   form.srvGuide.click();

@@ -16,7 +16,7 @@
 namespace kova::test {
 namespace {
 
-TEST(Sketches, ThatDoNotFitTheirWindowAreRefused) {
+TEST(LayoutTemplates, ThatDoNotFitTheirWindowAreRefused) {
   const std::vector<std::array<std::string, 3>> cases = {
       {"Frame5", "-", "\"ProjectDir\" stands nowhere"},
       {"Frame5", "ProjectDir Folder", "\"Folder\" is no control, or lacks its sketch"},
@@ -27,8 +27,8 @@ TEST(Sketches, ThatDoNotFitTheirWindowAreRefused) {
       {"Frame3", "InputDataFormat <\n^ InputDataSize", "\"InputDataSize\" stands in another cell"}};
   const CodePage page = CodePage::windows1252();
   for (const auto& [name, picture, expected] : cases) {
-    auto sketches = mainWindowSketches();
-    for (Sketch& sketch : sketches) {
+    auto sketches = mainWindowTemplates();
+    for (LayoutTemplate& sketch : sketches) {
       if (sketch.name == name) sketch.picture = picture.c_str();
     }
     Form1 form;
