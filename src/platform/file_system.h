@@ -60,12 +60,12 @@ struct Path {
 
 /// Tells one state of a file from another without reading it: two equal stamps of one path mean
 /// that nobody has written the file in between.
-struct FileStamp {
+struct FileState {
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
   std::uint64_t bytes = 0;
   std::int64_t modified = 0;  ///< nanoseconds since 1970-01-01 00:00:00 UTC
-  bool operator==(const FileStamp&) const = default;
+  bool operator==(const FileState&) const = default;
 };
 
 /// A file that is being written. It stands under a hidden name beside its target until `close`;
@@ -131,7 +131,7 @@ struct FileSystem {
   /// but for those that lead to where this account may not go.
   virtual std::vector<std::string> plainFiles(const Path& folder) const = 0;
   /// State of a file, links followed; nothing if there is no such file.
-  virtual std::optional<FileStamp> stamp(const Path& file) const = 0;
+  virtual std::optional<FileState> state(const Path& file) const = 0;
   /// True if the folder's file system can hold a file of this name, in the machine's own form.
   virtual bool nameFits(const Path& folder, std::string_view name) const = 0;
   /// A name in the wizard's text as a disk that ignores case compares it.

@@ -16,9 +16,9 @@ struct States {
   ProjectFiles after;
 };
 
-bool isStamp(const std::string& text) {
-  constexpr std::size_t longestStamp = 10;
-  return !text.empty() && text.size() <= longestStamp &&
+bool isTimestamp(const std::string& text) {
+  constexpr std::size_t longestTimestamp = 10;
+  return !text.empty() && text.size() <= longestTimestamp &&
          std::all_of(text.begin(), text.end(),
                      [](unsigned char digit) { return std::isdigit(digit) != 0; }) &&
          std::stoll(text) <= std::numeric_limits<std::int32_t>::max();
@@ -54,8 +54,8 @@ void printDifference(const Tool& tool, const FileDifference& file) {
 Ending diff(const Tool& tool, const DiffOptions& options) {
   const FileSystem& files = *tool.machine.files;
   const Path folder = tool.folder(options.directory);
-  const bool isOlder =
-      options.other.empty() || (isStamp(options.other) && !files.folderExists(Path{options.other}));
+  const bool isOlder = options.other.empty() ||
+                       (isTimestamp(options.other) && !files.folderExists(Path{options.other}));
   const States states = isOlder ? sinceBackups(tool, folder, options.other)
                                 : States{projectFiles(files, folder),
                                          projectFiles(files, tool.folder(options.other))};

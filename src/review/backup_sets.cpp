@@ -51,15 +51,15 @@ bool isThereAlready(const FileSystem& files, const Path& file, const std::string
 std::vector<BackupSet> backupSets(const FileSystem& files, const Path& folder) {
   const std::vector<std::string> names = files.plainFiles(folder);
   const std::vector<std::string> inUse = filesInUse(files, folder);
-  std::map<std::int32_t, std::vector<BackedUpFile>> byStamp;
+  std::map<std::int32_t, std::vector<BackedUpFile>> byTimestamp;
   for (const std::string& name : names) {
-    const auto parts = stampedName(name);
+    const auto parts = timestampedName(name);
     if (!parts || std::binary_search(inUse.begin(), inUse.end(), name)) continue;
-    const auto state = files.stamp(folder / name);
-    byStamp[parts->stamp].push_back({parts->original, name, state ? state->bytes : 0});
+    const auto state = files.state(folder / name);
+    byTimestamp[parts->stamp].push_back({parts->original, name, state ? state->bytes : 0});
   }
   std::vector<BackupSet> sets;
-  for (auto& [stamp, added] : byStamp) {
+  for (auto& [stamp, added] : byTimestamp) {
     if (sets.empty() || !continues(sets.back(), stamp, added)) sets.push_back({stamp, stamp, {}});
     BackupSet& set = sets.back();
     set.last = stamp;
@@ -126,7 +126,7 @@ namespace {
 
 /// The last stamp ahead of `now` that no backup has. An entry replaces backups of its own second,
 /// and one is about to follow.
-std::int32_t lastFreeStamp(const FileSystem& files, const Path& folder, std::int32_t now) {
+std::int32_t lastFreeTimestamp(const FileSystem& files, const Path& folder, std::int32_t now) {
   const std::vector<BackupSet> sets = backupSets(files, folder);
   std::int32_t stamp = now - 1;
   while (findBackupSet(sets, stamp)) --stamp;
@@ -143,7 +143,7 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
     contents.emplace_back(file.name,
                           naming(file.backup, [&] { return files.read(path / file.backup); }));
   }
-  StoppedClock clock(lastFreeStamp(files, path, platform.clock.unixTime()));
+  StoppedClock clock(lastFreeTimestamp(files, path, platform.clock.unixTime()));
   // Whatever it finds is something that it has not written itself, so it backs it up.
   ProjectOnDisk nothingKnown;
   TableWriter tables(files, clock, path, nothingKnown);

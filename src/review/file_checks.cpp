@@ -158,7 +158,7 @@ void comments(const ProjectReading& project, const Report& report) {
 
 void orphanBackup(const ProjectReading& project, const Report& report) {
   for (const std::string& name : project.names) {
-    const auto parts = stampedName(name);
+    const auto parts = timestampedName(name);
     if (!parts || parts->stamp < smallestOldTimestamp || project.nameLists.contains(name)) continue;
     if (std::binary_search(project.names.begin(), project.names.end(), parts->original)) continue;
     report({name}, "a backup of " + parts->original + ", which is not there");

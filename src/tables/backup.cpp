@@ -25,7 +25,7 @@ class NamedLists {
 
   // `byName` is what the name of a file alone tells.
   FileVerdict verdict(const std::string& name, FileVerdict byName) {
-    const auto parts = stampedName(name);
+    const auto parts = timestampedName(name);
     if (byName == FileVerdict::inUse || !parts || !stemOf(parts->original)) return byName;
     const auto stem = stemOf(name);
     if (!stem && byName != FileVerdict::backupDeleted) return byName;
@@ -109,12 +109,12 @@ class Walk {
     const Path backup = directory_ / backupName(name, clock_.unixTime());
     try {
       // Looked at ahead of the copy, so that a change in between shows as one.
-      if (const auto stamp = files_.stamp(file)) {
-        result_.stamps.emplace_hint(result_.stamps.end(), name, *stamp);
+      if (const auto state = files_.state(file)) {
+        result_.states.emplace_hint(result_.states.end(), name, *stamp);
       }
       const bool isNew = !files_.fileExists(backup);
       files_.copy(file, backup);
-      if (isNew) added_.emplace_back(backup, files_.stamp(backup));
+      if (isNew) added_.emplace_back(backup, files_.state(backup));
     } catch (const Failure& failure) {
       takeBack();
       throw BackupFailure(failure, BackupTrouble::notCopied, name, result_.deleted);
@@ -127,7 +127,7 @@ class Walk {
     for (const auto& [backup, made] : added_) {
       try {
         // Another wizard may have put its own copy there within the same second.
-        if (files_.stamp(backup) == made) files_.remove(backup);
+        if (files_.state(backup) == made) files_.remove(backup);
       } catch (const Failure&) {
         continue;  // the others can go all the same
       }
@@ -144,13 +144,13 @@ class Walk {
   const Path& directory_;
   const std::function<void(std::size_t)>& progress_;
   BackupResult result_;
-  std::vector<std::pair<Path, std::optional<FileStamp>>> added_;
+  std::vector<std::pair<Path, std::optional<FileState>>> added_;
   std::size_t done_ = 0;
 };
 
 }  // namespace
 
-std::optional<StampedName> stampedName(std::string_view name) {
+std::optional<TimestampedName> timestampedName(std::string_view name) {
   const auto base = baseOf(name);
   const auto dash = base.rfind('-');
   if (dash == std::string_view::npos) return std::nullopt;
@@ -160,12 +160,12 @@ std::optional<StampedName> stampedName(std::string_view name) {
   const auto read = std::from_chars(digits.data(), end, stamp);
   const bool whole = read.ec == std::errc() && read.ptr == end;
   if (!whole || (digits.size() > 1 && digits.front() == '0')) return std::nullopt;
-  return StampedName{std::string(base.substr(0, dash)).append(name.substr(base.size())), stamp};
+  return TimestampedName{std::string(base.substr(0, dash)).append(name.substr(base.size())), stamp};
 }
 
 FileVerdict classify(std::string_view name, const std::vector<std::string>& names,
                      std::int32_t now) {
-  const auto parts = stampedName(name);
+  const auto parts = timestampedName(name);
   if (!parts || !std::binary_search(names.begin(), names.end(), parts->original)) {
     return FileVerdict::inUse;
   }

@@ -40,25 +40,25 @@ std::vector<ClassifiedFile> classifyFiles(const FileSystem& files, const Path& f
                                           std::int32_t now);
 
 /// The name of a backup, taken apart.
-struct StampedName {
+struct TimestampedName {
   std::string original;
   std::int32_t stamp = 0;
 };
 /// Nothing if the base does not end in a dash and a number. Whether it is a backup, `classify`
 /// tells.
-std::optional<StampedName> stampedName(std::string_view name);
+std::optional<TimestampedName> timestampedName(std::string_view name);
 
 /// Name of the backup of file `name` with this time stamp.
 std::string backupName(std::string_view name, std::int32_t stamp);
 
 /// States of the files of a folder, by their name in the machine's own form.
-using FolderStamps = std::map<std::string, FileStamp, std::less<>>;
+using FolderStates = std::map<std::string, FileState, std::less<>>;
 
 /// What a walk has done.
 struct BackupResult {
   std::size_t copied = 0;
   std::size_t deleted = 0;
-  FolderStamps stamps;  ///< files in use as they were when they were copied
+  FolderStates states;  ///< files in use as they were when they were copied
 };
 
 /// Why a walk has ended ahead of its time.

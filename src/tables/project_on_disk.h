@@ -57,7 +57,7 @@ struct ProjectOnDisk {
   PackedTexts namesRead;    ///< of the server, in the file that they are read from
   /// Of properties with names of their own, by property name.
   std::map<std::string, PackedTexts, std::less<>> nameLists;
-  FolderStamps stamps;            ///< by which a foreign change shows
+  FolderStates states;            ///< by which a foreign change shows
   bool backupsUnflushed = false;  ///< the entry has made backups that a power cut may still empty
   std::vector<ExternalChange> externalChanges;  ///< that the last Done has found
   /// Why the last Done has copied nothing, if the environment names a repository nevertheless.

@@ -57,9 +57,9 @@ TEST_F(RealFiles, AFileThatHoldsTheBytesAlreadyStays) {
   const std::string same(40000, 'a');
   folder.write("t.csv", same);
   fs::last_write_time(folder.path("t.csv"), fs::file_time_type(std::chrono::hours(100)));
-  const auto stamp = files->stamp(path("t.csv"));
+  const auto stamp = files->state(path("t.csv"));
   replaceBy("t.csv", same);
-  EXPECT_EQ(files->stamp(path("t.csv")), stamp);
+  EXPECT_EQ(files->state(path("t.csv")), stamp);
   EXPECT_EQ(folder.names(), Names{"t.csv"});
   for (const std::string& other : {same.substr(1) + 'b', same.substr(1), same}) {
     const auto output = files->create(path("t.csv"));
@@ -85,7 +85,7 @@ TEST_F(RealFiles, ACopyKeepsBytesTimeAndProtection) {
     fs::permissions(folder.path("from"), fs::perms{0444});
     for (int time = 0; time < 2; ++time) files->copy(path("from"), path("to"));
     EXPECT_EQ(folder.read("to"), std::string(size, '\x95'));
-    EXPECT_EQ(files->stamp(path("to"))->modified, files->stamp(path("from"))->modified);
+    EXPECT_EQ(files->state(path("to"))->modified, files->state(path("from"))->modified);
     EXPECT_EQ(fs::status(folder.path("to")).permissions(), fs::perms{0444});
     EXPECT_FALSE(files->copyAside(path("from"), path("to")));
     EXPECT_TRUE(files->copyAside(path("from"), path("aside")));
@@ -106,9 +106,9 @@ TEST_F(RealFiles, WhatIsNoPlainFileIsRefusedAndNotListed) {
   EXPECT_EQ(failureOf([&] { files->flushAll(path("none")); }), "No such file or directory");
   EXPECT_EQ(files->plainFiles(here), (std::vector<std::string>{"B2", "b.csv", "\u00E9"}));
   EXPECT_TRUE(files->folderExists(path("folder")) && !files->fileExists(path("folder")));
-  EXPECT_TRUE(files->fileExists(path("b.csv")) && !files->stamp(path("folder")));
+  EXPECT_TRUE(files->fileExists(path("b.csv")) && !files->state(path("folder")));
   for (const Path& absent : {path("none"), path("none") / "x", path("b.csv") / "x"}) {
-    EXPECT_FALSE(files->fileExists(absent) || files->folderExists(absent) || files->stamp(absent));
+    EXPECT_FALSE(files->fileExists(absent) || files->folderExists(absent) || files->state(absent));
   }
   EXPECT_THROW(files->path(""), Failure);
   EXPECT_THROW(files->path(std::string_view("a\0b", 3)), Failure);

@@ -207,7 +207,7 @@ TEST_F(PosixFiles, ACopyKeepsModeAndTimeAndReplacesALink) {
   files->copy(path("from"), path("to"));
   EXPECT_EQ(folder.read("to"), "from");
   EXPECT_EQ(modeOf("to"), mode_t{S_IFREG | 0440});
-  EXPECT_EQ(files->stamp(path("to"))->modified, 2'000'000'000'007);
+  EXPECT_EQ(files->state(path("to"))->modified, 2'000'000'000'007);
 }
 
 TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
@@ -385,7 +385,7 @@ TEST_F(PosixFiles, ACheckThatFailsIsNoAbsence) {
   folder.write("t.csv", "");
   const std::vector<Act> checks{[&] { files->fileExists(path("t.csv")); },
                                 [&] { files->folderExists(path(".")); },
-                                [&] { files->stamp(path("t.csv")); }};
+                                [&] { files->state(path("t.csv")); }};
   for (const int error : {EACCES, EIO, ESTALE, ETIMEDOUT, ENAMETOOLONG, ENOENT, ENOTDIR}) {
     const bool isAbsence = error == ENOENT || error == ENOTDIR;
     const std::string failure = isAbsence ? "no failure" : ::strerror(error);

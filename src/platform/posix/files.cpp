@@ -254,11 +254,11 @@ class PosixFileSystem final : public FileSystem {
     return names;
   }
 
-  std::optional<FileStamp> stamp(const Path& file) const override {
+  std::optional<FileState> state(const Path& file) const override {
     const auto state = posix::stateOf(file.native);
     if (!state || !S_ISREG(state->st_mode)) return std::nullopt;
     constexpr std::int64_t second = 1'000'000'000;
-    return FileStamp{state->st_dev, state->st_ino, static_cast<std::uint64_t>(state->st_size),
+    return FileState{state->st_dev, state->st_ino, static_cast<std::uint64_t>(state->st_size),
                      state->st_mtim.tv_sec * second + state->st_mtim.tv_nsec};
   }
 

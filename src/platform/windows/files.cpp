@@ -179,7 +179,7 @@ class WindowsFileSystem final : public FileSystem {
     return names;
   }
 
-  std::optional<FileStamp> stamp(const Path& file) const override {
+  std::optional<FileState> state(const Path& file) const override {
     return stampOf(stateOf(nameOf(file)));
   }
 

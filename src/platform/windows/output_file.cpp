@@ -189,7 +189,7 @@ class WindowsOutputFile final : public OutputFile {
   std::wstring name_ = nameOf(target_);
   std::string content_;
   std::optional<HiddenFile> hidden_;  ///< holds the content, once it is there
-  std::optional<FileStamp> former_;   ///< of the target, at the flush
+  std::optional<FileState> former_;   ///< of the target, at the flush
   bool targetStays_ = false;          ///< since it holds the content already
   bool flushed_ = false;
 };
@@ -230,14 +230,14 @@ std::uint64_t sizeOf(const FileState& state) {
   return joined(state.nFileSizeHigh, state.nFileSizeLow);
 }
 
-std::optional<FileStamp> stampOf(const std::optional<FileState>& state) {
+std::optional<FileState> stampOf(const std::optional<FileState>& state) {
   if (!state || !isPlainFile(*state)) return std::nullopt;
   // Windows counts tenths of a microsecond since 1601.
   constexpr std::int64_t since1970 = 116'444'736'000'000'000;
   const auto& written = state->ftLastWriteTime;
   const auto time =
       static_cast<std::int64_t>(joined(written.dwHighDateTime, written.dwLowDateTime));
-  return FileStamp{state->dwVolumeSerialNumber, joined(state->nFileIndexHigh, state->nFileIndexLow),
+  return FileState{state->dwVolumeSerialNumber, joined(state->nFileIndexHigh, state->nFileIndexLow),
                    sizeOf(*state), (time - since1970) * 100};
 }
 

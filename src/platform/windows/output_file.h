@@ -31,7 +31,7 @@ bool isPlainFile(const FileState& state);
 /// In bytes.
 std::uint64_t sizeOf(const FileState& state);
 /// Nothing for what is no plain file.
-std::optional<FileStamp> stampOf(const std::optional<FileState>& state);
+std::optional<FileState> stampOf(const std::optional<FileState>& state);
 
 /// Throws Failure if the file keeps no access list of another one although it could.
 void keepAccessList(const std::wstring& from, const std::wstring& to);
