@@ -16,8 +16,8 @@ namespace kova {
 
 /// The line under the form. Its text is statusText.
 struct StatusLine {
-  std::string sentence;  ///< what just happened
-  /// The view: runs after each sentence.
+  std::string message;  ///< what just happened
+  /// The view: runs after each message.
   Handler notifyView;
 };
 

@@ -31,12 +31,12 @@ int AnnouncingLabel::heightForWidth(int width) const {
   return std::max(QLabel::heightForWidth(width), least);
 }
 
-void AnnouncingLabel::say(const QString& sentence) {
-  if (sentence == text()) return;
-  setText(sentence);
-  setToolTip(toToolTip(sentence));
-  setAccessibleName(sentence);
-  if (sentence.isEmpty() || !QAccessible::isActive()) return;
+void AnnouncingLabel::say(const QString& message) {
+  if (message == text()) return;
+  setText(message);
+  setToolTip(toToolTip(message));
+  setAccessibleName(message);
+  if (message.isEmpty() || !QAccessible::isActive()) return;
   QAccessibleEvent shown(this, QAccessible::ObjectShow);
   QAccessible::updateAccessibility(&shown);
 }

@@ -9,11 +9,11 @@ namespace kova {
 class AnnouncingLabel : public QLabel {
  public:
   explicit AnnouncingLabel(QWidget* parent);
-  /// Room for two lines, so that what stands above stays where it is when a sentence is long.
+  /// Room for two lines, so that what stands above stays where it is when a message is long.
   int heightForWidth(int width) const override;
 
-  /// Shows `sentence`, and has it spoken if it is another one than before.
-  void say(const QString& sentence);
+  /// Shows `message`, and has it spoken if it is another one than before.
+  void say(const QString& message);
 };
 
 }  // namespace kova

@@ -128,7 +128,7 @@ void MainView::followFocus(FormArea& area) {
   connect(qApp, &QApplication::focusChanged, &area, [this, &area](QWidget*, QWidget* now) {
     if (now == nullptr || !form_->isAncestorOf(now)) return;
     refreshStatusLine();
-    // The sentence may have taken another line from the form.
+    // The message may have taken another line from the form.
     centralWidget()->layout()->activate();
     // A form that moved under the pressed mouse would take the click from what was pressed.
     if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
@@ -195,18 +195,18 @@ void MainView::refreshWindow() {
 
 /// On what Done would do under the pointer, on the control that has the focus, else on what
 /// happened last.
-std::string MainView::sentence() const {
+std::string MainView::message() const {
   const QWidget* done = widgets_->widget("Command1");
   const auto control = widgets_->control(done->underMouse() ? done : focusWidget());
   if (control) {
-    if (std::string told = focusSentence(setup_.wizard, *control); !told.empty()) return told;
+    if (std::string told = focusMessage(setup_.wizard, *control); !told.empty()) return told;
   }
   return statusText(setup_.wizard);
 }
 
 void MainView::refreshStatusLine() {
   if (review_) review_->follow();
-  statusLine_->say(toShown(sentence(), codePage_));
+  statusLine_->say(toShown(message(), codePage_));
 }
 
 void MainView::openMenuByKey() {

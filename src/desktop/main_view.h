@@ -51,7 +51,7 @@ class MainView : public QMainWindow {
   void buildMenu();
   void attach();
   void refreshWindow();
-  std::string sentence() const;
+  std::string message() const;
   void refreshStatusLine();
   void openMenuByKey();
 

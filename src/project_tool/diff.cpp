@@ -46,12 +46,12 @@ void printDifference(const Tool& tool, const FileDifference& file) {
   for (const RowChange& row : file.rows) {
     tool.printLine(std::string("  ") + mark(row.sign) + ' ' + tool.shown(textOf(row)));
   }
-  for (const std::string& sentence : file.form) {
-    tool.printLine((file.rows.empty() ? "  form only: " : "  form: ") + tool.shown(sentence));
+  for (const std::string& message : file.form) {
+    tool.printLine((file.rows.empty() ? "  form only: " : "  form: ") + tool.shown(message));
   }
 }
 
-Ending diff(const Tool& tool, const DiffOptions& options) {
+ExitStatus diff(const Tool& tool, const DiffOptions& options) {
   const FileSystem& files = *tool.machine.files;
   const Path folder = tool.folder(options.directory);
   const bool isOlder = options.other.empty() ||
@@ -61,7 +61,7 @@ Ending diff(const Tool& tool, const DiffOptions& options) {
                                          projectFiles(files, tool.folder(options.other))};
   const auto differences = compareProjects(states.before, states.after);
   for (const FileDifference& file : differences) printDifference(tool, file);
-  return differences.empty() ? Ending::nothingFound : Ending::somethingFound;
+  return differences.empty() ? ExitStatus::noFindings : ExitStatus::findings;
 }
 
 }  // namespace kova

@@ -72,7 +72,7 @@ void printExample(const Tool& tool, const Example& example) {
 
 }  // namespace
 
-Ending listRules(const Tool& tool) {
+ExitStatus listRules(const Tool& tool) {
   tool.out << head << '\n';
   for (const Rule& rule : rules()) tool.out << "- [" << rule.id << "](#" << rule.id << ")\n";
   for (const Rule& rule : rules()) {
@@ -82,7 +82,7 @@ Ending listRules(const Tool& tool) {
              << wrapped("**What to do:** " + std::string(rule.fix));
     printExample(tool, rule.example);
   }
-  return Ending::nothingFound;
+  return ExitStatus::noFindings;
 }
 
 }  // namespace kova

@@ -22,7 +22,7 @@ std::string rowsOf(const Wizard& wizard, const Preview& done, const std::string&
 
 }  // namespace
 
-std::string doneSentence(const Wizard& wizard) {
+std::string doneMessage(const Wizard& wizard) {
   if (wizard.state.project.exportCount == 0) return "There are no properties: Done writes nothing.";
   const Preview done = preview(wizard);
   std::string files;

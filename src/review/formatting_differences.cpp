@@ -40,36 +40,36 @@ bool holds(const std::vector<std::string>& tags, const std::string& tag) {
 }
 
 void compareColumns(const TableText& before, const TableText& after,
-                    std::vector<std::string>& sentences) {
+                    std::vector<std::string>& messages) {
   std::vector<std::string> was = tagsOf(before);
   std::vector<std::string> is = tagsOf(after);
   for (const std::string& tag : was) {
-    if (!holds(is, tag)) sentences.push_back("column \"" + tag + "\" is gone");
+    if (!holds(is, tag)) messages.push_back("column \"" + tag + "\" is gone");
   }
   for (const std::string& tag : is) {
-    if (!holds(was, tag)) sentences.push_back("column \"" + tag + "\" is new");
+    if (!holds(was, tag)) messages.push_back("column \"" + tag + "\" is new");
   }
   std::erase_if(was, [&](const std::string& tag) { return !holds(is, tag); });
   std::erase_if(is, [&](const std::string& tag) { return !holds(was, tag); });
-  if (was != is) sentences.emplace_back("the columns stand in another order");
+  if (was != is) messages.emplace_back("the columns stand in another order");
 }
 
 }  // namespace
 
 std::vector<std::string> formattingDifferences(const TableText& before, const TableText& after) {
-  std::vector<std::string> sentences;
+  std::vector<std::string> messages;
   const std::string endsBefore = namesOf(countLineEndings(before.content));
   const std::string endsAfter = namesOf(countLineEndings(after.content));
   if (endsBefore != endsAfter) {
-    sentences.push_back("line ends: " + endsBefore + " -> " + endsAfter);
+    messages.push_back("line ends: " + endsBefore + " -> " + endsAfter);
   }
   const std::size_t was = commentsOf(before);
   const std::size_t is = commentsOf(after);
   if (was != is) {
-    sentences.push_back("comment lines: " + std::to_string(was) + " -> " + std::to_string(is));
+    messages.push_back("comment lines: " + std::to_string(was) + " -> " + std::to_string(is));
   }
-  compareColumns(before, after, sentences);
-  return sentences;
+  compareColumns(before, after, messages);
+  return messages;
 }
 
 }  // namespace kova

@@ -99,11 +99,11 @@ ReviewGroup groupOf(const FileSystem& files, const FileDifference& file) {
   group.key = file.name;
   group.name = files.text(file.name);
   for (const RowChange& row : file.rows) group.lines.push_back(lineOf(group.name, row));
-  for (const std::string& sentence : file.form) {
+  for (const std::string& message : file.form) {
     auto line = withSign<ReviewLine>(Sign::changed);
-    line.key = sentence;
-    line.texts = {sentence};
-    line.whole = sentence;
+    line.key = message;
+    line.texts = {message};
+    line.whole = message;
     group.lines.push_back(std::move(line));
   }
   return group;

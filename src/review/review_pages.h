@@ -25,7 +25,7 @@ struct ReviewLine {
   Style style = Style::plain;
   std::vector<std::string> texts = {};  ///< one a column of the page
   std::string property = {};            ///< that the line is about, empty if it is about none
-  std::string whole = {};               ///< its sentences, which are longer than a column
+  std::string whole = {};               ///< its messages, which are longer than a column
   std::vector<ReviewLine> below = {};
 
   bool operator==(const ReviewLine&) const = default;

@@ -99,7 +99,7 @@ class Walk {
     try {
       files_.remove(directory_ / name);
     } catch (const Failure& failure) {
-      throw BackupFailure(failure, BackupTrouble::notDeleted, name, result_.deleted);
+      throw BackupFailure(failure, BackupError::notDeleted, name, result_.deleted);
     }
     ++result_.deleted;
   }
@@ -117,7 +117,7 @@ class Walk {
       if (isNew) added_.emplace_back(backup, files_.state(backup));
     } catch (const Failure& failure) {
       takeBack();
-      throw BackupFailure(failure, BackupTrouble::notCopied, name, result_.deleted);
+      throw BackupFailure(failure, BackupError::notCopied, name, result_.deleted);
     }
     ++result_.copied;
   }

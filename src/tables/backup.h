@@ -62,21 +62,20 @@ struct BackupResult {
 };
 
 /// Why a walk has ended ahead of its time.
-enum class BackupTrouble { notDeleted, notCopied };
+enum class BackupError { notDeleted, notCopied };
 
 /// A file that a walk could not deal with.
 class BackupFailure : public Failure {
  public:
-  BackupFailure(const Failure& cause, BackupTrouble trouble, std::string_view file,
-                std::size_t deleted)
-      : Failure(cause), trouble_(trouble), file_(file), deleted_(deleted) {}
-  BackupTrouble trouble() const { return trouble_; }
+  BackupFailure(const Failure& cause, BackupError error, std::string_view file, std::size_t deleted)
+      : Failure(cause), error_(error), file_(file), deleted_(deleted) {}
+  BackupError error() const { return error_; }
   const std::string& file() const { return file_; }
   /// Backups that were deleted ahead of it.
   std::size_t deleted() const { return deleted_; }
 
  private:
-  BackupTrouble trouble_;
+  BackupError error_;
   std::string file_;
   std::size_t deleted_;
 };

@@ -17,7 +17,7 @@ bool leadsToDirectory(const Wizard& wizard, const TextField& field) {
 }
 
 /// What of the form is not in the tables.
-std::string formSentence(const Wizard& wizard) {
+std::string formMessage(const Wizard& wizard) {
   const std::string& name = wizard.form.PropertyName.text();
   if (name.empty()) return {};
   const std::int16_t index = findPropertyIndex(wizard, name);
@@ -29,7 +29,7 @@ std::string formSentence(const Wizard& wizard) {
   return " The form differs from " + name + " and is not part of it.";
 }
 
-std::string processSentence(const Wizard& wizard, const TextField& field) {
+std::string processMessage(const Wizard& wizard, const TextField& field) {
   const Form1& form = wizard.form;
   if (&field != &form.PropertyName || !form.ProcessCheck.ticked()) return {};
   return "Add would make a process of five rows.";
@@ -39,18 +39,18 @@ std::string joined(const std::string& one, const std::string& other) {
   return one.empty() || other.empty() ? one + other : one + ' ' + other;
 }
 
-std::string fieldSentence(const Wizard& wizard, const TextField& field) {
-  const std::string text = joined(fieldWarning(wizard, field), processSentence(wizard, field));
+std::string fieldMessage(const Wizard& wizard, const TextField& field) {
+  const std::string text = joined(fieldWarning(wizard, field), processMessage(wizard, field));
   return leadsToDirectory(wizard, field) ? joined(text, dropWarning(wizard.state)) : text;
 }
 
 }  // namespace
 
-std::string focusSentence(const Wizard& wizard, const ControlPointer& control) {
-  if (const auto* field = std::get_if<TextField*>(&control)) return fieldSentence(wizard, **field);
+std::string focusMessage(const Wizard& wizard, const ControlPointer& control) {
+  if (const auto* field = std::get_if<TextField*>(&control)) return fieldMessage(wizard, **field);
   const auto* button = std::get_if<CommandButton*>(&control);
   if (button == nullptr || *button != &wizard.form.Command1) return {};
-  return doneSentence(wizard) + (wizard.state.project.exportCount > 0 ? formSentence(wizard) : "");
+  return doneMessage(wizard) + (wizard.state.project.exportCount > 0 ? formMessage(wizard) : "");
 }
 
 }  // namespace kova

@@ -12,6 +12,6 @@ namespace kova {
 /// The reason of a field's mark, what a change of Export Name or Project Directory would drop, what
 /// Done would write: as things stand at this moment. Empty if there is nothing to say about
 /// `control`; statusText then shows.
-std::string focusSentence(const Wizard& wizard, const ControlPointer& control);
+std::string focusMessage(const Wizard& wizard, const ControlPointer& control);
 
 }  // namespace kova

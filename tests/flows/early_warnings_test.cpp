@@ -13,8 +13,8 @@ namespace {
 
 class EarlyWarnings : public Flow {
  protected:
-  std::string at(TextField& field) { return focusSentence(engineer.program.wizard, &field); }
-  std::string atDone() { return focusSentence(engineer.program.wizard, &form.Command1); }
+  std::string at(TextField& field) { return focusMessage(engineer.program.wizard, &field); }
+  std::string atDone() { return focusMessage(engineer.program.wizard, &form.Command1); }
   void names(const std::string& file, int count) const {
     std::string table = "DEVICE_NUMBER,DEVICE_NAME\r\n";
     for (int i = 0; i < count; ++i) table += std::to_string(i) + ",N" + std::to_string(i) + "\r\n";
@@ -25,8 +25,8 @@ class EarlyWarnings : public Flow {
     type(form.LocalName, "PUMEQM");
     commit("P");
   }
-  void tells(const std::string& sentence) {
-    EXPECT_LT(status().find(sentence), status().size()) << status();
+  void tells(const std::string& message) {
+    EXPECT_LT(status().find(message), status().size()) << status();
   }
 };
 

@@ -16,8 +16,8 @@ struct PosixEntry : Entry {
   std::string enteredByAnother() {
     const uid_t account = ::geteuid();
     if (account == 0 && ::seteuid(65534) != 0) return "no account";
-    const std::string sentence = entered("MAGNET");
-    return ::seteuid(account) == 0 ? sentence : "no way back";
+    const std::string message = entered("MAGNET");
+    return ::seteuid(account) == 0 ? message : "no way back";
   }
 };
 

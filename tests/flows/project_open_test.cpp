@@ -53,8 +53,8 @@ TEST_F(Entry, TakesNoListOfDeviceNamesThatARowNamesForABackup) {
 
 TEST_F(Entry, TellsWhereNoLineEndsInCr) {
   home.write("MAGNET/history.csv", "Index,Export Name\n1,MAGNET\n");
-  const std::string sentence = " Nothing to read: no line of history.csv ends in CR.";
-  EXPECT_NE(entered("MAGNET").find(sentence), std::string::npos) << status();
+  const std::string message = " Nothing to read: no line of history.csv ends in CR.";
+  EXPECT_NE(entered("MAGNET").find(message), std::string::npos) << status();
   EXPECT_TRUE(engineer.program.wizard.state.project.historyInUse);
 }
 
@@ -81,9 +81,9 @@ TEST_F(Entry, RowsLeadOnlyToPlainNamesInTheHomeDrive) {
     project("A", {name + ",L,P,1,short,0,NULL,1,READ,3,x,0"});
     open("");
     open("A");
-    const std::string sentence = " Project " + name + " not read: this export name of the last " +
-                                 "row is no plain name of a directory in " + home.path();
-    EXPECT_TRUE(status().ends_with(sentence + wayOut + home.path("A."))) << status();
+    const std::string message = " Project " + name + " not read: this export name of the last " +
+                                "row is no plain name of a directory in " + home.path();
+    EXPECT_TRUE(status().ends_with(message + wayOut + home.path("A."))) << status();
     EXPECT_EQ(engineer.rows().properties, 0);
     EXPECT_FALSE(home.has("MAGNET/exports-1700000000.csv"));
   }
@@ -98,10 +98,10 @@ TEST_F(Entry, AChainOfProjectsEndsWithAWord) {
   }
   open("P0");
   EXPECT_EQ(form.ProjectDir.text(), home.path("P16"));
-  const std::string sentence =
+  const std::string message =
       " Project P16 not read: too many projects lead to one another by "
       "the export names of their last rows";
-  EXPECT_TRUE(status().ends_with(sentence + wayOut + home.path("P0."))) << status();
+  EXPECT_TRUE(status().ends_with(message + wayOut + home.path("P0."))) << status();
   open("MAGNET");
   EXPECT_TRUE(status().starts_with("Project read: 8 properties")) << status();
 }

@@ -134,7 +134,7 @@ struct Faults : testing::Test {
     systemCalls() = fault;
     systemCalls().folder = project.home.path();
     project.enter();
-    const std::string& status = project.wizard->program.wizard.statusLine.sentence;
+    const std::string& status = project.wizard->program.wizard.statusLine.message;
     EXPECT_FALSE(project.isRead() && status.starts_with("Project not read")) << status;
     if (project.isRead()) project.edit();
     const std::string& name = calls[fault.at - 1].name;
