@@ -77,8 +77,8 @@ std::string readMessage(const WizardState& state, const ProjectRead& project) {
 
 /// Where the rows have led, if that was too far.
 std::string refusedMessage(const WizardState& state) {
-  if (!state.refusedEntry) return {};
-  const auto& [exportName, directory, tooDeep] = *state.refusedEntry;
+  if (!state.refusedOpening) return {};
+  const auto& [exportName, directory, tooDeep] = *state.refusedOpening;
   return " Project " + exportName + " not read: " +
          (tooDeep ? "too many projects lead to one another by the export names of their last rows"
                   : "this export name of the last row is no plain name of a directory in " +
@@ -226,7 +226,7 @@ void reportGuidedDevices(Wizard& wizard, const std::string& former, const std::s
 
 void refreshStatus(Wizard& wizard) {
   // A project that is being read tells of itself at its end.
-  if (!wizard.state.directoriesBeingEntered.empty()) return;
+  if (!wizard.state.directoriesBeingOpened.empty()) return;
   if (wizard.statusLine.notifyView) wizard.statusLine.refresh();
 }
 

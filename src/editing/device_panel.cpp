@@ -179,7 +179,7 @@ void NumDevices_Change(Wizard& wizard) {
   std::for_each(state.project.exportTable.begin(),
                 state.project.exportTable.begin() + state.project.exportCount,
                 [&](PropertyRecord& row) { row.numModules = number; });
-  if (dropped > 0 && state.directoriesBeingEntered.empty()) {
+  if (dropped > 0 && state.directoriesBeingOpened.empty()) {
     reportNamesDropped(wizard, dropped, devices);
   }
   refreshStatus(wizard);
