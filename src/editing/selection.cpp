@@ -88,7 +88,7 @@ class Filling {
 
   void description() {
     step([&] {
-      const DescriptionParts parts = takeApart(row().description);
+      const DescriptionParts parts = parseDescription(row().description);
       if (parts.hasPrefix) range(parts);
       form_.PropertyDescription.setText(parts.rest);
     });

@@ -74,9 +74,9 @@ struct OutputFile {
   virtual ~OutputFile() = default;
   /// Appends all of `content`. Throws Failure, also for a short write.
   virtual void write(std::string_view content) = 0;
-  /// Brings what was written so far to the disk, with the rights of the file whose place it will
-  /// take, unless that file holds the same bytes. May take seconds: a lock is had behind it, not
-  /// ahead of it. Throws Failure.
+  /// Brings what was written so far to the disk, with the permissions of the file whose place it
+  /// will take, unless that file holds the same bytes. May take seconds: a lock is had behind it,
+  /// not ahead of it. Throws Failure.
   virtual void flush() = 0;
   /// Takes the target's place, after a flush of what is not flushed yet. The new name outlasts a
   /// loss of power once `flushAll` of its folder has been called. A target that holds the same
@@ -117,9 +117,10 @@ struct FileSystem {
   virtual std::unique_ptr<OutputFile> createLate(const Path& file) { return create(file); }
   /// Makes one folder, whose name outlasts a loss of power; its parent must exist.
   virtual void createFolder(const Path& folder) = 0;
-  /// Plain copy with bytes, rights and modification time, whole or not there; replaces `to`. Nobody
-  /// may read the copy who may not read `from`: rights that can't be kept are lost. It outlasts a
-  /// loss of power once `flushAll` has been called; a `to` that it replaces is not lost before.
+  /// Plain copy with bytes, permissions and modification time, whole or not there; replaces `to`.
+  /// Nobody may read the copy who may not read `from`: permissions that can't be kept are lost. It
+  /// outlasts a loss of power once `flushAll` has been called; a `to` that it replaces is not lost
+  /// before.
   virtual void copy(const Path& from, const Path& to) = 0;
   /// As `copy`, but it replaces nothing and outlasts a loss of power at once. False if there is an
   /// entry `to` already.
@@ -147,7 +148,7 @@ struct FileSystem {
   virtual void flushAll(const Path& folder) = 0;
   /// Removes the temporary files that killed wizards of this account have left in `folder`. What
   /// somebody holds, what belongs to another account and what can't be removed stays.
-  virtual void removeLeftovers(const Path& folder) = 0;
+  virtual void removeStaleTemporaryFiles(const Path& folder) = 0;
 };
 
 /// There is such a file. One that can't be checked counts as there.

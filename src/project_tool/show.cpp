@@ -56,7 +56,7 @@ class JsonProject {
   }
 
   Json json(const PropertyRecord& row) const {
-    const DescriptionParts parts = takeApart(row.description);
+    const DescriptionParts parts = parseDescription(row.description);
     return {{"exportName", text(row.exportName)},
             {"localName", text(row.localName)},
             {"property", text(row.propertyName)},

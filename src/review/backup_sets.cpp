@@ -166,7 +166,7 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
   for (std::size_t next = restored.files.size(); next < contents.size(); ++next) {
     restored.missing.push_back(contents[next].first);
   }
-  files.removeLeftovers(path);
+  files.removeStaleTemporaryFiles(path);
   if (restored.failure.empty()) attempt(path.native, [&] { files.flushAll(path); });
   for (const ExternalChange& change : nothingKnown.externalChanges) {
     restored.kept.push_back(change.backup);

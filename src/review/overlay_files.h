@@ -45,7 +45,7 @@ class OverlayFiles : public FileSystem {
   /// Held at once: nobody else sees these files.
   std::unique_ptr<FolderLock> lock(const Path& folder) override;
   void flushAll(const Path&) override {}
-  void removeLeftovers(const Path&) override {}
+  void removeStaleTemporaryFiles(const Path&) override {}
 
  private:
   struct Remembered {

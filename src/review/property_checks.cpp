@@ -73,7 +73,7 @@ void eachUnknownFormat(const ProjectReading& project, Visit look) {
 }
 
 bool isBrokenRange(const std::string& description) {
-  const DescriptionParts parts = takeApart(description);
+  const DescriptionParts parts = parseDescription(description);
   if (!parts.hasPrefix) return description.starts_with('[');
   if (!description.starts_with('[') || !parts.minimum || !parts.maximum) return true;
   return !isNumber(*parts.minimum) || !isNumber(*parts.maximum);

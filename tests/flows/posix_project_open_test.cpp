@@ -12,7 +12,7 @@ using std::filesystem::permissions;
 using std::filesystem::perms;
 
 struct PosixEntry : Entry {
-  /// Of an account whose rights stop at other people's files, which root's don't.
+  /// Of an account whose permissions stop at other people's files, which root's don't.
   std::string enteredByAnother() {
     const uid_t account = ::geteuid();
     if (account == 0 && ::seteuid(65534) != 0) return "no account";

@@ -139,7 +139,7 @@ TEST_F(RealFiles, TemporaryFilesHaveNewNamesAndAreRemovedOnceNobodyHoldsThem) {
   for (const auto& name : made) {
     EXPECT_TRUE(std::regex_match(name, std::regex("\\.t\\.csv\\.kova~[0-9a-f]{16}"))) << name;
   }
-  files->removeLeftovers(here);
+  files->removeStaleTemporaryFiles(here);
   kept.insert({".t.csv.kova~2", "precious"});
   kept.merge(made);
   EXPECT_EQ(folder.names(), kept);

@@ -24,7 +24,8 @@ namespace kova::test {
 using Names = std::set<std::string>;
 using Act = std::function<void()>;
 
-// Version 2; of owner, user 65533, group, mask and others the kind with the rights, the account.
+// Version 2; of owner, user 65533, group, mask and others the kind with the permissions, the
+// account.
 constexpr std::array<std::uint32_t, 11> accessList{2,   0x60001, ~0U, 0x40002, 65533, 0x40004,
                                                    ~0U, 0x40010, ~0U, 0x20,    ~0U};
 constexpr const char* accessListName = "system.posix_acl_access";
@@ -254,7 +255,7 @@ TEST_F(PosixFiles, ACopyLetsInNobodyElse) {
   for (const char* to : {"to", "fresh"}) expectNoList(to);
 }
 
-TEST_F(PosixFiles, RightsThatCannotBeChosenAreNoFailure) {
+TEST_F(PosixFiles, PermissionsThatCannotBeChosenAreNoFailure) {
   folder.write("from", "bytes");
   for (const unsigned error : std::vector<unsigned>{EPERM, EOPNOTSUPP, ENOSYS}) {
     folder.write("t.csv", "old");
@@ -340,7 +341,7 @@ TEST_F(PosixFiles, OnlyHiddenFilesThatNobodyHoldsAreRemoved) {
   std::filesystem::create_directory(folder.path(".folder.kova~1"));
   others.insert({".folder.kova~1", "from", "second name"});
 
-  files->removeLeftovers(path("."));
+  files->removeStaleTemporaryFiles(path("."));
 
   EXPECT_EQ(folder.names(), others);
 }
@@ -353,7 +354,7 @@ TEST_F(PosixFiles, TemporaryFilesOfOtherAccountsAreLeftAlone) {
   const Act work = [&] {
     replaceBy("t.csv", "ours");
     files->copyAside(path("from"), path("copy"));
-    files->removeLeftovers(path("."));
+    files->removeStaleTemporaryFiles(path("."));
   };
   const auto ownerOf = [&](const std::string& name) {
     struct stat state {};

@@ -41,7 +41,7 @@ class MemoryFile : public FileSystem {
   std::string withoutCase(std::string_view name) const override { return std::string(name); }
   bool ignoresCase(const Path&) const override { return false; }
   void flushAll(const Path&) override {}
-  void removeLeftovers(const Path&) override {}
+  void removeStaleTemporaryFiles(const Path&) override {}
 
  private:
   std::string content_;

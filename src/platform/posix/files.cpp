@@ -66,10 +66,10 @@ void copyBytes(const Descriptor& from, const Descriptor& to, off_t size) {
   }
 }
 
-// Bytes, times and rights of `from`, whose state is known.
+// Bytes, times and permissions of `from`, whose state is known.
 void fillCopy(const Descriptor& from, const struct stat& state, const Descriptor& to) {
   copyBytes(from, to, state.st_size);
-  posix::keepRightsOrFewer(posix::rightsOf(state, from), to);
+  posix::keepPermissionsOrFewer(posix::permissionsOf(state, from), to);
   posix::keepTimes(state, to);
 }
 
@@ -302,7 +302,9 @@ class PosixFileSystem final : public FileSystem {
     flush(names);
   }
 
-  void removeLeftovers(const Path& folder) override { posix::removeLeftovers(folder); }
+  void removeStaleTemporaryFiles(const Path& folder) override {
+    posix::removeStaleTemporaryFiles(folder);
+  }
 
  private:
   // EINVAL: a file system on which folders need no flush of their own.

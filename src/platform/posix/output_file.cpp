@@ -138,7 +138,7 @@ class PosixOutputFile final : public OutputFile {
                    holds(target_.native, content_);
     if (!targetStays_) {
       hide();
-      takeRights();
+      takePermissions();
       checked(::fsync, hidden_->descriptor().number());
     }
     flushed_ = true;
@@ -158,11 +158,12 @@ class PosixOutputFile final : public OutputFile {
     writeAll(hidden_->descriptor(), content_);
   }
 
-  void takeRights() const {
+  void takePermissions() const {
     if (former_) {
-      // As long as the rights are those of a hidden file, which this account may certainly write.
+      // As long as the permissions are those of a hidden file, which this account may certainly
+      // write.
       keepUserAttributes(target_.native, hidden_->descriptor());
-      keepRights(rightsOf(*former_, target_.native), hidden_->descriptor());
+      keepPermissions(permissionsOf(*former_, target_.native), hidden_->descriptor());
     } else {
       setNewMode(hidden_->descriptor(), newFileMode_);
     }
@@ -244,7 +245,7 @@ bool HiddenFile::takeFreePlace(const std::string& target) {
   return true;
 }
 
-void removeLeftovers(const Path& folder) {
+void removeStaleTemporaryFiles(const Path& folder) {
   const auto close = [](DIR* open) { ::closedir(open); };
   const std::unique_ptr<DIR, decltype(close)> entries(::opendir(folder.native.c_str()), close);
   if (!entries) return;

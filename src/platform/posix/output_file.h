@@ -47,7 +47,7 @@ class HiddenFile {
 /// Length of the longest name in `folder`, in bytes; nothing if there is no limit.
 std::optional<std::size_t> nameLimit(const Path& folder);
 /// Removes the temporary files that killed runs of this account have left in `folder`.
-void removeLeftovers(const Path& folder);
+void removeStaleTemporaryFiles(const Path& folder);
 /// When the hidden file of a new content is made.
 enum class Hidden { atOnce, onceItIsNeeded };
 /// New content for `file`; `newFileMode` is for a file that does not exist yet.

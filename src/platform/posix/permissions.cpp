@@ -51,7 +51,7 @@ std::optional<std::string> attributeText(Get get) {
   return text;
 }
 
-Rights rightsOf(const struct stat& state, std::optional<std::vector<char>> list) {
+Permissions permissionsOf(const struct stat& state, std::optional<std::vector<char>> list) {
   return {state.st_uid, state.st_gid, state.st_mode & 07777U, std::move(list)};
 }
 
@@ -69,18 +69,18 @@ bool give(const Descriptor& file, uid_t owner, gid_t group) {
 }
 
 // True if the file has the group afterwards.
-bool keepOwner(const Rights& rights, const Descriptor& file, const struct stat& state) {
+bool keepOwner(const Permissions& permissions, const Descriptor& file, const struct stat& state) {
   constexpr auto same = static_cast<uid_t>(-1);
-  const bool groupIsKept = state.st_gid == rights.group || give(file, same, rights.group);
-  if (state.st_uid != rights.owner) give(file, rights.owner, same);
+  const bool groupIsKept = state.st_gid == permissions.group || give(file, same, permissions.group);
+  if (state.st_uid != permissions.owner) give(file, permissions.owner, same);
   return groupIsKept;
 }
 
 // 0, or the error for which the file does not have the list. Where there is none to be kept, the
 // file may have got one from its folder, which would let in others.
-int keepAccessList(const Rights& rights, const Descriptor& file) {
-  if (!rights.accessList) return EACCES;
-  const std::vector<char>& list = *rights.accessList;
+int keepAccessList(const Permissions& permissions, const Descriptor& file) {
+  if (!permissions.accessList) return EACCES;
+  const std::vector<char>& list = *permissions.accessList;
   if (!list.empty()) {
     const int set = ::fsetxattr(file.number(), accessListName, list.data(), list.size(), 0);
     return set == 0 ? 0 : errno;
@@ -103,32 +103,32 @@ mode_t withoutGroup(mode_t mode) {
 
 }  // namespace
 
-Rights rightsOf(const struct stat& state, const std::string& name) {
-  return rightsOf(state, accessListFrom([&](char* list, std::size_t size) {
-                    return ::getxattr(name.c_str(), accessListName, list, size);
-                  }));
+Permissions permissionsOf(const struct stat& state, const std::string& name) {
+  return permissionsOf(state, accessListFrom([&](char* list, std::size_t size) {
+                         return ::getxattr(name.c_str(), accessListName, list, size);
+                       }));
 }
 
-Rights rightsOf(const struct stat& state, const Descriptor& file) {
-  return rightsOf(state, accessListFrom([&](char* list, std::size_t size) {
-                    return ::fgetxattr(file.number(), accessListName, list, size);
-                  }));
+Permissions permissionsOf(const struct stat& state, const Descriptor& file) {
+  return permissionsOf(state, accessListFrom([&](char* list, std::size_t size) {
+                         return ::fgetxattr(file.number(), accessListName, list, size);
+                       }));
 }
 
-void keepRights(const Rights& rights, const Descriptor& file) {
-  keepOwner(rights, file, stateOf(file));
-  if (const int error = keepAccessList(rights, file)) fail(error);
-  if (const int error = changeMode(file, rights.mode)) fail(error);
+void keepPermissions(const Permissions& permissions, const Descriptor& file) {
+  keepOwner(permissions, file, stateOf(file));
+  if (const int error = keepAccessList(permissions, file)) fail(error);
+  if (const int error = changeMode(file, permissions.mode)) fail(error);
 }
 
-void keepRightsOrFewer(const Rights& rights, const Descriptor& copy) {
+void keepPermissionsOrFewer(const Permissions& permissions, const Descriptor& copy) {
   const struct stat made = stateOf(copy);
-  const bool groupIsKept = keepOwner(rights, copy, made);
-  const bool hasList = !rights.accessList || !rights.accessList->empty();
-  mode_t mode = rights.mode & permissions;
+  const bool groupIsKept = keepOwner(permissions, copy, made);
+  const bool hasList = !permissions.accessList || !permissions.accessList->empty();
+  mode_t mode = permissions.mode & permissions;
   if (!groupIsKept) mode = withoutGroup(mode);
   // A list speaks of the group as well: without the one the other is not kept either.
-  if ((hasList && !groupIsKept) || keepAccessList(rights, copy) != 0) mode &= ownPermissions;
+  if ((hasList && !groupIsKept) || keepAccessList(permissions, copy) != 0) mode &= ownPermissions;
   // A list brings a mode of its own.
   if (hasList || (made.st_mode & 07777U) != mode) setNewMode(copy, mode);
 }

@@ -13,7 +13,7 @@
 namespace kova::posix {
 
 /// The owner, group, mode and access list of a file.
-struct Rights {
+struct Permissions {
   uid_t owner = 0;
   gid_t group = 0;
   mode_t mode = 0;
@@ -22,15 +22,15 @@ struct Rights {
 };
 
 /// Those of a file whose state is known.
-Rights rightsOf(const struct stat& state, const std::string& name);
-Rights rightsOf(const struct stat& state, const Descriptor& file);
+Permissions permissionsOf(const struct stat& state, const std::string& name);
+Permissions permissionsOf(const struct stat& state, const Descriptor& file);
 
 /// Gives them to the next content of the file. The owner stays only where this account may give
 /// files away, the group where it belongs to it. Throws Failure if the others can't be kept.
-void keepRights(const Rights& rights, const Descriptor& file);
+void keepPermissions(const Permissions& permissions, const Descriptor& file);
 /// Gives them to a copy; of those that can't be kept less, so that nobody may read the copy who may
 /// not read the original.
-void keepRightsOrFewer(const Rights& rights, const Descriptor& copy);
+void keepPermissionsOrFewer(const Permissions& permissions, const Descriptor& copy);
 /// Sets the mode of a new file, unless the file system has modes of its own.
 void setNewMode(const Descriptor& file, mode_t mode);
 /// Gives a file the attributes that users and their programs have put on the former one, unless its

@@ -230,7 +230,7 @@ class WindowsFileSystem final : public FileSystem {
     flush(folder);
   }
 
-  void removeLeftovers(const Path& folder) override {
+  void removeStaleTemporaryFiles(const Path& folder) override {
     try {
       lookThrough(folder, [&](const WIN32_FIND_DATAW& entry) {
         const std::string name = narrow(entry.cFileName);

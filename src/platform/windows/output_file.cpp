@@ -152,7 +152,7 @@ class WindowsOutputFile final : public OutputFile {
     targetStays_ = former_ && former_->bytes == content_.size() && holds(name_, content_);
     if (!targetStays_) {
       if (hidden_) {
-        keepRights();
+        keepPermissions();
       } else {
         hide();
       }
@@ -172,11 +172,11 @@ class WindowsOutputFile final : public OutputFile {
   void hide() {
     hidden_.emplace(target_.parent(), target_.leaf());
     // Ahead of the content: nobody is to read it meanwhile who may not read it afterwards.
-    keepRights();
+    keepPermissions();
     hidden_->write(content_);
   }
 
-  void keepRights() const {
+  void keepPermissions() const {
     const auto former = stateOf(name_);
     if (!former) return;
     keepAccessList(name_, hidden_->name());
