@@ -25,7 +25,7 @@ enum class ControlKind {
 };
 
 /// A control as it was drawn, inside its container, in twips (1440 an inch). Its size tells how
-/// much it is to hold; where it stands on screen is told by a sketch.
+/// much it is to hold; where it stands on screen is told by a layout template.
 struct Twips {
   std::int16_t left = 0;
   std::int16_t top = 0;

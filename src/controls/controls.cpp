@@ -38,7 +38,7 @@ void CheckBox::setValue(std::int16_t value) {
 
 void OptionButton::select() {
   if (selected_) return;
-  for (OptionButton* other : others_) assign(other->selected_, false, other->mirror);
+  for (OptionButton* other : others_) assign(other->selected_, false, other->notifyView);
   assign(selected_, true, notifyView);
   run(onClick);
 }

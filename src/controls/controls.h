@@ -43,7 +43,7 @@ class TextField {
   /// edit. Runs `onChange` if the text differs.
   void edit(std::string_view text, std::size_t caret);
 
-  /// Caret position in characters, a line end of CR LF counting as two.
+  /// Caret position in characters, a line ending of CR LF counting as two.
   std::size_t caret() const { return caret_; }
   /// Puts the caret there, or at the end of a shorter text.
   void setCaret(std::size_t position);

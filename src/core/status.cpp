@@ -21,7 +21,7 @@ namespace {
 
 void report(Wizard& wizard, const std::string& message) {
   wizard.statusLine.message = stripBlanks(message);
-  if (wizard.statusLine.notifyView) wizard.statusLine.refresh();
+  if (wizard.statusLine.notifyView) wizard.statusLine.notifyView();
 }
 
 std::string droppedMessage(const Dropped& dropped) {
@@ -227,7 +227,7 @@ void reportGuidedDevices(Wizard& wizard, const std::string& former, const std::s
 void refreshStatus(Wizard& wizard) {
   // A project that is being read tells of itself at its end.
   if (!wizard.state.directoriesBeingOpened.empty()) return;
-  if (wizard.statusLine.notifyView) wizard.statusLine.refresh();
+  if (wizard.statusLine.notifyView) wizard.statusLine.notifyView();
 }
 
 void reportAllWritten(Wizard& wizard) {

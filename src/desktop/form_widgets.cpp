@@ -41,7 +41,7 @@ void takeFocus(QAbstractButton& button) {
 
 }  // namespace
 
-FormWidgets::FormWidgets(QWidget& window, const std::vector<LayoutTemplate>& sketches,
+FormWidgets::FormWidgets(QWidget& window, const std::vector<LayoutTemplate>& layoutTemplates,
                          std::vector<DesignedControl> controls, const CodePage& codePage,
                          Handler changed)
     : window_(window),
@@ -54,7 +54,7 @@ FormWidgets::FormWidgets(QWidget& window, const std::vector<LayoutTemplate>& ske
       if ((control.design->kind == ControlKind::frame) == frames) make(control);
     }
   }
-  namings_ = layOut(window_, sketches, shown_);
+  namings_ = layOut(window_, layoutTemplates, shown_);
   for (const Naming& naming : namings_) join(naming);
   for (const Handler& show : labels_) show();
   setTabOrder();

@@ -28,9 +28,9 @@ struct ShownField {
 
 class FormWidgets {
  public:
-  /// Fills `window` as `sketches` show it. `changed` runs after each change of what a control
-  /// shows. The controls outlive the object.
-  FormWidgets(QWidget& window, const std::vector<LayoutTemplate>& sketches,
+  /// Fills `window` as `layout templates` show it. `changed` runs after each change of what a
+  /// control shows. The controls outlive the object.
+  FormWidgets(QWidget& window, const std::vector<LayoutTemplate>& layoutTemplates,
               std::vector<DesignedControl> controls, const CodePage& codePage, Handler changed);
 
   /// The widget of a control.

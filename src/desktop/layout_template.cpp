@@ -36,9 +36,9 @@ const TemplateCell* Grid::at(int row, int column) const {
   return findCell(cells, row, column);
 }
 
-Grid gridOf(const LayoutTemplate& sketch) {
+Grid gridOf(const LayoutTemplate& layoutTemplate) {
   Grid grid;
-  std::istringstream picture(sketch.picture);
+  std::istringstream picture(layoutTemplate.picture);
   std::string line;
   for (int row = 0; std::getline(picture, line); ++row) {
     std::istringstream words(line);

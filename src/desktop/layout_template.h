@@ -9,15 +9,15 @@
 
 namespace kova {
 
-/// A line is a row, and a word in it a cell: a control, or a further sketch. "<" belongs to the
-/// cell to its left, "^" to the one above, "-" is empty, and so is what a line lacks at its end.
-/// Rows and columns with nothing in them take the room that is left over.
+/// A line is a row, and a word in it a cell: a control, or a further layout template. "<" belongs
+/// to the cell to its left, "^" to the one above, "-" is empty, and so is what a line lacks at its
+/// end. Rows and columns with nothing in them take the room that is left over.
 struct LayoutTemplate {
   std::string_view name;  ///< of the frame, or of the word that stands for it
   const char* picture = "";
 };
 
-/// The sketches of the two windows. The first one is that of the window itself.
+/// The layout templates of the two windows. The first one is that of the window itself.
 std::vector<LayoutTemplate> mainWindowTemplates();
 std::vector<LayoutTemplate> guidedDialogTemplates();
 
@@ -41,6 +41,6 @@ struct Grid {
   }
 };
 
-Grid gridOf(const LayoutTemplate& sketch);
+Grid gridOf(const LayoutTemplate& layoutTemplate);
 
 }  // namespace kova

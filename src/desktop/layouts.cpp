@@ -35,13 +35,14 @@ QGridLayout& gridIn(QWidget& widget) {
 
 class Layouts {
  public:
-  Layouts(const std::vector<LayoutTemplate>& sketches, const ShownControls& controls)
+  Layouts(const std::vector<LayoutTemplate>& layoutTemplates, const ShownControls& controls)
       : controls_(controls) {
-    for (const LayoutTemplate& sketch : sketches) grids_.emplace(sketch.name, gridOf(sketch));
+    for (const LayoutTemplate& layoutTemplate : layoutTemplates)
+      grids_.emplace(layoutTemplate.name, gridOf(layoutTemplate));
   }
 
-  std::vector<Naming> run(QWidget& window, std::string_view sketch) {
-    fill(gridIn(window), sketch, "");
+  std::vector<Naming> run(QWidget& window, std::string_view layoutTemplate) {
+    fill(gridIn(window), layoutTemplate, "");
     for (const auto& [name, control] : controls_) {
       require(placed_.contains(name), name, "stands nowhere");
     }
@@ -50,8 +51,8 @@ class Layouts {
 
  private:
   /// True if something in `layout` grows wide.
-  bool fill(QGridLayout& layout, std::string_view sketch, std::string_view frame) {
-    const Grid& grid = grids_.at(sketch);
+  bool fill(QGridLayout& layout, std::string_view layoutTemplate, std::string_view frame) {
+    const Grid& grid = grids_.at(layoutTemplate);
     for (const auto& [row, filled] : grid.rows) layout.setRowStretch(row, filled ? 0 : 1);
     for (const auto& [at, filled] : grid.columns) layout.setColumnStretch(at, filled ? 0 : 1);
     bool anyGrows = false;
@@ -141,9 +142,9 @@ class Layouts {
 
 }  // namespace
 
-std::vector<Naming> layOut(QWidget& window, const std::vector<LayoutTemplate>& sketches,
+std::vector<Naming> layOut(QWidget& window, const std::vector<LayoutTemplate>& layoutTemplates,
                            const ShownControls& controls) {
-  return Layouts(sketches, controls).run(window, sketches.front().name);
+  return Layouts(layoutTemplates, controls).run(window, layoutTemplates.front().name);
 }
 
 }  // namespace kova

@@ -199,7 +199,8 @@ std::string MainView::message() const {
   const QWidget* done = widgets_->widget("Command1");
   const auto control = widgets_->control(done->underMouse() ? done : focusWidget());
   if (control) {
-    if (std::string told = focusMessage(setup_.wizard, *control); !told.empty()) return told;
+    if (std::string reported = focusMessage(setup_.wizard, *control); !reported.empty())
+      return reported;
   }
   return statusText(setup_.wizard);
 }

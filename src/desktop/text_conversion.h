@@ -16,8 +16,8 @@ QString toShown(std::string_view text, const CodePage& page);
 /// A text the other way. What the code page lacks becomes "?".
 std::string toText(QStringView shown, const CodePage& page);
 
-/// Lines as a multi-line box holds them: a line end of CR LF stands between two blocks, a lone LF
-/// is a line separator within its block.
+/// Lines as a multi-line box holds them: a line ending of CR LF stands between two blocks, a lone
+/// LF is a line separator within its block.
 QString toShownLines(std::string_view text, const CodePage& page);
 /// The raw text of a box's document the other way.
 std::string toTextLines(QStringView raw, const CodePage& page);
@@ -31,7 +31,7 @@ int shownPosition(std::string_view text, std::size_t caret);
 std::size_t textPosition(QStringView raw, int position);
 
 /// What a field of one line keeps of an edit that made `before` into `after`: a pasted text ends at
-/// its first line end. `position` is the place behind the edit and follows the cut.
+/// its first line ending. `position` is the place behind the edit and follows the cut.
 QString withoutPastedLines(const QString& before, const QString& after, int& position);
 
 /// A tool tip that shows `text` as it stands, markup or not.

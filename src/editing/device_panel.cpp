@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
 
-/// The first `count` names as they are shown, each with its line end.
+/// The first `count` names as they are shown, each with its line ending.
 std::string displayText(const DeviceNames& devNames, std::size_t count) {
   std::string text;
   for (std::size_t k = 0; k < count; ++k) text.append(displayName(devNames, k)).append(lineEnd);

@@ -58,7 +58,7 @@ struct Path {
   bool operator<(const Path& other) const { return native < other.native; }
 };
 
-/// Tells one state of a file from another without reading it: two equal stamps of one path mean
+/// Tells one state of a file from another without reading it: two equal timestamps of one path mean
 /// that nobody has written the file in between.
 struct FileState {
   std::uint64_t device = 0;

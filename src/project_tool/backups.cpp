@@ -7,8 +7,8 @@ namespace kova {
 namespace {
 
 BackupSet chosenSet(const Tool& tool, const Path& folder, const RestoreOptions& options) {
-  const auto set = findBackupSet(backupSets(*tool.machine.files, folder), options.stamp);
-  if (!set) throw Failure("there are no backups of " + std::to_string(options.stamp));
+  const auto set = findBackupSet(backupSets(*tool.machine.files, folder), options.timestamp);
+  if (!set) throw Failure("there are no backups of " + std::to_string(options.timestamp));
   return partOf(*set, options.files);
 }
 

@@ -25,14 +25,14 @@ bool isTimestamp(const std::string& text) {
 }
 
 /// What a set holds, and what is there of its files now.
-States sinceBackups(const Tool& tool, const Path& folder, const std::string& stamp) {
+States sinceBackups(const Tool& tool, const Path& folder, const std::string& timestamp) {
   const FileSystem& files = *tool.machine.files;
   const auto sets = backupSets(files, folder);
   if (sets.empty()) throw Failure(folder.native + " has no backups");
-  const auto set = stamp.empty()
+  const auto set = timestamp.empty()
                        ? std::optional(sets.front())
-                       : findBackupSet(sets, static_cast<std::int32_t>(std::stoll(stamp)));
-  if (!set) throw Failure("there are no backups of " + stamp);
+                       : findBackupSet(sets, static_cast<std::int32_t>(std::stoll(timestamp)));
+  if (!set) throw Failure("there are no backups of " + timestamp);
   States states{filesOf(files, folder, *set), projectFiles(files, folder)};
   std::erase_if(states.after,
                 [&](const auto& file) { return !states.before.contains(file.first); });

@@ -83,7 +83,7 @@ class CommandLine {
     restore_ = add("restore", "Bring back what backups hold; what is there is backed up first");
     restore_->add_flag("--dry-run", restoreOptions_.dryRun, "Only tell what would change");
     restore_->add_option("directory", restoreOptions_.directory, "Project directory")->required();
-    restore_->add_option("stamp", restoreOptions_.stamp, "Stamp of the backups")->required();
+    restore_->add_option("stamp", restoreOptions_.timestamp, "Stamp of the backups")->required();
     restore_->add_option("file", restoreOptions_.files, "Files to bring back; all without it");
   }
 

@@ -43,7 +43,7 @@ ExitStatus check(const Tool& tool, const CheckOptions& options);
 
 struct DiffOptions {
   std::string directory;
-  std::string other;  ///< a stamp or a directory; empty for the newest backups
+  std::string other;  ///< a timestamp or a directory; empty for the newest backups
 };
 ExitStatus diff(const Tool& tool, const DiffOptions& options);
 
@@ -57,7 +57,7 @@ ExitStatus backups(const Tool& tool, const std::string& directory);
 
 struct RestoreOptions {
   std::string directory;
-  std::int32_t stamp = 0;
+  std::int32_t timestamp = 0;
   std::vector<std::string> files;  ///< all of the set if there are none
   bool dryRun = false;
 };

@@ -42,14 +42,14 @@ std::string linesBehind(const ProjectReading& project, const Reading& reading) {
 }
 
 template <class Visit>
-void eachTable(const ProjectReading& project, Visit look) {
-  for (const auto& [name, table] : project.tables) look(name, table);
+void eachTable(const ProjectReading& project, Visit visit) {
+  for (const auto& [name, table] : project.tables) visit(name, table);
 }
 
 template <class Visit>
-void eachRow(const ProjectReading& project, Visit look) {
+void eachRow(const ProjectReading& project, Visit visit) {
   eachTable(project, [&](const std::string& name, const TableText& table) {
-    for (const TextRow& row : table.rows) look(name, table, row);
+    for (const TextRow& row : table.rows) visit(name, table, row);
   });
 }
 
@@ -72,24 +72,24 @@ bool isTagOfKind(TableKind kind, std::string_view tag) {
 
 /// Looks at the columns of the header that the reader does not use.
 template <class Visit>
-void eachUnusedColumn(const ProjectReading& project, Visit look) {
+void eachUnusedColumn(const ProjectReading& project, Visit visit) {
   eachTable(project, [&](const std::string& name, const TableText& table) {
     for (std::size_t index = 0; index < table.header.cells.size(); ++index) {
       const Cell& cell = table.header.cells[index];
       if (cell.text.empty() || table.isKnown(index)) continue;
-      look(Place{name, table.header.line, cell.column}, cell.text,
-           isTagOfKind(table.kind, cell.text));
+      visit(Place{name, table.header.line, cell.column}, cell.text,
+            isTagOfKind(table.kind, cell.text));
     }
   });
 }
 
 /// Looks at each field of a known column.
 template <class Visit>
-void eachField(const ProjectReading& project, Visit look) {
+void eachField(const ProjectReading& project, Visit visit) {
   eachRow(project, [&](const std::string& name, const TableText& table, const TextRow& row) {
     for (const ColumnFacts& column : columnsOf(table.kind)) {
       const Cell cell = table.cell(row, column.tag);
-      if (!cell.text.empty()) look(Place{name, row.line, cell.column}, table, column, cell.text);
+      if (!cell.text.empty()) visit(Place{name, row.line, cell.column}, table, column, cell.text);
     }
   });
 }

@@ -18,14 +18,14 @@ namespace {
 
 /// Looks at each line of a table with its text and the place of a column.
 template <class Visit>
-void eachLine(const ProjectReading& project, std::string_view file, Visit look) {
+void eachLine(const ProjectReading& project, std::string_view file, Visit visit) {
   const TableText& table = project.table(file);
   for (const TextRow& line : table.rows) {
     const auto text = [&](std::string_view tag) { return std::string(table.text(line, tag)); };
     const auto placeOf = [&](std::string_view tag) {
       return Place{file, line.line, table.cell(line, tag).column};
     };
-    look(text, placeOf);
+    visit(text, placeOf);
   }
 }
 
@@ -66,9 +66,9 @@ std::optional<std::string> differenceOf(const PropertyRecord& property, const st
 /// Looks at each row of a table, and at the places of its columns.
 template <class Rows, class Visit>
 void eachRow(const ProjectReading& project, std::string_view file, const TableReading<Rows>& table,
-             Visit look) {
+             Visit visit) {
   for (std::size_t row = 0; row < table.rows.size(); ++row) {
-    look(table.rows[row], [&, row](Tag<typename Rows::value_type> tag) {
+    visit(table.rows[row], [&, row](Tag<typename Rows::value_type> tag) {
       return project.placeOf(file, table.result, row, tag.text);
     });
   }
@@ -176,9 +176,9 @@ void namelessAlarm(const ProjectReading& project, const Report& report) {
 
 void unreadDevices(const ProjectReading& project, const Report& report) {
   if (project.devicesFile.empty() || project.files.contains(project.devicesFile)) return;
-  eachLine(project, serverDevicesFile, [&, told = false](auto text, auto placeOf) mutable {
-    if (told || !isOwnName(text(deviceNumberTag), text(deviceNameTag))) return;
-    told = true;
+  eachLine(project, serverDevicesFile, [&, reported = false](auto text, auto placeOf) mutable {
+    if (reported || !isOwnName(text(deviceNumberTag), text(deviceNameTag))) return;
+    reported = true;
     report(placeOf(deviceNameTag), "names of devices, but there is no " +
                                        project.codePage->fromNative(project.devicesFile) +
                                        " to read them from");

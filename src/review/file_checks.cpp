@@ -66,8 +66,8 @@ std::optional<std::size_t> findUtf8(std::string_view content) {
 
 /// Calls `look` with each table's name and content.
 template <class Visit>
-void eachFile(const ProjectReading& project, Visit look) {
-  for (const auto& [name, content] : project.files) look(name, std::string_view(content));
+void eachFile(const ProjectReading& project, Visit visit) {
+  for (const auto& [name, content] : project.files) visit(name, std::string_view(content));
 }
 
 std::string byteText(char byte) {
@@ -159,7 +159,8 @@ void comments(const ProjectReading& project, const Report& report) {
 void orphanBackup(const ProjectReading& project, const Report& report) {
   for (const std::string& name : project.names) {
     const auto parts = timestampedName(name);
-    if (!parts || parts->stamp < smallestOldTimestamp || project.nameLists.contains(name)) continue;
+    if (!parts || parts->timestamp < smallestOldTimestamp || project.nameLists.contains(name))
+      continue;
     if (std::binary_search(project.names.begin(), project.names.end(), parts->original)) continue;
     report({name}, "a backup of " + parts->original + ", which is not there");
   }

@@ -50,7 +50,7 @@ struct Finding {
   std::string file;  ///< name in the machine's own form
   std::size_t line = 0;
   std::size_t column = 0;
-  std::string what;  ///< a message without its full stop, in wizard text
+  std::string message;  ///< a message without its full stop, in wizard text
 };
 
 /// Findings in the order of files, lines and columns.

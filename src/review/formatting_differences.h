@@ -9,7 +9,7 @@
 
 namespace kova {
 
-/// Messages without a full stop: line ends, comments, a byte order mark, columns.
+/// Messages without a full stop: line endings, comments, a byte order mark, columns.
 std::vector<std::string> formattingDifferences(const TableText& before, const TableText& after);
 
 }  // namespace kova

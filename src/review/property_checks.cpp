@@ -21,10 +21,10 @@ constexpr std::string_view nullFormat = "NULL";
 
 /// Looks at each row that the wizard has read, and at the places of its columns.
 template <class Visit>
-void eachProperty(const ProjectReading& project, Visit look) {
+void eachProperty(const ProjectReading& project, Visit visit) {
   const auto& [rows, result] = project.properties;
   for (std::size_t row = 0; row < rows.size(); ++row) {
-    look(rows[row], [&, row](Tag<PropertyRecord> tag) {
+    visit(rows[row], [&, row](Tag<PropertyRecord> tag) {
       return project.placeOf(exportsFileName, result, row, tag.text);
     });
   }
@@ -36,10 +36,10 @@ void reportOthers(const ProjectReading& project, const Report& report, Tag<Prope
                   Shown shown) {
   if (project.properties.rows.empty()) return;
   const std::string last = shown(project.properties.rows.back());
-  std::set<std::string> told{last};
+  std::set<std::string> reported{last};
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     const std::string text = shown(row);
-    if (!told.insert(text).second) return;
+    if (!reported.insert(text).second) return;
     report(placeOf(tag), quoted(text) + ", while the last row has " + quoted(last));
   });
 }
@@ -61,11 +61,11 @@ std::string formatInOtherCase(std::string_view name) {
 
 /// Looks at each format whose name is none of the list.
 template <class Visit>
-void eachUnknownFormat(const ProjectReading& project, Visit look) {
+void eachUnknownFormat(const ProjectReading& project, Visit visit) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     const auto one = [&](const std::string& format, Tag<PropertyRecord> tag) {
       const std::string_view name = formatName(format);
-      if (!name.empty() && !isFormat(name)) look(placeOf(tag), name);
+      if (!name.empty() && !isFormat(name)) visit(placeOf(tag), name);
     };
     one(row.outputFormat, &PropertyRecord::outputFormat);
     one(row.inputFormat, &PropertyRecord::inputFormat);
@@ -125,21 +125,21 @@ void otherCase(const ProjectReading& project, const Report& report) {
 
 void separatorInName(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    const auto look = [&](const std::string& name, std::string_view entry,
-                          Tag<PropertyRecord> tag) {
+    const auto visit = [&](const std::string& name, std::string_view entry,
+                           Tag<PropertyRecord> tag) {
       if (faultOfName(entry).empty()) return;
       report(placeOf(tag), quoted(name) + " is no name of a file");
     };
-    look(row.exportName, row.exportName, &PropertyRecord::exportName);
-    look(row.localName, row.localName, &PropertyRecord::localName);
-    look(row.propertyName, namesFile(row.propertyName), &PropertyRecord::propertyName);
+    visit(row.exportName, row.exportName, &PropertyRecord::exportName);
+    visit(row.localName, row.localName, &PropertyRecord::localName);
+    visit(row.propertyName, namesFile(row.propertyName), &PropertyRecord::propertyName);
   });
 }
 
 void longLocalName(const ProjectReading& project, const Report& report) {
-  std::set<std::string> told;
+  std::set<std::string> reported;
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    if (row.localName.size() <= localNameLength || !told.insert(row.localName).second) return;
+    if (row.localName.size() <= localNameLength || !reported.insert(row.localName).second) return;
     report(placeOf(&PropertyRecord::localName), row.localName + " has more than 6 characters");
   });
 }

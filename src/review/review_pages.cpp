@@ -245,8 +245,8 @@ ReviewGroup groupOf(const Wizard& wizard, const Path& folder, const ProjectFiles
       group.lines.push_back(lineOf(files, file, differences));
     }
   } catch (const Failure& failure) {
-    const std::string told = wizard.platform.files.text(failure.what());
-    group.lines.push_back({.texts = {told}, .whole = told});
+    const std::string reported = wizard.platform.files.text(failure.what());
+    group.lines.push_back({.texts = {reported}, .whole = reported});
   }
   return group;
 }

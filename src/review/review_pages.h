@@ -43,7 +43,7 @@ struct ReviewGroup {
 
   /// Time alone changes nothing but the age.
   bool operator==(const ReviewGroup& other) const {
-    return std::tie(key, sign, spoken, style, name, lines) ==
+    return std::tie(key, sign, accessible, style, name, lines) ==
            std::tie(other.key, other.sign, other.accessible, other.style, other.name, other.lines);
   }
 };

@@ -32,7 +32,7 @@ class NamedLists {
     if (!readAlready_) exports_ = readExports();
     readAlready_ = true;
     if (!exports_) return FileVerdict::backupKept;
-    // Anywhere in it, so that it takes neither a row nor a line end that is in order.
+    // Anywhere in it, so that it takes neither a row nor a line ending that is in order.
     return stem && exports_->find(*stem) != std::string::npos ? FileVerdict::inUse : byName;
   }
 
@@ -110,7 +110,7 @@ class Walk {
     try {
       // Looked at ahead of the copy, so that a change in between shows as one.
       if (const auto state = files_.state(file)) {
-        result_.states.emplace_hint(result_.states.end(), name, *stamp);
+        result_.states.emplace_hint(result_.states.end(), name, *state);
       }
       const bool isNew = !files_.fileExists(backup);
       files_.copy(file, backup);
@@ -156,11 +156,12 @@ std::optional<TimestampedName> timestampedName(std::string_view name) {
   if (dash == std::string_view::npos) return std::nullopt;
   const auto digits = base.substr(dash + 1);
   const auto* const end = digits.data() + digits.size();
-  std::int32_t stamp = 0;
-  const auto read = std::from_chars(digits.data(), end, stamp);
+  std::int32_t timestamp = 0;
+  const auto read = std::from_chars(digits.data(), end, timestamp);
   const bool whole = read.ec == std::errc() && read.ptr == end;
   if (!whole || (digits.size() > 1 && digits.front() == '0')) return std::nullopt;
-  return TimestampedName{std::string(base.substr(0, dash)).append(name.substr(base.size())), stamp};
+  return TimestampedName{std::string(base.substr(0, dash)).append(name.substr(base.size())),
+                         timestamp};
 }
 
 FileVerdict classify(std::string_view name, const std::vector<std::string>& names,
@@ -170,8 +171,8 @@ FileVerdict classify(std::string_view name, const std::vector<std::string>& name
     return FileVerdict::inUse;
   }
   // Of any length, or a clock that stands in the seventies would take each backup for a new file.
-  if (parts->stamp >= std::int64_t{now} - backupAge) return FileVerdict::backupKept;
-  return parts->stamp >= smallestOldTimestamp ? FileVerdict::backupDeleted : FileVerdict::inUse;
+  if (parts->timestamp >= std::int64_t{now} - backupAge) return FileVerdict::backupKept;
+  return parts->timestamp >= smallestOldTimestamp ? FileVerdict::backupDeleted : FileVerdict::inUse;
 }
 
 std::vector<ClassifiedFile> classifyFiles(const FileSystem& files, const Path& folder,
@@ -186,10 +187,10 @@ std::vector<ClassifiedFile> classifyFiles(const FileSystem& files, const Path& f
   return classified;
 }
 
-std::string backupName(std::string_view name, std::int32_t stamp) {
+std::string backupName(std::string_view name, std::int32_t timestamp) {
   const auto base = baseOf(name);
   std::string backup(base);
-  return (backup += '-' + std::to_string(stamp)).append(name.substr(base.size()));
+  return (backup += '-' + std::to_string(timestamp)).append(name.substr(base.size()));
 }
 
 BackupResult backupExistingFiles(FileSystem& files, const Clock& clock, const Path& directory,

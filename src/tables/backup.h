@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Time-stamped copies of everything that lies in a project directory.
+// Timestamped copies of everything that lies in a project directory.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +24,7 @@ inline constexpr std::int32_t smallestOldTimestamp = 1'000'000'000;
 enum class FileVerdict { inUse, backupKept, backupDeleted };
 
 /// What the name of a plain file tells at the time `now`, among the sorted `names` of its folder. A
-/// backup has a time stamp, a number that stands alone behind the last dash of its base, and lies
+/// backup has a timestamp, a number that stands alone behind the last dash of its base, and lies
 /// beside the file that it is a backup of. One that is to be deleted has ten digits.
 FileVerdict classify(std::string_view name, const std::vector<std::string>& names,
                      std::int32_t now);
@@ -42,14 +42,14 @@ std::vector<ClassifiedFile> classifyFiles(const FileSystem& files, const Path& f
 /// The name of a backup, taken apart.
 struct TimestampedName {
   std::string original;
-  std::int32_t stamp = 0;
+  std::int32_t timestamp = 0;
 };
 /// Nothing if the base does not end in a dash and a number. Whether it is a backup, `classify`
 /// tells.
 std::optional<TimestampedName> timestampedName(std::string_view name);
 
-/// Name of the backup of file `name` with this time stamp.
-std::string backupName(std::string_view name, std::int32_t stamp);
+/// Name of the backup of file `name` with this timestamp.
+std::string backupName(std::string_view name, std::int32_t timestamp);
 
 /// States of the files of a folder, by their name in the machine's own form.
 using FolderStates = std::map<std::string, FileState, std::less<>>;

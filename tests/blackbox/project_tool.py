@@ -93,7 +93,7 @@ class ProjectTool(unittest.TestCase):
         self.assertEqual(run("diff", self.project), (1, difference, ""))
         self.assertEqual(run("diff", self.project, "1700000000"), (1, difference, ""))
         self.assertEqual(run("diff", self.project, "1700000009")[0], 2)
-        for wrong in ["5994967296", "17000000009"]:  # more than a stamp has room for
+        for wrong in ["5994967296", "17000000009"]:  # more than a timestamp has room for
             self.assertIn(f"{wrong}: There is no such", run("diff", self.project, wrong)[2])
 
     def test_restore(self):
@@ -142,9 +142,9 @@ class ProjectTool(unittest.TestCase):
                 self.assertEqual(run(command, "--help", out=full)[0], 2)
             self.assertRegex(run(command, "--version")[1], r"^kova-project \d+\.\d+\.\d+\n$")
         for command in ["check", "diff", "show", "backups", "restore"]:
-            stamp = ["1"] if command == "restore" else []
+            timestamp = ["1"] if command == "restore" else []
             complaint = "kova-project: nowhere: There is no such directory\n"
-            self.assertEqual(run(command, "nowhere", *stamp), (2, "", complaint))
+            self.assertEqual(run(command, "nowhere", *timestamp), (2, "", complaint))
         for wrong in [[], ["chek"], ["check"], ["check", "--format", "xml", EXAMPLE],
                       ["show", "--format", "sarif", EXAMPLE]]:
             self.assertEqual(run(*wrong)[0], 2, wrong)

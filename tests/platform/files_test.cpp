@@ -57,9 +57,9 @@ TEST_F(RealFiles, AFileThatHoldsTheBytesAlreadyStays) {
   const std::string same(40000, 'a');
   folder.write("t.csv", same);
   fs::last_write_time(folder.path("t.csv"), fs::file_time_type(std::chrono::hours(100)));
-  const auto stamp = files->state(path("t.csv"));
+  const auto timestamp = files->state(path("t.csv"));
   replaceBy("t.csv", same);
-  EXPECT_EQ(files->state(path("t.csv")), stamp);
+  EXPECT_EQ(files->state(path("t.csv")), timestamp);
   EXPECT_EQ(folder.names(), Names{"t.csv"});
   for (const std::string& other : {same.substr(1) + 'b', same.substr(1), same}) {
     const auto output = files->create(path("t.csv"));

@@ -12,8 +12,9 @@ TEST_F(Faults, EveryKindOfCallMayFail) {
     for (const std::size_t at : moments()) {
       const std::string& kind = calls[at - 1].name;
       SCOPED_TRACE(kind + " fails as call " + std::to_string(at) + (onwards ? " and on" : ""));
-      const bool told = survives({.at = at, .error = onwards ? EIO : ENOSPC, .onwards = onwards});
-      ++answers[kind].at(told ? 1 : 0);
+      const bool reported =
+          survives({.at = at, .error = onwards ? EIO : ENOSPC, .onwards = onwards});
+      ++answers[kind].at(reported ? 1 : 0);
       if (HasFailure()) return;
     }
   }
@@ -41,8 +42,8 @@ TEST(Restoring, LosesNoPresentTableWhateverFails) {
     SCOPED_TRACE("call " + std::to_string(at));
     const std::string table = std::string("MAGNET") + pathSeparator + "exports.csv";
     project.expectWholeTables({{table, "long past"}});
-    const bool told = sets.empty() || project.messages().size() > 1;
-    EXPECT_TRUE(told || project.home.read(table) == "long past");
+    const bool reported = sets.empty() || project.messages().size() > 1;
+    EXPECT_TRUE(reported || project.home.read(table) == "long past");
   }
   EXPECT_GT(at, 20U);
 }

@@ -20,7 +20,7 @@ TEST(OverlayFiles, RememberWhatIsWrittenAndLeaveTheDiskAlone) {
   OverlayFiles files(*below);
   const Path folder = files.path(disk.path());
   EXPECT_EQ(files.read(folder / "a"), "disk");
-  EXPECT_EQ(files.state(folder / "a"), below->stamp(folder / "a"));
+  EXPECT_EQ(files.state(folder / "a"), below->state(folder / "a"));
 
   replace(files, folder / "a", "here");
   const auto first = files.state(folder / "a");

@@ -27,14 +27,14 @@ TEST(LayoutTemplates, ThatDoNotFitTheirWindowAreRefused) {
       {"Frame3", "InputDataFormat <\n^ InputDataSize", "\"InputDataSize\" stands in another cell"}};
   const CodePage page = CodePage::windows1252();
   for (const auto& [name, picture, expected] : cases) {
-    auto sketches = mainWindowTemplates();
-    for (LayoutTemplate& sketch : sketches) {
-      if (sketch.name == name) sketch.picture = picture.c_str();
+    auto layoutTemplates = mainWindowTemplates();
+    for (LayoutTemplate& layoutTemplate : layoutTemplates) {
+      if (layoutTemplate.name == name) layoutTemplate.picture = picture.c_str();
     }
     Form1 form;
     QWidget window;
     try {
-      const FormWidgets widgets(window, sketches, designedControls(form), page, [] {});
+      const FormWidgets widgets(window, layoutTemplates, designedControls(form), page, [] {});
       ADD_FAILURE() << picture;
     } catch (const Failure& failure) {
       EXPECT_TRUE(std::string(failure.what()).ends_with(expected)) << failure.what();
@@ -58,12 +58,12 @@ struct Eye : AtTheWindow {
     QApplication::setFont(other);
     QApplication::processEvents();
   }
-  void eachFont(const std::function<void(int points)>& look) {
+  void eachFont(const std::function<void(int points)>& visit) {
     for (const int points : {8, 11, 12, 18}) {
       SCOPED_TRACE(points);
       setPoints(points);
       resize(desk.view.sizeHint());
-      look(points);
+      visit(points);
     }
   }
 };
@@ -154,7 +154,7 @@ QSize neededBy(const QWidget& shown) {
 }
 
 /// Looks for texts that are cut. Keeps a picture where somebody asks for them.
-void look(QWidget& window, const char* name) {
+void visit(QWidget& window, const char* name) {
   QApplication::processEvents();
   for (const QWidget* shown : window.findChildren<QWidget*>()) {
     // Places on a screen whose scale is no whole number are rounded.
@@ -192,16 +192,16 @@ TEST_F(Eye, NothingIsCutOrOutOfReach) {
   const double scale = desk.view.devicePixelRatioF();
   eachFont([&](int points) {
     form.ExportName.setText("MAGNET");
-    desk.answer("Escape", [](QWidget& box) { look(box, "warning"); });
+    desk.answer("Escape", [](QWidget& box) { visit(box, "warning"); });
     form.LocalName.setText("");
     form.LocalName.setText("TOOLONG");
     form.PropertyName.setText("NEW");
-    desk.answer("Escape", [](QWidget& box) { look(box, "question"); });
+    desk.answer("Escape", [](QWidget& box) { visit(box, "question"); });
     form.AddProperty.click();
 
-    look(desk.view, "whole");
+    visit(desk.view, "whole");
     resize(desk.view.sizeHint().boundedTo(screen / scale - frame));
-    look(desk.view, "screen");
+    visit(desk.view, "screen");
     for (const char* button : {"AddProperty", "EditCmd", "RemoveProperty", "Command1"}) {
       const QWidget& shown = desk.widget(button);
       const bool inSight = shown.visibleRegion().boundingRect().size() == shown.size();
@@ -210,7 +210,7 @@ TEST_F(Eye, NothingIsCutOrOutOfReach) {
     reachAll(desk.view);
 
     form.srvGuide.click();
-    look(desk.view.helper(), "guide");
+    visit(desk.view.helper(), "guide");
     desk.view.helper().close();
   });
 }

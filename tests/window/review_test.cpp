@@ -136,15 +136,16 @@ TEST_F(Review, RestoresWhatIsChosenHoweverThePageChanges) {
   const int place = bar.value();
   EXPECT_GT(place, 0);
 
-  int told = 0;
+  int reported = 0;
   for (const QAbstractItemView* view :
        std::initializer_list<QAbstractItemView*>{&groups(), &lines()}) {
-    QObject::connect(view->selectionModel(), &QItemSelectionModel::currentChanged, [&] { ++told; });
+    QObject::connect(view->selectionModel(), &QItemSelectionModel::currentChanged,
+                     [&] { ++reported; });
   }
   engineer.clock.now += 2;
   comeBack();
   EXPECT_TRUE(groups().item(0)->text().contains(", 2 seconds ago"));
-  EXPECT_EQ(told, 0) << "nobody wants to hear the line once a second";
+  EXPECT_EQ(reported, 0) << "nobody wants to hear the line once a second";
 
   home.write("MAGNET/history-1700000001.csv", "of a moment ago");
   home.write("MAGNET/almwatch.csv", "changed");
@@ -176,10 +177,11 @@ TEST_F(Review, TellsOfNamesThatARestoringReads) {
   clickAt(form.deviceNamesInputText, 0);
   form.LocalName.setText("OTHER");
   desk.key("Alt+B");
-  for (const bool told : {false, true}) {
+  for (const bool reported : {false, true}) {
     desk.answer("Escape");
     button("&Restore set ...").click();
-    EXPECT_EQ(desk.message.find("would be dropped") < desk.message.size(), told) << desk.message;
+    EXPECT_EQ(desk.message.find("would be dropped") < desk.message.size(), reported)
+        << desk.message;
     home.write("MAGNET/MAGEQM-devices.csv", "DEVICE_NUMBER,DEVICE_NAME\r\n 0,QUAD.1\r\n");
   }
   Desk::visitAnotherWindow([&] { home.write("MAGNET/exports-1600000000.csv", ""); });

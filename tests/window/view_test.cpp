@@ -232,12 +232,12 @@ TEST_F(Mirror, EachControlHasALetterOfItsOwn) {
 
 TEST_F(Mirror, MessagesAreAnsweredByKeysAndTheLastOneEndsTheProgram) {
   EXPECT_EQ(desk.view.windowTitle(), QStringLiteral("KOVA Device Server Setup Wizard"));
-  const auto look = [](const QWidget& box) {
+  const auto visit = [](const QWidget& box) {
     const auto* text = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
     EXPECT_EQ(text->textFormat(), Qt::PlainText);
   };
   untilTheEnd(desk, [&] {
-    desk.answer("Return", look);
+    desk.answer("Return", visit);
     desk.click("EditCmd");
     EXPECT_EQ(desk.message, "KOVA Device Server Setup Wizard: Not a valid Export Name");
     for (const char* keys : {"Return", "Escape", "Tab Space"}) {
@@ -280,27 +280,27 @@ TEST_F(Mirror, TheWheelTurnsNothingInPassing) {
 
 TEST_F(Mirror, ATextThatWouldBeCutIsMarkedInTheColoursOfTheDesktop) {
   const QWidget& field = desk.widget("LocalName");
-  const auto look = [&] {
+  const auto visit = [&] {
     return std::pair(field.palette().color(QPalette::Base), field.accessibleDescription());
   };
-  const auto plain = look();
+  const auto plain = visit();
   form.LocalName.onChange = {};  // its message
   desk.write("LocalName", "LONGNAME");
-  EXPECT_TRUE(QTest::qWaitFor([&] { return look().second != plain.second; }));
-  EXPECT_NE(look().first, plain.first);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return visit().second != plain.second; }));
+  EXPECT_NE(visit().first, plain.first);
   EXPECT_GT(desk.widget<QLineEdit>("LocalName").textMargins().right(), 0) << "room for the sign";
 
   QPalette dark = palette;
   dark.setColor(QPalette::Base, Qt::black);
   QApplication::setPalette(dark);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return look().first.lightness() < 100; }));
-  EXPECT_NE(look().first, QColor(Qt::black)) << "still marked";
+  EXPECT_TRUE(QTest::qWaitFor([&] { return visit().first.lightness() < 100; }));
+  EXPECT_NE(visit().first, QColor(Qt::black)) << "still marked";
   const auto& box = desk.widget<QPlainTextEdit>("deviceNamesInputText");
   EXPECT_LT(box.extraSelections().front().format.background().color().lightness(), 100);
 
   desk.write("LocalName", "SHORT");
   const auto unmarked = std::pair(QColor(Qt::black), plain.second);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return look() == unmarked; }));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return visit() == unmarked; }));
 }
 
 TEST_F(Mirror, ALongActTellsHowFarItIsAndTakesBothBack) {

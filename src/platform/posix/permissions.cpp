@@ -14,7 +14,7 @@ namespace kova::posix {
 namespace {
 
 constexpr const char* accessListName = "system.posix_acl_access";
-constexpr mode_t permissions = 0777;
+constexpr mode_t permissionBits = 0777;
 constexpr mode_t groupPermissions = 0070;
 constexpr mode_t ownPermissions = 0700;
 
@@ -125,7 +125,7 @@ void keepPermissionsOrFewer(const Permissions& permissions, const Descriptor& co
   const struct stat made = stateOf(copy);
   const bool groupIsKept = keepOwner(permissions, copy, made);
   const bool hasList = !permissions.accessList || !permissions.accessList->empty();
-  mode_t mode = permissions.mode & permissions;
+  mode_t mode = permissions.mode & permissionBits;
   if (!groupIsKept) mode = withoutGroup(mode);
   // A list speaks of the group as well: without the one the other is not kept either.
   if ((hasList && !groupIsKept) || keepAccessList(permissions, copy) != 0) mode &= ownPermissions;

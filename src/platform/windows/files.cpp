@@ -73,7 +73,7 @@ std::unique_ptr<HiddenFile> hiddenCopy(const Path& from, const Path& to, FileSta
 
 // Runs `look` for each entry of the folder.
 template <class Look>
-void lookThrough(const Path& folder, Check look) {
+void lookThrough(const Path& folder, Check visit) {
   WIN32_FIND_DATAW entry{};
   const HANDLE entries = ::FindFirstFileW(nameOf(folder / "*").c_str(), &entry);
   if (entries == INVALID_HANDLE_VALUE) {
@@ -82,7 +82,7 @@ void lookThrough(const Path& folder, Check look) {
     fail();
   }
   const std::unique_ptr<void, decltype(&::FindClose)> close(entries, &::FindClose);
-  do look(entry);
+  do visit(entry);
   while (::FindNextFileW(entries, &entry) != FALSE);
   if (::GetLastError() != ERROR_NO_MORE_FILES) fail();
 }
@@ -110,7 +110,7 @@ class WindowsFileSystem final : public FileSystem {
 
   std::string text(std::string_view native) const override { return codePage_.fromNative(native); }
 
-  bool fileExists(const Path& file) const override { return stamp(file).has_value(); }
+  bool fileExists(const Path& file) const override { return state(file).has_value(); }
 
   bool folderExists(const Path& folder) const override {
     const auto state = stateOf(nameOf(folder));
