@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <array>
 
+#include "core/form_fields.h"
 #include "core/status.h"
-#include "tables/number_text.h"
 
 namespace kova {
 namespace {
@@ -59,16 +59,7 @@ void almNormalText_GotFocus(Wizard& wizard) {
 void fillInAlarmSelections(Wizard& wizard, const std::string& lclName, const std::string& prpName) {
   const AlarmWatchRecord* row =
       findAlarm(wizard.state.project.alarmTable, wizard.state.project.alarmCount, lclName, prpName);
-  if (row == nullptr) return;
-  Form1& form = wizard.form;
-  form.AlmSystemText.setText(plainNumberText(std::int32_t{row->alarmSystem}));
-  form.almCountThreshText.setText(plainNumberText(std::int32_t{row->countThreshold}));
-  form.almHiText.setText(plainNumberText(row->high));
-  form.almLoText.setText(plainNumberText(row->low));
-  form.almHiWarnText.setText(plainNumberText(row->highWarn));
-  form.almLoWarnText.setText(plainNumberText(row->lowWarn));
-  form.almMaskText.setText(row->mask);
-  form.almNormalText.setText(row->normal);
+  if (row != nullptr) showRow(wizard.form, *row);
 }
 
 }  // namespace kova

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "editing/history_panel.h"
 
-#include "tables/number_text.h"
+#include "core/form_fields.h"
 
 namespace kova {
 
@@ -13,13 +13,7 @@ void fillInHistorySelections(Wizard& wizard, const std::string& expName,
                              const std::string& prpName) {
   const HistoryRecord* row = findHistory(wizard.state.project.historyTable,
                                          wizard.state.project.historyCount, expName, prpName);
-  if (row == nullptr) return;
-  Form1& form = wizard.form;
-  form.ArchiveRateText.setText(plainNumberText(row->archiveRate));
-  form.LongDepthText.setText(plainNumberText(row->longDepth));
-  form.PollRateText.setText(plainNumberText(row->pollingRate));
-  form.ShortDepthText.setText(plainNumberText(row->shortDepth));
-  form.toleranceText.setText(row->tolerance);
+  if (row != nullptr) showRow(wizard.form, *row);
 }
 
 }  // namespace kova

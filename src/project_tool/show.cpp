@@ -55,54 +55,35 @@ class JsonProject {
             {"units", text(parts.units)}};
   }
 
+  /// The columns of a row under their keys.
+  template <class Row>
+  Json columns(const Row& row) const {
+    Json json;
+    const auto add = [&](std::string_view key, const auto& member) {
+      if constexpr (!std::is_same_v<std::decay_t<decltype(member)>, std::monostate>) {
+        if constexpr (std::is_same_v<decltype(row.*member), const std::string&>) {
+          json[key] = text(row.*member);
+        } else {
+          json[key] = row.*member;
+        }
+      }
+    };
+    for (const Column<Row>& column : tableColumns<Row>) {
+      std::visit([&](const auto& member) { add(column.key, member); }, column.member);
+    }
+    return json;
+  }
+
   Json json(const PropertyRecord& row) const {
     const DescriptionParts parts = parseDescription(row.description);
-    return {{"exportName", text(row.exportName)},
-            {"localName", text(row.localName)},
-            {"property", text(row.propertyName)},
-            {"outputSize", text(row.outputSize)},
-            {"outputFormat", text(row.outputFormat)},
-            {"inputSize", text(row.inputSize)},
-            {"inputFormat", text(row.inputFormat)},
-            {"access", text(row.access)},
-            {"devices", text(row.numModules)},
-            {"range", range(parts)},
-            {"description", text(parts.rest)},
-            {"steps", text(row.numSteps)},
-            {"deviceNames", row.hasDeviceList ? names(row.devices) : Json(nullptr)}};
+    Json json = columns(row);
+    json["range"] = range(parts);
+    json["description"] = text(parts.rest);
+    json["deviceNames"] = row.hasDeviceList ? names(row.devices) : Json(nullptr);
+    return json;
   }
-
-  Json json(const HistoryRecord& row) const {
-    return {{"index", row.index},
-            {"exportName", text(row.exportName)},
-            {"localName", text(row.localName)},
-            {"property", text(row.propertyName)},
-            {"device", text(row.device)},
-            {"dataLength", row.dataLength},
-            {"format", text(row.format)},
-            {"heartbeat", row.heartbeat},
-            {"pollingRate", row.pollingRate},
-            {"archiveRate", row.archiveRate},
-            {"tolerance", text(row.tolerance)},
-            {"shortDepth", row.shortDepth},
-            {"longDepth", row.longDepth}};
-  }
-
-  Json json(const AlarmWatchRecord& row) const {
-    return {{"localName", text(row.localName)},
-            {"property", text(row.propertyName)},
-            {"device", text(row.device)},
-            {"size", row.size},
-            {"format", text(row.format)},
-            {"severity", row.severity},
-            {"alarmSystem", row.alarmSystem},
-            {"high", row.high},
-            {"low", row.low},
-            {"highWarn", row.highWarn},
-            {"lowWarn", row.lowWarn},
-            {"mask", text(row.mask)},
-            {"normal", text(row.normal)}};
-  }
+  Json json(const HistoryRecord& row) const { return columns(row); }
+  Json json(const AlarmWatchRecord& row) const { return columns(row); }
 
   Json stops() const {
     Json all = Json::array();

@@ -39,22 +39,33 @@ struct PropertyRecord {
 
 template <>
 inline constexpr auto tableColumns<PropertyRecord> = std::to_array<Column<PropertyRecord>>({
-    {"EXPORT_NAME", &PropertyRecord::exportName},
-    {"LOCAL_NAME", &PropertyRecord::localName},
-    {"PROPERTY", &PropertyRecord::propertyName},
-    {.tag = "PROPERTY_SIZE", .member = &PropertyRecord::outputSize, .holdsNumber = true},
-    {"FORMAT", &PropertyRecord::outputFormat},
+    {"EXPORT_NAME", &PropertyRecord::exportName, "exportName"},
+    {"LOCAL_NAME", &PropertyRecord::localName, "localName"},
+    {"PROPERTY", &PropertyRecord::propertyName, "property"},
+    {.tag = "PROPERTY_SIZE",
+     .member = &PropertyRecord::outputSize,
+     .key = "outputSize",
+     .holdsNumber = true},
+    {"FORMAT", &PropertyRecord::outputFormat, "outputFormat"},
     {.tag = "PROPERTY_INSIZE",
      .member = &PropertyRecord::inputSize,
+     .key = "inputSize",
      .mayBeMissing = true,
      .holdsNumber = true},
-    {.tag = "INFORMAT", .member = &PropertyRecord::inputFormat, .mayBeMissing = true},
+    {.tag = "INFORMAT",
+     .member = &PropertyRecord::inputFormat,
+     .key = "inputFormat",
+     .mayBeMissing = true},
     {.tag = "PROPERTY_ID", .member = {}, .mayBeMissing = true},
-    {"ACCESS", &PropertyRecord::access},
-    {.tag = "NUM_MODULES", .member = &PropertyRecord::numModules, .holdsNumber = true},
-    {"DESCRIPTION", &PropertyRecord::description},
+    {"ACCESS", &PropertyRecord::access, "access"},
+    {.tag = "NUM_MODULES",
+     .member = &PropertyRecord::numModules,
+     .key = "devices",
+     .holdsNumber = true},
+    {"DESCRIPTION", &PropertyRecord::description, "description"},
     {.tag = "NUM_STEPS",
      .member = &PropertyRecord::numSteps,
+     .key = "steps",
      .mayBeMissing = true,
      .holdsNumber = true},
 });
@@ -72,7 +83,7 @@ ReadResult readExportTable(std::string_view content,
                            const std::function<void(PropertyRecord&&)>& take);
 
 /// What stands in the columns of a row but for its number, in the order of the file.
-using ExportTexts = std::array<std::string_view, 11>;
+using ExportTexts = std::array<std::string_view, tableColumns<PropertyRecord>.size() - 1>;
 /// Valid until the row changes.
 ExportTexts exportTexts(const PropertyRecord& row);
 

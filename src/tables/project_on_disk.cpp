@@ -15,8 +15,9 @@ namespace {
 
 constexpr std::size_t columns = std::tuple_size_v<ExportTexts>;
 // Where the names that tell rows apart stand among the columns.
-constexpr std::size_t exportName = 0;
-constexpr std::size_t propertyName = 2;
+constexpr std::size_t exportName = columnOf<PropertyRecord>(&PropertyRecord::exportName);
+constexpr std::size_t propertyName = columnOf<PropertyRecord>(&PropertyRecord::propertyName);
+static_assert(std::max(exportName, propertyName) < columnOf<PropertyRecord>({}));
 constexpr std::size_t usualRow = 96;  // characters
 
 /// A reader, which drops the blanks around a field, takes both for the same.
