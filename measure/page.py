@@ -19,3 +19,13 @@ def write(page, sections):
     page.write_text(re.sub(
         "(?s)(<!-- begin ([a-z ]+) -->\n)(.*?)(?=<!-- end -->)",
         lambda found: found[1] + sections.get(found[2], found[3]), page.read_text()))
+
+
+def take(file, *where):
+    """A picture of the screen, as soon as two in a row are the same: nothing moves any more."""
+    last, shot = None, b""
+    while shot != last:
+        last, shot = shot, subprocess.run(["import", *where, "png:-"], check=True,
+                                          capture_output=True).stdout
+    subprocess.run(["convert", "png:-", "+repage", "-strip", "+dither", "-colors", "255", "-define",
+                    "png:compression-level=9", f"png8:{file}"], input=shot, check=True)
