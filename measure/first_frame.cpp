@@ -57,19 +57,17 @@ QVariantMap propertiesOf(const QWidget& shown) {
 
 /// Adds a widget and what lies in it; `parent` is the place of what it lies in.
 void list(const QWidget& shown, int parent, QList<QVariantMap>& parts) {
-  QStringList kinds;
-  for (const auto* kind = shown.metaObject(); kind != nullptr; kind = kind->superClass()) {
-    kinds << QString::fromLatin1(kind->className());
-  }
+  const QMetaObject* kind = shown.metaObject();
+  while (!QByteArray(kind->className()).startsWith('Q')) kind = kind->superClass();
   const auto* label = qobject_cast<const QLabel*>(&shown);
   const auto number = static_cast<int>(parts.size());
-  parts << QVariantMap{{"kinds", kinds},
+  parts << QVariantMap{{"kind", QString::fromLatin1(kind->className())},
                        {"parent", parent},
                        {"entries", entriesOf(shown)},
                        {"leads", label != nullptr && label->buddy() != nullptr},
                        {"properties", propertiesOf(shown)}};
   if (std::any_of(closed.begin(), closed.end(),
-                  [&](const char* kind) { return shown.inherits(kind); })) {
+                  [&](const char* name) { return shown.inherits(name); })) {
     return;
   }
   if (const auto* area = qobject_cast<const QScrollArea*>(&shown)) {

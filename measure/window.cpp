@@ -28,16 +28,13 @@ QWidget* make(QWidget* parent) {
 
 QWidget* makeAny(const QVariantMap& part, QWidget* parent) {
   static const QHash<QString, QWidget* (*)(QWidget*)> makers = {
-      {"QLabel", make<QLabel>},       {"QLineEdit", make<QLineEdit>},
-      {"QCheckBox", make<QCheckBox>}, {"QPlainTextEdit", make<QPlainTextEdit>},
-      {"QComboBox", make<QComboBox>}, {"QRadioButton", make<QRadioButton>},
-      {"QListView", make<QListView>}, {"QPushButton", make<QPushButton>},
-      {"QGroupBox", make<QGroupBox>}, {"QMenuBar", make<QMenuBar>},
-      {"QWidget", make<QWidget>},     {"QScrollArea", make<QScrollArea>}};
-  for (const QString& kind : part["kinds"].toStringList()) {
-    if (makers.contains(kind)) return makers[kind](parent);
-  }
-  return nullptr;
+      {"QLabel", make<QLabel>},          {"QLineEdit", make<QLineEdit>},
+      {"QCheckBox", make<QCheckBox>},    {"QPlainTextEdit", make<QPlainTextEdit>},
+      {"QComboBox", make<QComboBox>},    {"QRadioButton", make<QRadioButton>},
+      {"QListView", make<QListView>},    {"QPushButton", make<QPushButton>},
+      {"QGroupBox", make<QGroupBox>},    {"QMenuBar", make<QMenuBar>},
+      {"QScrollArea", make<QScrollArea>}};
+  return makers.value(part["kind"].toString(), make<QWidget>)(parent);
 }
 
 void fill(QWidget& made, const QVariantMap& part) {
