@@ -128,7 +128,7 @@ class Disk:
         return folder, name, folder.names.get(name) if name else folder
 
     def take(self, call):
-        """Carries out a call; an unknown one fails. Returns the path that it is about in the end."""
+        """Carries out a call; an unknown one fails. Returns the path that it changes in the end."""
         path = call.given.decode() if call.name in ("rename", "linkat") else call.path
         folder, name, node = self.find(path)
         match call.name:

@@ -180,7 +180,8 @@ def ours(home, disk, size, free):
 
 
 def gnumeric(home, disk, size, free):
-    file, source, complete = disk / "table.csv", home.path / "source.csv", home.path / "complete.csv"
+    file = disk / "table.csv"
+    source, complete = home.path / "source.csv", home.path / "complete.csv"
     file.write_bytes(rows_of(size))
     source.write_bytes(rows_of(size).replace(b"voltage", b"current", 1))
     run("ssconvert", source, complete)
