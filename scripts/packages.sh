@@ -26,7 +26,7 @@ as_root() {
   if ((EUID == 0)); then "$@"; else sudo "$@"; fi
 }
 
-# Installs what the given purposes lack. Does nothing, and asks for no rights, if all is there.
+# Installs what the given purposes lack. Does nothing, and asks for no permissions, if all is there.
 need_packages() {
   local purpose package missing=() wanted
   for purpose in "$@"; do

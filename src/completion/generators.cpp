@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "core/project_entry.h"
+#include "core/project_open.h"
 
 namespace kova {
 namespace {

@@ -25,7 +25,7 @@ enum class ControlKind {
 };
 
 /// A control as it was drawn, inside its container, in twips (1440 an inch). Its size tells how
-/// much it is to hold; where it stands on screen is told by a sketch.
+/// much it is to hold; where it stands on screen is told by a layout template.
 struct Twips {
   std::int16_t left = 0;
   std::int16_t top = 0;
@@ -55,9 +55,9 @@ struct ControlDesign {
   Twips place;
   std::string_view toolTip{};
   bool enabled = true;
-  std::int16_t value = 0;          ///< 1: ticked or selected at start
-  std::string_view spokenName{};   ///< of what neither a label nor a caption names
-  std::string_view hintIfEmpty{};  ///< stands in it while nothing else does
+  std::int16_t value = 0;             ///< 1: ticked or selected at start
+  std::string_view accessibleName{};  ///< of what neither a label nor a caption names
+  std::string_view hintIfEmpty{};     ///< stands in it while nothing else does
 };
 
 /// How much of a line a control holds, by how wide it was drawn.

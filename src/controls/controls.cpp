@@ -23,23 +23,23 @@ void TextField::edit(std::string_view text, std::size_t caret) {
   const bool changed = text != text_;
   if (changed) text_ = text;
   caret_ = std::min(caret, text_.size());
-  run(mirror);
+  run(notifyView);
   if (changed) run(onChange);
 }
 
 void TextField::setCaret(std::size_t position) {
   caret_ = std::min(position, text_.size());
-  run(mirror);
+  run(notifyView);
 }
 
 void CheckBox::setValue(std::int16_t value) {
-  if (assign(value_, value, mirror)) run(onClick);
+  if (assign(value_, value, notifyView)) run(onClick);
 }
 
 void OptionButton::select() {
   if (selected_) return;
-  for (OptionButton* other : others_) assign(other->selected_, false, other->mirror);
-  assign(selected_, true, mirror);
+  for (OptionButton* other : others_) assign(other->selected_, false, other->notifyView);
+  assign(selected_, true, notifyView);
   run(onClick);
 }
 
@@ -52,13 +52,13 @@ void OptionButton::group(const std::vector<OptionButton*>& buttons) {
 
 void ListBox::add(std::string line) {
   lines_.push_back(std::move(line));
-  run(mirror);
+  run(notifyView);
 }
 
 void ListBox::replace(std::int32_t index, std::string_view line) {
   require(lines_, index);
   lines_[static_cast<std::size_t>(index)] = line;
-  run(mirror);
+  run(notifyView);
 }
 
 void ListBox::remove(std::int32_t index) {
@@ -69,26 +69,26 @@ void ListBox::remove(std::int32_t index) {
   } else if (selected_ > index) {
     --selected_;
   }
-  run(mirror);
+  run(notifyView);
 }
 
 void ListBox::clear() {
   if (lines_.empty()) return;
   lines_.clear();
   selected_ = none;
-  run(mirror);
+  run(notifyView);
 }
 
 void ListBox::select(std::int32_t index) {
   require(lines_, index);
   selected_ = index;
-  run(mirror);
+  run(notifyView);
   run(onClick);
 }
 
 void DropDownList::add(std::string_view entry) {
   entries_.emplace_back(entry);
-  run(mirror);
+  run(notifyView);
 }
 
 std::string DropDownList::text() const {
@@ -98,7 +98,7 @@ std::string DropDownList::text() const {
 void DropDownList::select(std::int32_t index) {
   require(entries_, index);
   selected_ = index;
-  run(mirror);
+  run(notifyView);
   run(onClick);
 }
 
@@ -117,7 +117,7 @@ void Window::load() {
 void Window::show() {
   load();
   visible_ = true;
-  run(mirror);
+  run(notifyView);
   run(raise);
 }
 
@@ -125,7 +125,7 @@ void Window::unload() {
   if (!loaded_) return;
   loaded_ = false;
   visible_ = false;
-  run(mirror);
+  run(notifyView);
 }
 
 }  // namespace kova

@@ -24,10 +24,10 @@ void run(const std::function<void(Values...)>& handler, Values... values) {
 
 /// Assigns and tells the view if that changed anything.
 template <class Value>
-bool assign(Value& held, const Value& value, const Handler& mirror) {
+bool assign(Value& held, const Value& value, const Handler& notifyView) {
   if (held == value) return false;
   held = value;
-  run(mirror);
+  run(notifyView);
   return true;
 }
 
@@ -43,13 +43,13 @@ class TextField {
   /// edit. Runs `onChange` if the text differs.
   void edit(std::string_view text, std::size_t caret);
 
-  /// Caret position in characters, a line end of CR LF counting as two.
+  /// Caret position in characters, a line ending of CR LF counting as two.
   std::size_t caret() const { return caret_; }
   /// Puts the caret there, or at the end of a shorter text.
   void setCaret(std::size_t position);
 
   bool enabled() const { return enabled_; }
-  void setEnabled(bool enabled) { assign(enabled_, enabled, mirror); }
+  void setEnabled(bool enabled) { assign(enabled_, enabled, notifyView); }
 
   /// Takes the input focus. Throws Failure where the field is not on screen or takes no focus.
   void setFocus() const { run(takeFocus); }
@@ -68,7 +68,7 @@ class TextField {
   Handler onLostFocus;
   std::function<void(std::int16_t)> onKeyDown;
   /// The view: runs after each change of what the field shows.
-  Handler mirror;
+  Handler notifyView;
   /// The view's way to the input focus; throws Failure if it can't be had.
   Handler takeFocus;
   /// The view's way to a selection, which the model does not hold.
@@ -88,10 +88,10 @@ class CheckBox {
   /// Assigns 0 or 1 and runs `onClick` if that changes it.
   void setValue(std::int16_t value);
   /// Clears the box without a word to `onClick`: for a tick that its own handler can't follow.
-  void takeBack() { assign(value_, std::int16_t{0}, mirror); }
+  void takeBack() { assign(value_, std::int16_t{0}, notifyView); }
 
   Handler onClick;
-  Handler mirror;
+  Handler notifyView;
 
  private:
   std::int16_t value_ = 0;
@@ -108,7 +108,7 @@ class OptionButton {
   static void group(const std::vector<OptionButton*>& buttons);
 
   Handler onClick;
-  Handler mirror;
+  Handler notifyView;
 
  private:
   bool selected_ = false;
@@ -119,14 +119,14 @@ class OptionButton {
 class CommandButton {
  public:
   bool enabled() const { return enabled_; }
-  void setEnabled(bool enabled) { assign(enabled_, enabled, mirror); }
+  void setEnabled(bool enabled) { assign(enabled_, enabled, notifyView); }
   /// Runs `onClick` unless the button is disabled.
   void click() const {
     if (enabled_) run(onClick);
   }
 
   Handler onClick;
-  Handler mirror;
+  Handler notifyView;
 
  private:
   bool enabled_ = true;
@@ -139,11 +139,11 @@ class Frame {
   static constexpr std::int16_t rightButton = 2;
 
   bool enabled() const { return enabled_; }
-  void setEnabled(bool enabled) { assign(enabled_, enabled, mirror); }
+  void setEnabled(bool enabled) { assign(enabled_, enabled, notifyView); }
   void mouseDown(std::int16_t button) const { run(onMouseDown, button); }
 
   std::function<void(std::int16_t)> onMouseDown;
-  Handler mirror;
+  Handler notifyView;
 
  private:
   bool enabled_ = true;
@@ -153,13 +153,13 @@ class Frame {
 class Label {
  public:
   const std::string& caption() const { return caption_; }
-  void setCaption(std::string_view caption) { assign(caption_, std::string(caption), mirror); }
+  void setCaption(std::string_view caption) { assign(caption_, std::string(caption), notifyView); }
   bool enabled() const { return enabled_; }
-  void setEnabled(bool enabled) { assign(enabled_, enabled, mirror); }
+  void setEnabled(bool enabled) { assign(enabled_, enabled, notifyView); }
   void click() const { run(onClick); }
 
   Handler onClick;
-  Handler mirror;
+  Handler notifyView;
 
  private:
   std::string caption_;
@@ -188,7 +188,7 @@ class ListBox {
 
   Handler onClick;
   Handler onDblClick;
-  Handler mirror;
+  Handler notifyView;
 
  private:
   std::vector<std::string> lines_;
@@ -212,10 +212,10 @@ class DropDownList {
   void setText(std::string_view text);
 
   bool enabled() const { return enabled_; }
-  void setEnabled(bool enabled) { assign(enabled_, enabled, mirror); }
+  void setEnabled(bool enabled) { assign(enabled_, enabled, notifyView); }
 
   Handler onClick;
-  Handler mirror;
+  Handler notifyView;
 
  private:
   std::vector<std::string> entries_;
@@ -257,7 +257,7 @@ class Window {
 
   std::string title;
   Handler onLoad;
-  Handler mirror;
+  Handler notifyView;
   /// The view brings the window on screen and to the front.
   Handler raise;
 

@@ -4,14 +4,14 @@
 namespace kova {
 namespace {
 
-std::string notUsedSentence(const Environment& environment, const std::string& name) {
+std::string notUsedMessage(const Environment& environment, const std::string& name) {
   if (!environment.isUnusable(name)) return {};
   return name + " is not used: its name has characters that this system's code page (" +
          environment.codePageName() + ") lacks. ";
 }
 
 NamedFolder folderOf(const Environment& environment, const std::string& name) {
-  return {environment.variable(name), notUsedSentence(environment, name)};
+  return {environment.variable(name), notUsedMessage(environment, name)};
 }
 
 }  // namespace
@@ -20,7 +20,7 @@ NamedFolder homeDrive(const Environment& environment) {
   NamedFolder drive = folderOf(environment, "HOMEDRIVE");
   if (!drive.text.empty()) return drive;
   drive.text = environment.homeFolder();
-  drive.notUsed += notUsedSentence(environment, "HOME");
+  drive.notUsed += notUsedMessage(environment, "HOME");
   if (drive.text.empty()) {
     drive.notUsed += "No home directory is left that " + environment.codePageName() +
                      " can name: type the project's into Project Directory. ";

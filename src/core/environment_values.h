@@ -11,7 +11,7 @@ namespace kova {
 /// A folder and which values of the environment were passed over on the way to it.
 struct NamedFolder {
   std::string text;     ///< empty if there is none
-  std::string notUsed;  ///< in sentences, each with a blank behind it
+  std::string notUsed;  ///< in messages, each with a blank behind it
 };
 
 /// Where projects lie: HOMEDRIVE, else the engineer's home.

@@ -19,12 +19,12 @@ std::string listed(const Unwritten& rows) {
 
 namespace {
 
-void report(Wizard& wizard, const std::string& sentence) {
-  wizard.statusLine.sentence = stripBlanks(sentence);
-  if (wizard.statusLine.mirror) wizard.statusLine.mirror();
+void report(Wizard& wizard, const std::string& message) {
+  wizard.statusLine.message = stripBlanks(message);
+  if (wizard.statusLine.notifyView) wizard.statusLine.notifyView();
 }
 
-std::string droppedSentence(const Dropped& dropped) {
+std::string droppedMessage(const Dropped& dropped) {
   const std::size_t rows = dropped.unwritten.rows();
   const std::size_t removals = dropped.unwritten.removals;
   std::string text;
@@ -39,33 +39,33 @@ std::string droppedSentence(const Dropped& dropped) {
 }
 
 /// Names of devices that there are not; "Done would write" them away.
-std::string skippedSentence(std::string_view read, std::string_view written, std::size_t names) {
+std::string skippedMessage(std::string_view read, std::string_view written, std::size_t names) {
   if (names == 0) return {};
   return " " + counted(names, "line") + " of " + std::string(read) +
          " beyond the number of devices skipped: Done writes " + std::string(written) +
          " without " + (names == 1 ? "it." : "them.");
 }
 
-std::string linesBeyondSentence(std::size_t lines) {
+std::string linesBeyondMessage(std::size_t lines) {
   if (lines == 0) return {};
   return " " + counted(lines, "line") +
          " of the device box beyond the number of devices not taken.";
 }
 
-std::string notesSentence(const CommitNotes& notes) {
+std::string notesMessage(const CommitNotes& notes) {
   std::string text;
   if (notes.firstHistoryStays) {
     text += " Its history row keeps its first settings; those of the form are not taken.";
   }
   if (notes.furtherAlarmRow) text += " It has a further alarm watch row; the former ones stay.";
-  return text + linesBeyondSentence(notes.linesBeyond);
+  return text + linesBeyondMessage(notes.linesBeyond);
 }
 
 std::string deletedPart(std::size_t backups) {
   return counted(backups, "old backup") + " deleted";
 }
 
-std::string readSentence(const WizardState& state, const ProjectRead& project) {
+std::string readMessage(const WizardState& state, const ProjectRead& project) {
   const auto rows = [](std::int16_t count) { return static_cast<std::size_t>(count); };
   return "Project read: " + counted(rows(state.project.exportCount), "property", "properties") +
          ", " + counted(rows(state.project.historyCount), "history row") + ", " +
@@ -76,9 +76,9 @@ std::string readSentence(const WizardState& state, const ProjectRead& project) {
 }
 
 /// Where the rows have led, if that was too far.
-std::string refusedSentence(const WizardState& state) {
-  if (!state.refusedEntry) return {};
-  const auto& [exportName, directory, tooDeep] = *state.refusedEntry;
+std::string refusedMessage(const WizardState& state) {
+  if (!state.refusedOpening) return {};
+  const auto& [exportName, directory, tooDeep] = *state.refusedOpening;
   return " Project " + exportName + " not read: " +
          (tooDeep ? "too many projects lead to one another by the export names of their last rows"
                   : "this export name of the last row is no plain name of a directory in " +
@@ -86,9 +86,9 @@ std::string refusedSentence(const WizardState& state) {
          ". Click into Project Directory and type " + directory + ".";
 }
 
-std::string backupTroubleSentence(const FileSystem& files, const BackupFailure& failure) {
+std::string backupErrorMessage(const FileSystem& files, const BackupFailure& failure) {
   const std::string why = files.text(failure.file()) + ": " + failure.what() + ". ";
-  if (failure.trouble() == BackupTrouble::notDeleted) {
+  if (failure.error() == BackupError::notDeleted) {
     return "old backup " + why + "Delete the file or ask its owner to.";
   }
   return "backup of " + why +
@@ -97,7 +97,7 @@ std::string backupTroubleSentence(const FileSystem& files, const BackupFailure& 
 }
 
 /// Where and why a reader did not come to the end of a file; empty if it did or found no file.
-std::string stopSentence(const FileSystem& files, const FileRead& file) {
+std::string stopMessage(const FileSystem& files, const FileRead& file) {
   const auto& stop = file.result.stop;
   const std::string name(file.name);
   if (file.result.onlyLineFeeds) return " Nothing to read: no line of " + name + " ends in CR.";
@@ -106,11 +106,11 @@ std::string stopSentence(const FileSystem& files, const FileRead& file) {
     return " Reading " + name + " stopped at line " + std::to_string(stop->line) + ": " +
            stop->reason + ".";
   }
-  const bool isThere = files.fileExists(file.path) || files.folderExists(file.path);
+  const bool isThere = mayExist(files, file.path) || files.folderExists(file.path);
   return isThere ? " " + name + " can't be read: " + stop->reason + "." : "";
 }
 
-std::string doneSentences(const Wizard& wizard) {
+std::string doneMessages(const Wizard& wizard) {
   const WizardState& state = wizard.state;
   const FileSystem& files = wizard.platform.files;
   std::string text;
@@ -120,7 +120,7 @@ std::string doneSentences(const Wizard& wizard) {
   if (state.onDisk.notWaitedFor) {
     text += " Another wizard is finishing this project as well; it was waited for in vain.";
   }
-  for (const ForeignChange& change : state.onDisk.foreignChanges) {
+  for (const ExternalChange& change : state.onDisk.externalChanges) {
     text += " What somebody else has written to " + files.text(change.file) + " since is kept as " +
             files.text(change.backup) + ".";
   }
@@ -131,7 +131,7 @@ std::string doneSentences(const Wizard& wizard) {
 
 std::string statusText(const Wizard& wizard) {
   const std::string unwritten = listed(findUnwritten(wizard.state.project, wizard.state.onDisk));
-  return wizard.statusLine.sentence +
+  return wizard.statusLine.message +
          (unwritten.empty() ? unwritten : " " + unwritten + " not yet written.");
 }
 
@@ -141,7 +141,7 @@ std::string dropWarning(const WizardState& state) {
 }
 
 void reportStart(Wizard& wizard, const std::string& notUsed) {
-  std::string now = wizard.statusLine.sentence;
+  std::string now = wizard.statusLine.message;
   if (now.empty() && !wizard.state.homeDrive.empty()) {
     now = "Type an export name to define its server or to open its project.";
   }
@@ -149,27 +149,27 @@ void reportStart(Wizard& wizard, const std::string& notUsed) {
 }
 
 void reportDropped(Wizard& wizard, const Dropped& dropped) {
-  const std::string text = droppedSentence(dropped);
+  const std::string text = droppedMessage(dropped);
   if (dropped.hadRows || !text.empty()) report(wizard, text);
 }
 
 void reportProjectRead(Wizard& wizard, const ProjectRead& project) {
-  std::string text = droppedSentence(project.dropped) + readSentence(wizard.state, project);
+  std::string text = droppedMessage(project.dropped) + readMessage(wizard.state, project);
   for (const FileRead* file :
        {&project.exports, &project.history, &project.alarms, &project.devices}) {
-    text += stopSentence(wizard.platform.files, *file);
+    text += stopMessage(wizard.platform.files, *file);
   }
-  text += skippedSentence(project.devices.name, serverDevicesFile, project.devices.result.skipped);
+  text += skippedMessage(project.devices.name, serverDevicesFile, project.devices.result.skipped);
   if (project.writtenNamesNotRead) {
     text += " " + std::string(serverDevicesFile) + " is not read: device names are read from " +
             std::string(project.devices.name) + ", which is missing.";
   }
-  report(wizard, text + refusedSentence(wizard.state));
+  report(wizard, text + refusedMessage(wizard.state));
 }
 
 void reportNotBackedUp(Wizard& wizard, const BackupFailure& failure) {
   const std::size_t deleted = failure.deleted();
-  report(wizard, "Project not read: " + backupTroubleSentence(wizard.platform.files, failure) +
+  report(wizard, "Project not read: " + backupErrorMessage(wizard.platform.files, failure) +
                      (deleted > 0 ? " " + deletedPart(deleted) + "." : ""));
 }
 
@@ -179,8 +179,7 @@ void reportProjectNotRead(Wizard& wizard, std::string_view reason) {
 
 void reportCommit(Wizard& wizard, const std::string& property, bool isNew,
                   const CommitNotes& notes) {
-  report(wizard,
-         "Property " + property + (isNew ? " added." : " replaced.") + notesSentence(notes));
+  report(wizard, "Property " + property + (isNew ? " added." : " replaced.") + notesMessage(notes));
 }
 
 void reportProcessCommit(Wizard& wizard, const std::string& property) {
@@ -201,11 +200,11 @@ void reportNamesDropped(Wizard& wizard, std::size_t names, std::int16_t devices)
 }
 
 void reportLinesBeyond(Wizard& wizard, std::size_t lines) {
-  if (lines > 0) report(wizard, linesBeyondSentence(lines));
+  if (lines > 0) report(wizard, linesBeyondMessage(lines));
 }
 
 void reportNamesSkipped(Wizard& wizard, const std::string& file, std::size_t names) {
-  if (names > 0) report(wizard, skippedSentence(file, file, names));
+  if (names > 0) report(wizard, skippedMessage(file, file, names));
 }
 
 void reportNoList(Wizard& wizard, const std::string& why) {
@@ -221,34 +220,34 @@ void reportMaskCleared(Wizard& wizard) {
 }
 
 void reportGuidedDevices(Wizard& wizard, const std::string& former, const std::string& now) {
-  report(wizard, wizard.statusLine.sentence + " Guidance has set the number of devices from " +
+  report(wizard, wizard.statusLine.message + " Guidance has set the number of devices from " +
                      former + " to " + now + ".");
 }
 
 void refreshStatus(Wizard& wizard) {
   // A project that is being read tells of itself at its end.
-  if (!wizard.state.directoriesBeingEntered.empty()) return;
-  if (wizard.statusLine.mirror) wizard.statusLine.mirror();
+  if (!wizard.state.directoriesBeingOpened.empty()) return;
+  if (wizard.statusLine.notifyView) wizard.statusLine.notifyView();
 }
 
 void reportAllWritten(Wizard& wizard) {
-  report(wizard, "All tables written." + doneSentences(wizard));
+  report(wizard, "All tables written." + doneMessages(wizard));
 }
 
 void reportRepositoryNotUsed(Wizard& wizard) {
   report(wizard, wizard.state.onDisk.repositoryNotUsed + "The tables are not copied.");
 }
 
-void reportForeignChanges(Wizard& wizard) {
-  report(wizard, doneSentences(wizard));
+void reportExternalChanges(Wizard& wizard) {
+  report(wizard, doneMessages(wizard));
 }
 
 void reportRestored(Wizard& wizard, std::size_t files) {
-  report(wizard, counted(files, "file") + " restored. " + wizard.statusLine.sentence);
+  report(wizard, counted(files, "file") + " restored. " + wizard.statusLine.message);
 }
 
 void reportNotFinished(Wizard& wizard) {
-  report(wizard, "The project is not finished." + doneSentences(wizard));
+  report(wizard, "The project is not finished." + doneMessages(wizard));
 }
 
 }  // namespace kova

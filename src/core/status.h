@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The status line: what just happened and what is not yet on disk. All its sentences are here.
+// The status line: what just happened and what is not yet on disk. All its messages are here.
 #pragma once
 
 #include <cstddef>
@@ -82,14 +82,14 @@ void reportThresholdsCleared(Wizard& wizard);
 void reportMaskCleared(Wizard& wizard);
 /// The guided dialog has changed the number of devices. What was said ahead of it stays.
 void reportGuidedDevices(Wizard& wizard, const std::string& former, const std::string& now);
-/// What is not yet on disk has changed without a sentence of its own.
+/// What is not yet on disk has changed without a message of its own.
 void refreshStatus(Wizard& wizard);
 /// All tables are on disk; what there was to say of them stays.
 void reportAllWritten(Wizard& wizard);
 /// Done copies nothing, since what names the repository is not used.
 void reportRepositoryNotUsed(Wizard& wizard);
 /// Tables that somebody else has written, as far as Done has come.
-void reportForeignChanges(Wizard& wizard);
+void reportExternalChanges(Wizard& wizard);
 /// Ahead of what entering the project anew has brought.
 void reportRestored(Wizard& wizard, std::size_t files);
 /// Done has ended ahead of its time.

@@ -16,9 +16,9 @@ namespace kova {
 
 /// The line under the form. Its text is statusText.
 struct StatusLine {
-  std::string sentence;  ///< what just happened
-  /// The view: runs after each sentence.
-  Handler mirror;
+  std::string message;  ///< what just happened
+  /// The view: runs after each message.
+  Handler notifyView;
 };
 
 /// All that a handler works on.

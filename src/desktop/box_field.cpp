@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "desktop/colours.h"
-#include "desktop/text_seam.h"
+#include "desktop/text_conversion.h"
 
 namespace kova {
 
@@ -23,8 +23,8 @@ BoxField::BoxField(TextField& field, const CodePage& codePage, QWidget* parent)
   lightLine();
 }
 
-void BoxField::mirror() {
-  const QScopedValueRollback<bool> guard(mirroring_, true);
+void BoxField::refresh() {
+  const QScopedValueRollback<bool> guard(refreshing_, true);
   const std::string& text = field_.text();
   if (differs_ || text != shown_) {
     shown_ = text;
@@ -37,11 +37,10 @@ void BoxField::mirror() {
   if (position == cursor.position()) return;
   cursor.setPosition(position);
   setTextCursor(cursor);
-  ensureCursorVisible();
 }
 
 void BoxField::takeEdit() {
-  if (mirroring_) return;
+  if (refreshing_) return;
   revision_ = document()->revision();
   const QString raw = document()->toRawText();
   const std::size_t caret = textPosition(raw, textCursor().position());
@@ -54,7 +53,7 @@ void BoxField::takeEdit() {
 
 void BoxField::takeCaret() {
   // The toolkit tells of the caret ahead of the edit that moved it.
-  if (mirroring_ || document()->revision() != revision_) return;
+  if (refreshing_ || document()->revision() != revision_) return;
   field_.setCaret(textPosition(document()->toRawText(), textCursor().position()));
 }
 

@@ -14,7 +14,7 @@ class BoxField : public FieldWidget<QPlainTextEdit> {
   BoxField(TextField& field, const CodePage& codePage, QWidget* parent);
 
   /// Shows the model's text and caret.
-  void mirror();
+  void refresh();
 
   QSize sizeHint() const override { return sizeOf(32, 7); }
   QSize minimumSizeHint() const override { return sizeOf(16, 3); }

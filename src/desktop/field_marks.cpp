@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "desktop/colours.h"
-#include "desktop/text_seam.h"
+#include "desktop/text_conversion.h"
 #include "editing/field_warnings.h"
 
 namespace kova {
@@ -18,12 +18,12 @@ FieldMarks::FieldMarks(const std::vector<ShownField>& fields, const CodePage& co
       marked_(std::move(marked)),
       marks_(fields.size()),
       signs_(fields.size()) {
-  afterAct_.setSingleShot(true);
-  connect(&afterAct_, &QTimer::timeout, this, &FieldMarks::markAll);
+  afterAction_.setSingleShot(true);
+  connect(&afterAction_, &QTimer::timeout, this, &FieldMarks::markAll);
 }
 
 void FieldMarks::follow() {
-  if (!afterAct_.isActive()) afterAct_.start(0);
+  if (!afterAction_.isActive()) afterAction_.start(0);
 }
 
 void FieldMarks::recolour() {

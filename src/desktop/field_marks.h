@@ -35,7 +35,7 @@ class FieldMarks : public QObject {
   const Handler marked_;
   std::vector<std::string> marks_;  ///< the warning that each field shows
   std::vector<MarkSign*> signs_;    ///< of each field, null as long as it needs none
-  QTimer afterAct_;
+  QTimer afterAction_;
 };
 
 }  // namespace kova

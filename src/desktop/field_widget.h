@@ -60,7 +60,7 @@ class FieldWidget : public Edit {
 
   TextField& field_;
   const CodePage& codePage_;
-  bool mirroring_ = false;  ///< what changes in the widget comes from the model
+  bool refreshing_ = false;  ///< what changes in the widget comes from the model
 
  private:
   bool endsDoubleClick_ = false;

@@ -12,7 +12,7 @@
 #include "desktop/line_field.h"
 #include "desktop/line_list.h"
 #include "desktop/small_widgets.h"
-#include "desktop/text_seam.h"
+#include "desktop/text_conversion.h"
 
 namespace kova {
 namespace {
@@ -41,7 +41,7 @@ void takeFocus(QAbstractButton& button) {
 
 }  // namespace
 
-FormWidgets::FormWidgets(QWidget& window, const std::vector<Sketch>& sketches,
+FormWidgets::FormWidgets(QWidget& window, const std::vector<LayoutTemplate>& layoutTemplates,
                          std::vector<DesignedControl> controls, const CodePage& codePage,
                          Handler changed)
     : window_(window),
@@ -54,7 +54,7 @@ FormWidgets::FormWidgets(QWidget& window, const std::vector<Sketch>& sketches,
       if ((control.design->kind == ControlKind::frame) == frames) make(control);
     }
   }
-  namings_ = layOut(window_, sketches, shown_);
+  namings_ = layOut(window_, layoutTemplates, shown_);
   for (const Naming& naming : namings_) join(naming);
   for (const Handler& show : labels_) show();
   setTabOrder();
@@ -68,16 +68,16 @@ void FormWidgets::make(const DesignedControl& control) {
   made->setObjectName(toShown(design.name, codePage_));
   made->setToolTip(toToolTip(toShown(design.toolTip, codePage_)));
   made->setAccessibleDescription(toShown(design.toolTip, codePage_));
-  made->setAccessibleName(spokenName(design));
-  made->installEventFilter(&acts_);
+  made->setAccessibleName(accessibleName(design));
+  made->installEventFilter(&accessKeys_);
   auto* const* field = std::get_if<TextField*>(&control.control);
   focus_.watch(*made, field == nullptr ? nullptr : *field);
   shown_.emplace(design.name, Shown{.design = &design, .widget = made});
 }
 
 template <class Control, class Show>
-void FormWidgets::mirror(Control& control, Show show) {
-  hang(hooks_, control.mirror, [this, show] {
+void FormWidgets::follow(Control& control, Show show) {
+  connectView(connections_, control.notifyView, [this, show] {
     show();
     changed_();
   });
@@ -86,15 +86,15 @@ void FormWidgets::mirror(Control& control, Show show) {
 
 template <class Edit>
 QWidget* FormWidgets::makeField(TextField& field, Edit* edit) {
-  mirror(field, [&field, edit] {
-    edit->mirror();
+  follow(field, [&field, edit] {
+    edit->refresh();
     edit->setEnabled(field.enabled());
   });
-  hang(hooks_, field.takeFocus, [edit] {
+  connectView(connections_, field.takeFocus, [edit] {
     if (!edit->isVisible() || !edit->isEnabled()) throw Failure("the field can't take the focus");
     edit->setFocus(Qt::OtherFocusReason);
   });
-  hang(hooks_, field.selectAll, [edit] { edit->selectAll(); });
+  connectView(connections_, field.selectAll, [edit] { edit->selectAll(); });
   return edit;
 }
 
@@ -120,7 +120,7 @@ QWidget* FormWidgets::makeToggle(Control& control, QAbstractButton* button, IsOn
     takeFocus(*button);
     std::invoke(act, control);
   });
-  mirror(control, [=, &control] { button->setChecked(std::invoke(isOn, control)); });
+  follow(control, [=, &control] { button->setChecked(std::invoke(isOn, control)); });
   return button;
 }
 
@@ -135,20 +135,20 @@ QWidget* FormWidgets::make(OptionButton& option, const ControlDesign& design, QW
 }
 
 QWidget* FormWidgets::make(CommandButton& button, const ControlDesign& design, QWidget& parent) {
-  auto* made = new ActButton(design.kind == ControlKind::finishButton, &parent);
+  auto* made = new ActionButton(design.kind == ControlKind::finishButton, &parent);
   made->setText(caption(design));
   QObject::connect(made, &QAbstractButton::clicked, made, [&button, made] {
     takeFocus(*made);
     button.click();
   });
-  mirror(button, [&button, made] { made->setEnabled(button.enabled()); });
+  follow(button, [&button, made] { made->setEnabled(button.enabled()); });
   return made;
 }
 
 QWidget* FormWidgets::make(Frame& frame, const ControlDesign& design, QWidget& parent) {
   auto* made = new FrameBox(frame, &parent);
   made->setTitle(caption(design));
-  mirror(frame, [&frame, made] { made->setEnabled(frame.enabled()); });
+  follow(frame, [&frame, made] { made->setEnabled(frame.enabled()); });
   return made;
 }
 
@@ -165,13 +165,13 @@ QWidget* FormWidgets::make(Label& label, const ControlDesign& design, QWidget& p
     }
     made->setEnabled(label.enabled());
   });
-  mirror(label, labels_.back());
+  follow(label, labels_.back());
   return made;
 }
 
 QWidget* FormWidgets::make(ListBox& list, const ControlDesign& design, QWidget& parent) {
   auto* made = new LineList(list, codePage_, toShown(design.hintIfEmpty, codePage_), &parent);
-  mirror(list, [made] { made->mirror(); });
+  follow(list, [made] { made->refresh(); });
   return made;
 }
 
@@ -183,7 +183,7 @@ QWidget* FormWidgets::make(DropDownList& list, const ControlDesign& /*design*/, 
   QObject::connect(made, &QComboBox::activated, made, [&list](int index) { list.select(index); });
   QObject::connect(made, &QComboBox::currentIndexChanged, made,
                    [made](int index) { speakEntry(*made, index); });
-  mirror(list, [this, &list, made] {
+  follow(list, [this, &list, made] {
     const auto& entries = list.entries();
     for (auto shown = static_cast<std::size_t>(made->count()); shown < entries.size(); ++shown) {
       made->addItem(toShown(entries[shown], codePage_));
@@ -201,11 +201,11 @@ QString FormWidgets::caption(const ControlDesign& design) const {
 }
 
 /// What a label names goes by that in the end; a text field without one goes by its frame.
-QString FormWidgets::spokenName(const ControlDesign& design) const {
+QString FormWidgets::accessibleName(const ControlDesign& design) const {
   const bool goesByFrame = design.kind == ControlKind::textBox && !design.container.empty();
   const ControlDesign& named = goesByFrame ? *shown_.at(design.container).design : design;
   const bool goesByCaption = named.kind == ControlKind::frame;
-  return toShown(goesByCaption ? named.caption.text : design.spokenName, codePage_);
+  return toShown(goesByCaption ? named.caption.text : design.accessibleName, codePage_);
 }
 
 void FormWidgets::join(const Naming& naming) {

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "controls/control_design.h"
-#include "desktop/act_filter.h"
+#include "desktop/connections.h"
+#include "desktop/event_filters.h"
 #include "desktop/field_focus.h"
-#include "desktop/hooks.h"
 #include "desktop/layouts.h"
 #include "platform/code_page.h"
 
@@ -28,9 +28,9 @@ struct ShownField {
 
 class FormWidgets {
  public:
-  /// Fills `window` as `sketches` show it. `changed` runs after each change of what a control
-  /// shows. The controls outlive the object.
-  FormWidgets(QWidget& window, const std::vector<Sketch>& sketches,
+  /// Fills `window` as `layout templates` show it. `changed` runs after each change of what a
+  /// control shows. The controls outlive the object.
+  FormWidgets(QWidget& window, const std::vector<LayoutTemplate>& layoutTemplates,
               std::vector<DesignedControl> controls, const CodePage& codePage, Handler changed);
 
   /// The widget of a control.
@@ -54,13 +54,13 @@ class FormWidgets {
 
   /// Attaches what shows the state of a control, and shows it.
   template <class Control, class Show>
-  void mirror(Control& control, Show show);
+  void follow(Control& control, Show show);
   template <class Edit>
   QWidget* makeField(TextField& field, Edit* edit);
   template <class Control, class IsOn, class Act>
   QWidget* makeToggle(Control& control, QAbstractButton* button, IsOn isOn, Act act);
   QString caption(const ControlDesign& design) const;
-  QString spokenName(const ControlDesign& design) const;
+  QString accessibleName(const ControlDesign& design) const;
   void join(const Naming& naming);
   void setTabOrder();
 
@@ -68,14 +68,14 @@ class FormWidgets {
   const std::vector<DesignedControl> controls_;
   const CodePage& codePage_;
   const Handler changed_;
-  ActFilter acts_;
+  AccessKeyFilter accessKeys_;
   FieldFocus focus_;
   ShownControls shown_;
   std::vector<Naming> namings_;
   std::vector<Handler> labels_;  ///< each shows one of them
   std::vector<ShownField> fields_;
   std::vector<QWidget*> tabOrder_;
-  Hooks hooks_;
+  Connections connections_;
 };
 
 }  // namespace kova

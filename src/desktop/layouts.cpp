@@ -35,13 +35,14 @@ QGridLayout& gridIn(QWidget& widget) {
 
 class Layouts {
  public:
-  Layouts(const std::vector<Sketch>& sketches, const ShownControls& controls)
+  Layouts(const std::vector<LayoutTemplate>& layoutTemplates, const ShownControls& controls)
       : controls_(controls) {
-    for (const Sketch& sketch : sketches) grids_.emplace(sketch.name, gridOf(sketch));
+    for (const LayoutTemplate& layoutTemplate : layoutTemplates)
+      grids_.emplace(layoutTemplate.name, gridOf(layoutTemplate));
   }
 
-  std::vector<Naming> run(QWidget& window, std::string_view sketch) {
-    fill(gridIn(window), sketch, "");
+  std::vector<Naming> run(QWidget& window, std::string_view layoutTemplate) {
+    fill(gridIn(window), layoutTemplate, "");
     for (const auto& [name, control] : controls_) {
       require(placed_.contains(name), name, "stands nowhere");
     }
@@ -50,19 +51,19 @@ class Layouts {
 
  private:
   /// True if something in `layout` grows wide.
-  bool fill(QGridLayout& layout, std::string_view sketch, std::string_view frame) {
-    const Grid& grid = grids_.at(sketch);
+  bool fill(QGridLayout& layout, std::string_view layoutTemplate, std::string_view frame) {
+    const Grid& grid = grids_.at(layoutTemplate);
     for (const auto& [row, filled] : grid.rows) layout.setRowStretch(row, filled ? 0 : 1);
     for (const auto& [at, filled] : grid.columns) layout.setColumnStretch(at, filled ? 0 : 1);
     bool anyGrows = false;
-    for (const SketchCell& cell : grid.cells) check(grid, cell, frame);
-    for (const SketchCell& cell : grid.cells) {
+    for (const TemplateCell& cell : grid.cells) check(grid, cell, frame);
+    for (const TemplateCell& cell : grid.cells) {
       nameFields(grid, cell);
       if (!add(layout, grid, cell, frame)) continue;
       layout.setColumnStretch(cell.column + cell.columns - 1, 1);
       anyGrows = true;
     }
-    for (const SketchCell& cell : grid.cells) {
+    for (const TemplateCell& cell : grid.cells) {
       const Shown* control = at(&cell);
       const bool grows = layout.columnStretch(cell.column + cell.columns - 1) > 0;
       if (grows && control != nullptr && keepsItsWidth(*control->design)) {
@@ -72,7 +73,7 @@ class Layouts {
     return anyGrows;
   }
 
-  void check(const Grid& grid, const SketchCell& cell, std::string_view frame) {
+  void check(const Grid& grid, const TemplateCell& cell, std::string_view frame) {
     const Shown* control = at(&cell);
     require(grid.at(cell.row, cell.column) == &cell, cell.word, "stands in another cell");
     require(placed_.insert(cell.word).second, cell.word, "stands twice");
@@ -82,7 +83,8 @@ class Layouts {
             "is outside its frame");
   }
 
-  bool add(QGridLayout& layout, const Grid& grid, const SketchCell& cell, std::string_view frame) {
+  bool add(QGridLayout& layout, const Grid& grid, const TemplateCell& cell,
+           std::string_view frame) {
     if (const Shown* control = at(&cell)) {
       layout.addWidget(control->widget, cell.row, cell.column, cell.rows, cell.columns);
       if (isFrame(&cell)) return fill(gridIn(*control->widget), cell.word, cell.word);
@@ -92,7 +94,7 @@ class Layouts {
       }
       return growsWide(*control->design);
     }
-    if (const SketchCell* right = grid.rightOf(cell); isFrame(right)) {
+    if (const TemplateCell* right = grid.rightOf(cell); isFrame(right)) {
       auto& beside = *static_cast<QGroupBox*>(at(right)->widget);
       auto* side = new BesideFrame(beside, beside.parentWidget());
       layout.addWidget(side, cell.row, cell.column, cell.rows, cell.columns);
@@ -103,31 +105,31 @@ class Layouts {
     return fill(*part, cell.word, frame);
   }
 
-  void nameFields(const Grid& grid, const SketchCell& cell) {
-    const SketchCell* right = grid.rightOf(cell);
+  void nameFields(const Grid& grid, const TemplateCell& cell) {
+    const TemplateCell* right = grid.rightOf(cell);
     if (const Shown* control = at(&cell)) {
       if (control->design->kind != ControlKind::label) return;
       name(cell, right, true);
       if (holdsLines(*control->design)) name(cell, grid.at(cell.row + 1, cell.column), false);
     }
     for (bool first = true; at(&cell) == nullptr && isFrame(right); first = false) {
-      for (const SketchCell& label : grids_.at(cell.word).cells) {
+      for (const TemplateCell& label : grids_.at(cell.word).cells) {
         name(label, grids_.at(right->word).at(label.row, 0), first);
       }
       right = grid.rightOf(*right);
     }
   }
 
-  void name(const SketchCell& label, const SketchCell* field, bool leads) {
+  void name(const TemplateCell& label, const TemplateCell* field, bool leads) {
     if (field != nullptr) namings_.push_back({label.word, field->word, leads});
   }
 
-  const Shown* at(const SketchCell* cell) const {
+  const Shown* at(const TemplateCell* cell) const {
     const auto found = cell == nullptr ? controls_.end() : controls_.find(cell->word);
     return found == controls_.end() ? nullptr : &found->second;
   }
 
-  bool isFrame(const SketchCell* cell) const {
+  bool isFrame(const TemplateCell* cell) const {
     const Shown* control = at(cell);
     return control != nullptr && control->design->kind == ControlKind::frame;
   }
@@ -140,9 +142,9 @@ class Layouts {
 
 }  // namespace
 
-std::vector<Naming> layOut(QWidget& window, const std::vector<Sketch>& sketches,
+std::vector<Naming> layOut(QWidget& window, const std::vector<LayoutTemplate>& layoutTemplates,
                            const ShownControls& controls) {
-  return Layouts(sketches, controls).run(window, sketches.front().name);
+  return Layouts(layoutTemplates, controls).run(window, layoutTemplates.front().name);
 }
 
 }  // namespace kova

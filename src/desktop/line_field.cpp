@@ -7,7 +7,7 @@
 #include <iterator>
 #include <limits>
 
-#include "desktop/text_seam.h"
+#include "desktop/text_conversion.h"
 
 namespace kova {
 namespace {
@@ -25,8 +25,8 @@ LineField::LineField(TextField& field, const CodePage& codePage, Characters char
   connect(this, &QLineEdit::cursorPositionChanged, this, &LineField::takeCaret);
 }
 
-void LineField::mirror() {
-  const QScopedValueRollback<bool> guard(mirroring_, true);
+void LineField::refresh() {
+  const QScopedValueRollback<bool> guard(refreshing_, true);
   if (const QString shown = toShown(field_.text(), codePage_); shown != text()) setText(shown);
   before_ = text();
   const int caret = static_cast<int>(field_.caret());
@@ -34,7 +34,7 @@ void LineField::mirror() {
 }
 
 void LineField::takeEdit(const QString& edited) {
-  if (mirroring_) return;
+  if (refreshing_) return;
   int position = cursorPosition();
   const QString kept = withoutPastedLines(before_, edited, position);
   const std::size_t caret = textPosition(kept, position);
@@ -47,7 +47,7 @@ void LineField::takeEdit(const QString& edited) {
 /// that is set from outside ends them.
 void LineField::replaceEdit(const QString& kept) {
   if (!isUndoAvailable()) return;
-  const QScopedValueRollback<bool> guard(mirroring_, true);
+  const QScopedValueRollback<bool> guard(refreshing_, true);
   undo();
   const QString former = text();
   const auto [from, in] = std::mismatch(former.begin(), former.end(), kept.begin(), kept.end());
@@ -62,7 +62,7 @@ void LineField::replaceEdit(const QString& kept) {
 
 void LineField::takeCaret() {
   // Of what an input method, Undo or Redo does, the toolkit tells the caret ahead of the edit.
-  if (mirroring_ || text() != before_) return;
+  if (refreshing_ || text() != before_) return;
   field_.setCaret(textPosition(text(), cursorPosition()));
 }
 

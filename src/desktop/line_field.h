@@ -18,7 +18,7 @@ class LineField : public FieldWidget<QLineEdit> {
   LineField(TextField& field, const CodePage& codePage, Characters characters, QWidget* parent);
 
   /// Shows the model's text and caret.
-  void mirror();
+  void refresh();
 
   QSize sizeHint() const override { return sizeFor(characters_.wanted); }
   QSize minimumSizeHint() const override { return sizeFor(characters_.least); }

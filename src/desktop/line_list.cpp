@@ -10,14 +10,14 @@
 #include <cmath>
 #include <utility>
 
-#include "desktop/text_seam.h"
+#include "desktop/text_conversion.h"
 
 namespace kova {
 
 LineModel::LineModel(const ListBox& list, const CodePage& codePage, QListView* view)
     : QAbstractListModel(view), list_(list), codePage_(codePage), view_(*view) {}
 
-bool LineModel::mirror() {
+bool LineModel::refresh() {
   const int rows = static_cast<int>(list_.lines().size());
   if (rows == rows_) return false;
   if (rows > rows_) {
@@ -84,16 +84,16 @@ LineList::LineList(ListBox& list, const CodePage& codePage, QString emptyText, Q
   connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
           [this](const QItemSelection& selected) {
             // A screen reader clears the selection ahead of making a new one.
-            if (!mirroring_ && !inKeyPress_ && !selected.isEmpty()) takeSelection();
+            if (!refreshing_ && !inKeyPress_ && !selected.isEmpty()) takeSelection();
           });
 }
 
-void LineList::mirror() {
-  const QScopedValueRollback<bool> guard(mirroring_, true);
-  const bool rowsChanged = lines_.mirror();
+void LineList::refresh() {
+  const QScopedValueRollback<bool> guard(refreshing_, true);
+  const bool rowsChanged = lines_.refresh();
   const int row = list_.selectedIndex();
   if (row != ListBox::none) place_ = row;
-  const bool selects = std::exchange(mirroredRow_, row) != row;
+  const bool selects = std::exchange(shownRow_, row) != row;
   if (row != shownRow()) {
     if (row == ListBox::none) {
       selectionModel()->clear();
@@ -117,7 +117,7 @@ void LineList::takeSelection() {
   if (row != ListBox::none && row != list_.selectedIndex()) {
     list_.select(row);
   } else {
-    mirror();
+    refresh();
   }
 }
 

@@ -17,7 +17,7 @@ class LineModel : public QAbstractListModel {
   LineModel(const ListBox& list, const CodePage& codePage, QListView* view);
 
   /// Brings the number of rows up to that of the lines. False if it is the same.
-  bool mirror();
+  bool refresh();
 
   int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : rows_; }
   QVariant data(const QModelIndex& index, int role) const override;
@@ -39,7 +39,7 @@ class LineList : public QListView {
   /// `emptyText` stands in the list while it has no lines.
   LineList(ListBox& list, const CodePage& codePage, QString emptyText, QWidget* parent);
 
-  void mirror();
+  void refresh();
   /// By the property name, whatever its case.
   void keyboardSearch(const QString& typed) override;
 
@@ -64,11 +64,11 @@ class LineList : public QListView {
   ListBox& list_;
   LineModel lines_;
   QString emptyText_;
-  bool mirroring_ = false;
+  bool refreshing_ = false;
   bool inKeyPress_ = false;
-  int mirroredRow_ = ListBox::none;  ///< that was selected at the last mirroring
-  int place_ = 0;                    ///< of the line that was selected last
-  QString sought_;                   ///< as far as it has been typed
+  int shownRow_ = ListBox::none;  ///< that was selected at the last mirroring
+  int place_ = 0;                 ///< of the line that was selected last
+  QString sought_;                ///< as far as it has been typed
   QElapsedTimer sinceTyped_;
 };
 

@@ -12,10 +12,10 @@
 
 #include "core/status.h"
 #include "desktop/colours.h"
+#include "desktop/layout_template.h"
 #include "desktop/message_boxes.h"
-#include "desktop/sketch.h"
-#include "desktop/text_seam.h"
-#include "wizard/focus_sentence.h"
+#include "desktop/text_conversion.h"
+#include "wizard/focus_message.h"
 
 namespace kova {
 namespace {
@@ -45,13 +45,13 @@ MainView::MainView(SetupWizard& setup, const CodePage& codePage)
   afterPalette_.setSingleShot(true);
   connect(&afterPalette_, &QTimer::timeout, this, &keepTextsReadable);
   afterPointer_.setSingleShot(true);
-  connect(&afterPointer_, &QTimer::timeout, this, &MainView::mirrorStatusLine);
+  connect(&afterPointer_, &QTimer::timeout, this, &MainView::refreshStatusLine);
   keepTextsReadable();
   // At once, as long as there are no widgets that would all take over the colours once more.
   QCoreApplication::sendPostedEvents(this, QEvent::ApplicationPaletteChange);
   buildForm();
   buildMenu();
-  helper_ = std::make_unique<HelperView>(setup_.helper, codePage_, *this);
+  helper_ = std::make_unique<GuidedDialogView>(setup_.helper, codePage_, *this);
   attach();
   qApp->installEventFilter(&heldKeys_);
 }
@@ -60,13 +60,13 @@ void MainView::buildForm() {
   auto* all = new QWidget(this);
   auto* area = new FormArea(all);
   form_ = new QWidget(area);
-  widgets_ = std::make_unique<FormWidgets>(*form_, mainWindowSketches(),
+  widgets_ = std::make_unique<FormWidgets>(*form_, mainWindowTemplates(),
                                            designedControls(setup_.wizard.form), codePage_, [this] {
                                              if (marks_) marks_->follow();
                                              if (review_) review_->follow();
                                            });
   marks_ = std::make_unique<FieldMarks>(widgets_->fields(), codePage_, setup_.wizard,
-                                        [this] { mirrorStatusLine(); });
+                                        [this] { refreshStatusLine(); });
   area->setWidget(form_);
 
   auto* layout = new QVBoxLayout(all);
@@ -81,9 +81,9 @@ void MainView::buildForm() {
 /// The status line, and behind it the way to the review. Both are outside of the form.
 QWidget* MainView::buildFoot(const QMargins& margins) {
   auto* foot = new QWidget;
-  statusLine_ = new SpokenLine(foot);
+  statusLine_ = new AnnouncingLabel(foot);
   statusLine_->setObjectName(QStringLiteral("statusLine"));
-  auto* review = new ActButton(false, foot);
+  auto* review = new ActionButton(false, foot);
   review->setObjectName(QStringLiteral("Review"));
   review->setText(QStringLiteral("Review"));
   review->setShortcut(QKeySequence(QStringLiteral("Alt+Q")));
@@ -127,8 +127,8 @@ void MainView::followFocus(FormArea& area) {
   widgets_->widget("Command1")->installEventFilter(this);
   connect(qApp, &QApplication::focusChanged, &area, [this, &area](QWidget*, QWidget* now) {
     if (now == nullptr || !form_->isAncestorOf(now)) return;
-    mirrorStatusLine();
-    // The sentence may have taken another line from the form.
+    refreshStatusLine();
+    // The message may have taken another line from the form.
     centralWidget()->layout()->activate();
     // A form that moved under the pressed mouse would take the click from what was pressed.
     if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
@@ -150,27 +150,29 @@ void MainView::buildMenu() {
 
 void MainView::attach() {
   Wizard& wizard = setup_.wizard;
-  longAct_ = std::make_unique<LongAct>(*statusLine_, [this] { mirrorStatusLine(); });
-  hang(hooks_, wizard.form.window.mirror, [this] { mirrorWindow(); });
-  hang(hooks_, wizard.form.window.raise, [this] {
+  longOperation_ = std::make_unique<LongOperation>(*statusLine_, [this] { refreshStatusLine(); });
+  connectView(connections_, wizard.form.window.notifyView, [this] { refreshWindow(); });
+  connectView(connections_, wizard.form.window.raise, [this] {
     raise();
     activateWindow();
   });
-  hang(hooks_, wizard.form.guide.open, [this] { guide_->popup(QCursor::pos()); });
-  hang(hooks_, wizard.statusLine.mirror, [this] { mirrorStatusLine(); });
-  hang(hooks_, wizard.progress, [this](std::size_t files) { longAct_->progress(files); });
-  hang(hooks_, wizard.giveEventsTheirTurn,
-       [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
-  hang(hooks_, wizard.endProcess, [this] {
-    qApp->installEventFilter(&endOfActs_);
+  connectView(connections_, wizard.form.guide.open, [this] { guide_->popup(QCursor::pos()); });
+  connectView(connections_, wizard.statusLine.notifyView, [this] { refreshStatusLine(); });
+  connectView(connections_, wizard.progress,
+              [this](std::size_t files) { longOperation_->progress(files); });
+  connectView(connections_, wizard.giveEventsTheirTurn,
+              [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
+  connectView(connections_, wizard.endProcess, [this] {
+    qApp->installEventFilter(&inputBlocker_);
     QCoreApplication::exit(0);
   });
   if (!wizard.messageBox) {
-    hang(hooks_, wizard.messageBox, messageBoxes(*this, codePage_, wizard.form.window.title));
+    connectView(connections_, wizard.messageBox,
+                messageBoxes(*this, codePage_, wizard.form.window.title));
   }
 }
 
-void MainView::mirrorWindow() {
+void MainView::refreshWindow() {
   const Window& window = setup_.wizard.form.window;
   if (!window.visible()) {
     close();
@@ -193,18 +195,19 @@ void MainView::mirrorWindow() {
 
 /// On what Done would do under the pointer, on the control that has the focus, else on what
 /// happened last.
-std::string MainView::sentence() const {
+std::string MainView::message() const {
   const QWidget* done = widgets_->widget("Command1");
   const auto control = widgets_->control(done->underMouse() ? done : focusWidget());
   if (control) {
-    if (std::string told = focusSentence(setup_.wizard, *control); !told.empty()) return told;
+    if (std::string reported = focusMessage(setup_.wizard, *control); !reported.empty())
+      return reported;
   }
   return statusText(setup_.wizard);
 }
 
-void MainView::mirrorStatusLine() {
+void MainView::refreshStatusLine() {
   if (review_) review_->follow();
-  statusLine_->say(toShown(sentence(), codePage_));
+  statusLine_->say(toShown(message(), codePage_));
 }
 
 void MainView::openMenuByKey() {

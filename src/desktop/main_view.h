@@ -10,14 +10,14 @@
 #include <string>
 #include <string_view>
 
-#include "desktop/act_filter.h"
+#include "desktop/announcing_label.h"
+#include "desktop/event_filters.h"
 #include "desktop/field_marks.h"
 #include "desktop/form_widgets.h"
-#include "desktop/helper_view.h"
-#include "desktop/long_act.h"
+#include "desktop/guided_dialog_view.h"
+#include "desktop/long_operation.h"
 #include "desktop/review_window.h"
 #include "desktop/small_widgets.h"
-#include "desktop/spoken_line.h"
 #include "wizard/wiring.h"
 
 namespace kova {
@@ -31,7 +31,7 @@ class MainView : public QMainWindow {
   /// The widget of a control of the main window.
   QWidget* widget(std::string_view name) const { return widgets_->widget(name); }
   /// The guided dialog.
-  HelperView& helper() const { return *helper_; }
+  GuidedDialogView& helper() const { return *helper_; }
   /// The review, once it has been opened.
   ReviewWindow* review() const { return review_.get(); }
 
@@ -50,26 +50,26 @@ class MainView : public QMainWindow {
   void showInForm(const std::string& property);
   void buildMenu();
   void attach();
-  void mirrorWindow();
-  std::string sentence() const;
-  void mirrorStatusLine();
+  void refreshWindow();
+  std::string message() const;
+  void refreshStatusLine();
   void openMenuByKey();
 
   SetupWizard& setup_;
   const CodePage& codePage_;
   QWidget* form_ = nullptr;
-  SpokenLine* statusLine_ = nullptr;
+  AnnouncingLabel* statusLine_ = nullptr;
   QMenu* guide_ = nullptr;
   std::unique_ptr<FormWidgets> widgets_;
   std::unique_ptr<FieldMarks> marks_;
-  std::unique_ptr<LongAct> longAct_;
-  std::unique_ptr<HelperView> helper_;
+  std::unique_ptr<LongOperation> longOperation_;
+  std::unique_ptr<GuidedDialogView> helper_;
   std::unique_ptr<ReviewWindow> review_;
   HeldKeys heldKeys_;
-  EndOfActs endOfActs_;
+  InputBlocker inputBlocker_;
   QTimer afterPalette_;
   QTimer afterPointer_;
-  Hooks hooks_;
+  Connections connections_;
 };
 
 }  // namespace kova

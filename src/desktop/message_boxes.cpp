@@ -11,8 +11,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "desktop/act_filter.h"
-#include "desktop/text_seam.h"
+#include "desktop/event_filters.h"
+#include "desktop/text_conversion.h"
 
 namespace kova {
 namespace {
@@ -95,7 +95,7 @@ MessageBox messageBoxes(QWidget& window, const CodePage& codePage, const std::st
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     const QString text = toShownMessage(message.text, codePage);
     box.setText(text.left(longestLabel));
-    ActFilter acts;
+    AccessKeyFilter acts;
     const auto buttons = buttonsOf(message);
     for (const AnswerButton& one : buttons) {
       box.addButton(one.button)->installEventFilter(&acts);

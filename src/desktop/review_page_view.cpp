@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "desktop/colours.h"
-#include "desktop/text_seam.h"
+#include "desktop/text_conversion.h"
 
 namespace kova {
 namespace {
@@ -23,15 +23,15 @@ constexpr int keyRole = Qt::UserRole + 2;
 constexpr int pathRole = Qt::UserRole + 3;  // keys of the line and of those that it lies below
 constexpr int widestColumn = 48;            // characters
 
-QColor colourOf(Tone tone) {
-  switch (tone) {
-    case Tone::added:
+QColor colourOf(Style style) {
+  switch (style) {
+    case Style::added:
       return {0, 160, 0};
-    case Tone::removed:
+    case Style::removed:
       return {220, 0, 0};
-    case Tone::changed:
+    case Style::changed:
       return {255, 160, 0};
-    case Tone::plain:
+    case Style::plain:
       break;
   }
   return {};
@@ -199,8 +199,8 @@ void ReviewPageView::showGroups() {
     QListWidgetItem* item = groups_->item(row);
     item->setText(QStringLiteral("%1 %2 (%3)").arg(shown(group.sign), name, count));
     item->setData(Qt::AccessibleTextRole,
-                  QStringLiteral("%1 %2, %3").arg(shown(group.spoken), name, count).trimmed());
-    if (group.tone != Tone::plain) item->setBackground(tinted(palette(), colourOf(group.tone)));
+                  QStringLiteral("%1 %2, %3").arg(shown(group.accessible), name, count).trimmed());
+    if (group.style != Style::plain) item->setBackground(tinted(palette(), colourOf(group.style)));
   }
   makeRoomForGroups();
 }
@@ -278,7 +278,7 @@ QList<QTreeWidgetItem*> ReviewPageView::itemsOf(const std::vector<ReviewLine>& l
 QTreeWidgetItem* ReviewPageView::itemOf(const ReviewLine& line, const QByteArray& path) const {
   auto* item = new QTreeWidgetItem;
   QStringList spoken;
-  if (!line.spoken.empty()) spoken << shown(line.spoken);
+  if (!line.accessible.empty()) spoken << shown(line.accessible);
   for (std::size_t column = 0; column < line.texts.size(); ++column) {
     const int at = static_cast<int>(column);
     const QString text = shown(line.texts[column]);
@@ -286,8 +286,8 @@ QTreeWidgetItem* ReviewPageView::itemOf(const ReviewLine& line, const QByteArray
     item->setText(at, sign + text);
     item->setToolTip(at, toToolTip(text));
     if (!text.isEmpty()) spoken << text;
-    if (line.tone != Tone::plain) {
-      item->setBackground(at, tinted(palette(), colourOf(line.tone)));
+    if (line.style != Style::plain) {
+      item->setBackground(at, tinted(palette(), colourOf(line.style)));
     }
   }
   item->setData(0, Qt::AccessibleTextRole, spoken.join(QStringLiteral(", ")));

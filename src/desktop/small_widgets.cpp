@@ -40,7 +40,7 @@ void CaptionLabel::mouseReleaseEvent(QMouseEvent* event) {
   }
 }
 
-ActButton::ActButton(bool endsWork, QWidget* parent)
+ActionButton::ActionButton(bool endsWork, QWidget* parent)
     : QPushButton(parent), fewestCharacters_(endsWork ? 11 : 7) {
   setAutoDefault(true);
   if (!endsWork) return;
@@ -50,7 +50,7 @@ ActButton::ActButton(bool endsWork, QWidget* parent)
   setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Minimum);
 }
 
-QSize ActButton::sizeHint() const {
+QSize ActionButton::sizeHint() const {
   const QFontMetrics metrics = fontMetrics();
   const int character = metrics.averageCharWidth();
   const int caption = metrics.size(Qt::TextShowMnemonic, text()).width();

@@ -46,9 +46,9 @@ class CaptionLabel : public QLabel {
 
 /// A button hardly wider than its caption. The style's smallest one would not leave the window room
 /// on small screens. One that ends the work has weight: it fills its place, its caption in bold.
-class ActButton : public QPushButton {
+class ActionButton : public QPushButton {
  public:
-  ActButton(bool endsWork, QWidget* parent);
+  ActionButton(bool endsWork, QWidget* parent);
   QSize sizeHint() const override;
 
  private:

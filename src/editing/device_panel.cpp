@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
 
-/// The first `count` names as they are shown, each with its line end.
+/// The first `count` names as they are shown, each with its line ending.
 std::string displayText(const DeviceNames& devNames, std::size_t count) {
   std::string text;
   for (std::size_t k = 0; k < count; ++k) text.append(displayName(devNames, k)).append(lineEnd);
@@ -179,7 +179,7 @@ void NumDevices_Change(Wizard& wizard) {
   std::for_each(state.project.exportTable.begin(),
                 state.project.exportTable.begin() + state.project.exportCount,
                 [&](PropertyRecord& row) { row.numModules = number; });
-  if (dropped > 0 && state.directoriesBeingEntered.empty()) {
+  if (dropped > 0 && state.directoriesBeingOpened.empty()) {
     reportNamesDropped(wizard, dropped, devices);
   }
   refreshStatus(wizard);

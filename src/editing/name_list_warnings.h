@@ -8,7 +8,7 @@
 
 namespace kova {
 
-/// One sentence on the names that stand in the box, empty if all of them come through.
+/// One message on the names that stand in the box, empty if all of them come through.
 std::string nameListWarning(const Wizard& wizard);
 
 }  // namespace kova

@@ -88,7 +88,7 @@ class Filling {
 
   void description() {
     step([&] {
-      const DescriptionParts parts = takeApart(row().description);
+      const DescriptionParts parts = parseDescription(row().description);
       if (parts.hasPrefix) range(parts);
       form_.PropertyDescription.setText(parts.rest);
     });
@@ -162,9 +162,9 @@ class Filling {
 /// A device list that was prepared for a new property is given up with its form. A commit that
 /// selects its own row still needs it.
 void giveUpPreparedList(Wizard& wizard) {
-  const std::int16_t stage = wizard.state.project.exportCount;
-  if (stage >= tableRows || wizard.form.PropertyList.selectedIndex() >= stage) return;
-  exportRow(wizard, stage) = PropertyRecord{};
+  const std::int16_t pendingRow = wizard.state.project.exportCount;
+  if (pendingRow >= tableRows || wizard.form.PropertyList.selectedIndex() >= pendingRow) return;
+  exportRow(wizard, pendingRow) = PropertyRecord{};
 }
 
 }  // namespace

@@ -58,14 +58,14 @@ struct Path {
   bool operator<(const Path& other) const { return native < other.native; }
 };
 
-/// Tells one state of a file from another without reading it: two equal stamps of one path mean
+/// Tells one state of a file from another without reading it: two equal timestamps of one path mean
 /// that nobody has written the file in between.
-struct FileStamp {
+struct FileState {
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
   std::uint64_t bytes = 0;
   std::int64_t modified = 0;  ///< nanoseconds since 1970-01-01 00:00:00 UTC
-  bool operator==(const FileStamp&) const = default;
+  bool operator==(const FileState&) const = default;
 };
 
 /// A file that is being written. It stands under a hidden name beside its target until `close`;
@@ -74,9 +74,9 @@ struct OutputFile {
   virtual ~OutputFile() = default;
   /// Appends all of `content`. Throws Failure, also for a short write.
   virtual void write(std::string_view content) = 0;
-  /// Brings what was written so far to the disk, with the rights of the file whose place it will
-  /// take, unless that file holds the same bytes. May take seconds: a lock is had behind it, not
-  /// ahead of it. Throws Failure.
+  /// Brings what was written so far to the disk, with the permissions of the file whose place it
+  /// will take, unless that file holds the same bytes. May take seconds: a lock is had behind it,
+  /// not ahead of it. Throws Failure.
   virtual void flush() = 0;
   /// Takes the target's place, after a flush of what is not flushed yet. The new name outlasts a
   /// loss of power once `flushAll` of its folder has been called. A target that holds the same
@@ -101,9 +101,10 @@ struct FileSystem {
   virtual Path path(std::string_view text) const = 0;
   /// A name in the machine's own form as the wizard's text; "?" for what that can't tell.
   virtual std::string text(std::string_view native) const = 0;
-  /// A plain file, links followed; false for anything else and for what can't be looked at.
+  /// A plain file, links followed; false for anything else. Throws Failure if that can't be told,
+  /// as every check here: only what certainly does not exist is absent.
   virtual bool fileExists(const Path& file) const = 0;
-  /// A folder, links followed; false for anything else and for what can't be looked at.
+  /// A folder, links followed; false for anything else.
   virtual bool folderExists(const Path& folder) const = 0;
   /// Whole content of a plain file. Throws Failure if there is none to read, if it is no plain file
   /// (a pipe never makes the wizard wait), if it is larger than 64 MiB or if memory runs out.
@@ -116,9 +117,10 @@ struct FileSystem {
   virtual std::unique_ptr<OutputFile> createLate(const Path& file) { return create(file); }
   /// Makes one folder, whose name outlasts a loss of power; its parent must exist.
   virtual void createFolder(const Path& folder) = 0;
-  /// Plain copy with bytes, rights and modification time, whole or not there; replaces `to`. Nobody
-  /// may read the copy who may not read `from`: rights that can't be kept are lost. It outlasts a
-  /// loss of power once `flushAll` has been called; a `to` that it replaces is not lost before.
+  /// Plain copy with bytes, permissions and modification time, whole or not there; replaces `to`.
+  /// Nobody may read the copy who may not read `from`: permissions that can't be kept are lost. It
+  /// outlasts a loss of power once `flushAll` has been called; a `to` that it replaces is not lost
+  /// before.
   virtual void copy(const Path& from, const Path& to) = 0;
   /// As `copy`, but it replaces nothing and outlasts a loss of power at once. False if there is an
   /// entry `to` already.
@@ -126,10 +128,11 @@ struct FileSystem {
   /// Removes the entry itself: of a link the link, not what it points to.
   virtual void remove(const Path& file) = 0;
   /// Names of the folder's plain files in the machine's own form, sorted by their bytes. Hidden
-  /// entries and everything that is no regular file stay out; links to regular files come along.
+  /// entries and everything that is no regular file stay out; links to regular files come along,
+  /// but for those that lead to where this account may not go.
   virtual std::vector<std::string> plainFiles(const Path& folder) const = 0;
   /// State of a file, links followed; nothing if there is no such file.
-  virtual std::optional<FileStamp> stamp(const Path& file) const = 0;
+  virtual std::optional<FileState> state(const Path& file) const = 0;
   /// True if the folder's file system can hold a file of this name, in the machine's own form.
   virtual bool nameFits(const Path& folder, std::string_view name) const = 0;
   /// A name in the wizard's text as a disk that ignores case compares it.
@@ -143,10 +146,19 @@ struct FileSystem {
   /// Makes all that has been written to the file system of `folder` so far outlast a loss of power,
   /// names included; where that can't be had, the plain files of `folder` and its names.
   virtual void flushAll(const Path& folder) = 0;
-  /// Removes the hidden files that killed wizards have left in `folder`. What somebody holds, what
-  /// is not certainly a wizard's and what can't be removed stays.
-  virtual void removeLeftovers(const Path& folder) = 0;
+  /// Removes the temporary files that killed wizards of this account have left in `folder`. What
+  /// somebody holds, what belongs to another account and what can't be removed stays.
+  virtual void removeStaleTemporaryFiles(const Path& folder) = 0;
 };
+
+/// There is such a file. One that can't be checked counts as there.
+inline bool mayExist(const FileSystem& files, const Path& file) {
+  try {
+    return files.fileExists(file);
+  } catch (const Failure&) {
+    return true;
+  }
+}
 
 /// `file` holds `content` afterwards, or, if this throws, what it held before.
 inline void replace(FileSystem& files, const Path& file, std::string_view content) {

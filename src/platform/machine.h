@@ -31,7 +31,7 @@ inline Machine realMachine(const CodePage& codePage) {
           realProgramStarter(codePage)};
 }
 
-/// Why no window can be shown here, as the end of a sentence; empty if one can.
+/// Why no window can be shown here, as the end of a message; empty if one can.
 std::string missingDisplay();
 
 /// The words of the command line behind the program's name, spelled as file names are. What the

@@ -39,8 +39,8 @@ struct ProgramStarter {
   /// without a shell: words end at blanks, nothing else has a meaning. The program is looked up on
   /// the absolute folders of the search path only. Throws Failure if it can't be started or if a
   /// further word begins with a dash and would be taken for an option. Where a program parts its
-  /// words itself, one that begins with a slash or holds a quotation mark, a tab or a line end is
-  /// refused as well.
+  /// words itself, one that begins with a slash or holds a quotation mark, a tab or a line ending
+  /// is refused as well.
   virtual void start(std::string_view commandLine) = 0;
 };
 

@@ -7,8 +7,8 @@ namespace kova {
 namespace {
 
 BackupSet chosenSet(const Tool& tool, const Path& folder, const RestoreOptions& options) {
-  const auto set = findBackupSet(backupSets(*tool.machine.files, folder), options.stamp);
-  if (!set) throw Failure("there are no backups of " + std::to_string(options.stamp));
+  const auto set = findBackupSet(backupSets(*tool.machine.files, folder), options.timestamp);
+  if (!set) throw Failure("there are no backups of " + std::to_string(options.timestamp));
   return partOf(*set, options.files);
 }
 
@@ -18,7 +18,7 @@ void printList(const Tool& tool, const std::string& title, const std::vector<std
 
 }  // namespace
 
-Ending backups(const Tool& tool, const std::string& directory) {
+ExitStatus backups(const Tool& tool, const std::string& directory) {
   const Path folder = tool.folder(directory);
   const std::int32_t now = tool.machine.clock->unixTime();
   for (const BackupSet& set : backupSets(*tool.machine.files, folder)) {
@@ -28,10 +28,10 @@ Ending backups(const Tool& tool, const std::string& directory) {
       tool.printLine("  " + file.name + ", " + std::to_string(file.bytes) + " bytes");
     }
   }
-  return Ending::nothingFound;
+  return ExitStatus::noFindings;
 }
 
-Ending restore(const Tool& tool, const RestoreOptions& options) {
+ExitStatus restore(const Tool& tool, const RestoreOptions& options) {
   const Path folder = tool.folder(options.directory);
   const BackupSet set = chosenSet(tool, folder, options);
   if (options.dryRun) {
@@ -40,16 +40,16 @@ Ending restore(const Tool& tool, const RestoreOptions& options) {
     ProjectFiles before = projectFiles(files, folder);
     std::erase_if(before, [&](const auto& file) { return !after.contains(file.first); });
     for (const FileDifference& file : compareProjects(before, after)) printDifference(tool, file);
-    return Ending::nothingFound;
+    return ExitStatus::noFindings;
   }
   const Restored restored =
       restore(tool.machine.platform(), tool.wizardText(options.directory), set);
   printList(tool, "restored ", restored.files);
   printList(tool, "kept as ", restored.kept);
-  if (restored.failure.empty()) return Ending::nothingFound;
+  if (restored.failure.empty()) return ExitStatus::noFindings;
   printList(tool, "not restored ", restored.missing);
   tool.complain(restored.failure);
-  return Ending::notDone;
+  return ExitStatus::error;
 }
 
 }  // namespace kova

@@ -25,7 +25,7 @@ bool couldNotBeRead(const Checked& checked) {
 
 }  // namespace
 
-Ending check(const Tool& tool, const CheckOptions& options) {
+ExitStatus check(const Tool& tool, const CheckOptions& options) {
   std::vector<Checked> all;
   for (const std::string& directory : options.directories) {
     all.push_back(checkDirectory(tool, directory));
@@ -40,10 +40,10 @@ Ending check(const Tool& tool, const CheckOptions& options) {
   for (const Checked& checked : all) {
     if (!checked.failure.empty()) tool.complain(checked.directory + ": " + checked.failure);
   }
-  if (std::any_of(all.begin(), all.end(), couldNotBeRead)) return Ending::notDone;
+  if (std::any_of(all.begin(), all.end(), couldNotBeRead)) return ExitStatus::error;
   const bool isClean = std::all_of(all.begin(), all.end(),
                                    [](const Checked& checked) { return checked.findings.empty(); });
-  return isClean ? Ending::nothingFound : Ending::somethingFound;
+  return isClean ? ExitStatus::noFindings : ExitStatus::findings;
 }
 
 }  // namespace kova

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
+#include <limits>
 
 #include "review/backup_sets.h"
 
@@ -14,22 +16,23 @@ struct States {
   ProjectFiles after;
 };
 
-bool isStamp(const std::string& text) {
-  constexpr std::size_t longestStamp = 10;
-  return !text.empty() && text.size() <= longestStamp &&
+bool isTimestamp(const std::string& text) {
+  constexpr std::size_t longestTimestamp = 10;
+  return !text.empty() && text.size() <= longestTimestamp &&
          std::all_of(text.begin(), text.end(),
-                     [](unsigned char digit) { return std::isdigit(digit) != 0; });
+                     [](unsigned char digit) { return std::isdigit(digit) != 0; }) &&
+         std::stoll(text) <= std::numeric_limits<std::int32_t>::max();
 }
 
 /// What a set holds, and what is there of its files now.
-States sinceBackups(const Tool& tool, const Path& folder, const std::string& stamp) {
+States sinceBackups(const Tool& tool, const Path& folder, const std::string& timestamp) {
   const FileSystem& files = *tool.machine.files;
   const auto sets = backupSets(files, folder);
   if (sets.empty()) throw Failure(folder.native + " has no backups");
-  const auto set = stamp.empty()
+  const auto set = timestamp.empty()
                        ? std::optional(sets.front())
-                       : findBackupSet(sets, static_cast<std::int32_t>(std::stoll(stamp)));
-  if (!set) throw Failure("there are no backups of " + stamp);
+                       : findBackupSet(sets, static_cast<std::int32_t>(std::stoll(timestamp)));
+  if (!set) throw Failure("there are no backups of " + timestamp);
   States states{filesOf(files, folder, *set), projectFiles(files, folder)};
   std::erase_if(states.after,
                 [&](const auto& file) { return !states.before.contains(file.first); });
@@ -43,22 +46,22 @@ void printDifference(const Tool& tool, const FileDifference& file) {
   for (const RowChange& row : file.rows) {
     tool.printLine(std::string("  ") + mark(row.sign) + ' ' + tool.shown(textOf(row)));
   }
-  for (const std::string& sentence : file.form) {
-    tool.printLine((file.rows.empty() ? "  form only: " : "  form: ") + tool.shown(sentence));
+  for (const std::string& message : file.form) {
+    tool.printLine((file.rows.empty() ? "  form only: " : "  form: ") + tool.shown(message));
   }
 }
 
-Ending diff(const Tool& tool, const DiffOptions& options) {
+ExitStatus diff(const Tool& tool, const DiffOptions& options) {
   const FileSystem& files = *tool.machine.files;
   const Path folder = tool.folder(options.directory);
-  const bool isOlder =
-      options.other.empty() || (isStamp(options.other) && !files.folderExists(Path{options.other}));
+  const bool isOlder = options.other.empty() ||
+                       (isTimestamp(options.other) && !files.folderExists(Path{options.other}));
   const States states = isOlder ? sinceBackups(tool, folder, options.other)
                                 : States{projectFiles(files, folder),
                                          projectFiles(files, tool.folder(options.other))};
   const auto differences = compareProjects(states.before, states.after);
   for (const FileDifference& file : differences) printDifference(tool, file);
-  return differences.empty() ? Ending::nothingFound : Ending::somethingFound;
+  return differences.empty() ? ExitStatus::noFindings : ExitStatus::findings;
 }
 
 }  // namespace kova

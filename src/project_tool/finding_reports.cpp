@@ -17,8 +17,8 @@ std::string pathOf(const Checked& checked, const Finding& finding) {
 Json jsonOf(const Tool& tool, const Finding& finding) {
   return {{"file", finding.file},           {"line", finding.line},
           {"column", finding.column},       {"severity", nameOf(finding.rule->severity)},
-          {"rule", finding.rule->id},       {"text", tool.codePage.toUtf8(finding.what)},
-          {"effect", finding.rule->effect}, {"cure", finding.rule->cure}};
+          {"rule", finding.rule->id},       {"text", tool.codePage.toUtf8(finding.message)},
+          {"impact", finding.rule->impact}, {"fix", finding.rule->fix}};
 }
 
 /// A path as a URI reference.
@@ -46,8 +46,8 @@ Json sarifRules() {
   for (const Rule& rule : rules()) {
     list.push_back({{"id", rule.id},
                     {"shortDescription", {{"text", rule.title}}},
-                    {"fullDescription", {{"text", rule.effect}}},
-                    {"help", {{"text", rule.cure}}},
+                    {"fullDescription", {{"text", rule.impact}}},
+                    {"help", {{"text", rule.fix}}},
                     {"defaultConfiguration", {{"level", nameOf(rule.severity)}}}});
   }
   return list;
@@ -62,7 +62,7 @@ Json sarifResult(const Tool& tool, const Checked& checked, const Finding& findin
   return {{"ruleId", finding.rule->id},
           {"ruleIndex", finding.rule - rules().data()},
           {"level", nameOf(finding.rule->severity)},
-          {"message", {{"text", tool.codePage.toUtf8(finding.what)}}},
+          {"message", {{"text", tool.codePage.toUtf8(finding.message)}}},
           {"locations", Json::array({{{"physicalLocation", place}}})}};
 }
 
@@ -74,7 +74,7 @@ void printText(const Tool& tool, const std::vector<Checked>& all) {
       std::ostringstream line;
       line << pathOf(checked, finding) << ':';
       if (finding.line > 0) line << finding.line << ':' << finding.column << ':';
-      line << ' ' << nameOf(finding.rule->severity) << ": " << tool.shown(finding.what) << " ["
+      line << ' ' << nameOf(finding.rule->severity) << ": " << tool.shown(finding.message) << " ["
            << finding.rule->id << ']';
       tool.printLine(line.str());
     }

@@ -11,7 +11,7 @@
 
 namespace {
 
-using kova::Ending;
+using kova::ExitStatus;
 
 /// The command line: what was asked for, once it has been parsed.
 class CommandLine {
@@ -34,7 +34,7 @@ class CommandLine {
 
   CLI::App& app() { return app_; }
 
-  Ending run(const kova::Tool& tool) const {
+  ExitStatus run(const kova::Tool& tool) const {
     if (*check_) return kova::check(tool, checkOptions_);
     if (*diff_) return kova::diff(tool, diffOptions_);
     if (*show_) return kova::show(tool, showOptions_);
@@ -83,7 +83,7 @@ class CommandLine {
     restore_ = add("restore", "Bring back what backups hold; what is there is backed up first");
     restore_->add_flag("--dry-run", restoreOptions_.dryRun, "Only tell what would change");
     restore_->add_option("directory", restoreOptions_.directory, "Project directory")->required();
-    restore_->add_option("stamp", restoreOptions_.stamp, "Stamp of the backups")->required();
+    restore_->add_option("stamp", restoreOptions_.timestamp, "Stamp of the backups")->required();
     restore_->add_option("file", restoreOptions_.files, "Files to bring back; all without it");
   }
 
@@ -104,11 +104,11 @@ class CommandLine {
 };
 
 /// The exit status, once everything has been printed.
-int printed(Ending ending) {
+int printed(ExitStatus ending) {
   std::cout.flush();
   if (std::cout) return static_cast<int>(ending);
   std::cerr << "kova-project: the output could not be written\n";
-  return static_cast<int>(Ending::notDone);
+  return static_cast<int>(ExitStatus::error);
 }
 
 int run(const kova::Tool& tool, std::vector<std::string> words) {
@@ -124,14 +124,14 @@ int run(const kova::Tool& tool, std::vector<std::string> words) {
     line.app().parse(std::move(words));
   } catch (const CLI::ParseError& asked) {
     // Help and version come this way as well; a wrong command line must not look like findings.
-    return line.app().exit(asked) == 0 ? printed(Ending::nothingFound)
-                                       : static_cast<int>(Ending::notDone);
+    return line.app().exit(asked) == 0 ? printed(ExitStatus::noFindings)
+                                       : static_cast<int>(ExitStatus::error);
   }
   try {
     return printed(line.run(tool));
   } catch (const std::exception& failure) {
     tool.complain(failure.what());
-    return static_cast<int>(Ending::notDone);
+    return static_cast<int>(ExitStatus::error);
   }
 }
 
@@ -144,6 +144,6 @@ int main(int argc, char** argv) {
     return run(tool, kova::terminalWords(argc, argv));
   } catch (const std::exception& failure) {
     std::cerr << "kova-project: " << failure.what() << '\n';
-    return static_cast<int>(Ending::notDone);
+    return static_cast<int>(ExitStatus::error);
   }
 }

@@ -72,17 +72,17 @@ void printExample(const Tool& tool, const Example& example) {
 
 }  // namespace
 
-Ending listRules(const Tool& tool) {
+ExitStatus listRules(const Tool& tool) {
   tool.out << head << '\n';
   for (const Rule& rule : rules()) tool.out << "- [" << rule.id << "](#" << rule.id << ")\n";
   for (const Rule& rule : rules()) {
     tool.out << "\n## " << rule.id << "\n\n*" << nameOf(rule.severity) << ".* " << rule.title
              << ".\n\n"
-             << wrapped(std::string(rule.effect)) << '\n'
-             << wrapped("**What to do:** " + std::string(rule.cure));
+             << wrapped(std::string(rule.impact)) << '\n'
+             << wrapped("**What to do:** " + std::string(rule.fix));
     printExample(tool, rule.example);
   }
-  return Ending::nothingFound;
+  return ExitStatus::noFindings;
 }
 
 }  // namespace kova

@@ -56,7 +56,7 @@ class JsonProject {
   }
 
   Json json(const PropertyRecord& row) const {
-    const DescriptionParts parts = takeApart(row.description);
+    const DescriptionParts parts = parseDescription(row.description);
     return {{"exportName", text(row.exportName)},
             {"localName", text(row.localName)},
             {"property", text(row.propertyName)},
@@ -169,7 +169,7 @@ void printText(const Tool& tool, const ProjectReading& project) {
 
 }  // namespace
 
-Ending show(const Tool& tool, const ShowOptions& options) {
+ExitStatus show(const Tool& tool, const ShowOptions& options) {
   const ProjectReading project = naming(options.directory, [&] {
     return readProject(*tool.machine.files, tool.wizardText(options.directory), tool.codePage);
   });
@@ -178,7 +178,7 @@ Ending show(const Tool& tool, const ShowOptions& options) {
   } else {
     printText(tool, project);
   }
-  return Ending::nothingFound;
+  return ExitStatus::noFindings;
 }
 
 }  // namespace kova

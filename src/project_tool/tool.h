@@ -13,7 +13,7 @@
 namespace kova {
 
 /// How a command ends; the meaning is that of the tools that it stands beside.
-enum class Ending : int { nothingFound = 0, somethingFound = 1, notDone = 2 };
+enum class ExitStatus : int { noFindings = 0, findings = 1, error = 2 };
 
 inline constexpr int formatVersion = 1;  ///< of the JSON that commands print
 
@@ -39,31 +39,31 @@ struct CheckOptions {
   std::vector<std::string> directories;
   std::string format = "text";
 };
-Ending check(const Tool& tool, const CheckOptions& options);
+ExitStatus check(const Tool& tool, const CheckOptions& options);
 
 struct DiffOptions {
   std::string directory;
-  std::string other;  ///< a stamp or a directory; empty for the newest backups
+  std::string other;  ///< a timestamp or a directory; empty for the newest backups
 };
-Ending diff(const Tool& tool, const DiffOptions& options);
+ExitStatus diff(const Tool& tool, const DiffOptions& options);
 
 struct ShowOptions {
   std::string directory;
   std::string format = "text";
 };
-Ending show(const Tool& tool, const ShowOptions& options);
+ExitStatus show(const Tool& tool, const ShowOptions& options);
 
-Ending backups(const Tool& tool, const std::string& directory);
+ExitStatus backups(const Tool& tool, const std::string& directory);
 
 struct RestoreOptions {
   std::string directory;
-  std::int32_t stamp = 0;
+  std::int32_t timestamp = 0;
   std::vector<std::string> files;  ///< all of the set if there are none
   bool dryRun = false;
 };
-Ending restore(const Tool& tool, const RestoreOptions& options);
+ExitStatus restore(const Tool& tool, const RestoreOptions& options);
 
 /// The page of all rules.
-Ending listRules(const Tool& tool);
+ExitStatus listRules(const Tool& tool);
 
 }  // namespace kova

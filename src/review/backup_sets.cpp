@@ -16,7 +16,8 @@
 namespace kova {
 namespace {
 
-// A walk stamps each file by the clock, so a walk over a slow disk has several stamps in a row.
+// A walk timestamps each file by the clock, so a walk over a slow disk has several timestamps in a
+// row.
 constexpr std::int32_t longestPause = 2;  // seconds
 
 bool holds(const BackupSet& set, const std::string& name) {
@@ -25,8 +26,9 @@ bool holds(const BackupSet& set, const std::string& name) {
 }
 
 /// The files may belong to the walk of the set.
-bool continues(const BackupSet& set, std::int32_t stamp, const std::vector<BackedUpFile>& files) {
-  return stamp - set.last <= longestPause &&
+bool continues(const BackupSet& set, std::int32_t timestamp,
+               const std::vector<BackedUpFile>& files) {
+  return timestamp - set.last <= longestPause &&
          std::none_of(files.begin(), files.end(),
                       [&](const BackedUpFile& file) { return holds(set, file.name); });
 }
@@ -51,18 +53,19 @@ bool isThereAlready(const FileSystem& files, const Path& file, const std::string
 std::vector<BackupSet> backupSets(const FileSystem& files, const Path& folder) {
   const std::vector<std::string> names = files.plainFiles(folder);
   const std::vector<std::string> inUse = filesInUse(files, folder);
-  std::map<std::int32_t, std::vector<BackedUpFile>> byStamp;
+  std::map<std::int32_t, std::vector<BackedUpFile>> byTimestamp;
   for (const std::string& name : names) {
-    const auto parts = stampedName(name);
+    const auto parts = timestampedName(name);
     if (!parts || std::binary_search(inUse.begin(), inUse.end(), name)) continue;
-    const auto state = files.stamp(folder / name);
-    byStamp[parts->stamp].push_back({parts->original, name, state ? state->bytes : 0});
+    const auto state = files.state(folder / name);
+    byTimestamp[parts->timestamp].push_back({parts->original, name, state ? state->bytes : 0});
   }
   std::vector<BackupSet> sets;
-  for (auto& [stamp, added] : byStamp) {
-    if (sets.empty() || !continues(sets.back(), stamp, added)) sets.push_back({stamp, stamp, {}});
+  for (auto& [timestamp, added] : byTimestamp) {
+    if (sets.empty() || !continues(sets.back(), timestamp, added))
+      sets.push_back({timestamp, timestamp, {}});
     BackupSet& set = sets.back();
-    set.last = stamp;
+    set.last = timestamp;
     std::move(added.begin(), added.end(), std::back_inserter(set.files));
     std::sort(set.files.begin(), set.files.end(),
               [](const auto& one, const auto& other) { return one.name < other.name; });
@@ -71,30 +74,30 @@ std::vector<BackupSet> backupSets(const FileSystem& files, const Path& folder) {
   return sets;
 }
 
-std::optional<BackupSet> findBackupSet(const std::vector<BackupSet>& sets, std::int32_t stamp) {
+std::optional<BackupSet> findBackupSet(const std::vector<BackupSet>& sets, std::int32_t timestamp) {
   const auto found = std::find_if(sets.begin(), sets.end(), [&](const BackupSet& set) {
-    return set.first <= stamp && stamp <= set.last;
+    return set.first <= timestamp && timestamp <= set.last;
   });
   return found == sets.end() ? std::nullopt : std::optional(*found);
 }
 
-std::string localTime(std::int32_t stamp) {
-  const std::time_t moment = stamp;
+std::string localTime(std::int32_t timestamp) {
+  const std::time_t moment = timestamp;
   std::array<char, 32> text{};
   const std::tm* const parts = std::localtime(&moment);
-  if (parts == nullptr) return std::to_string(stamp);
+  if (parts == nullptr) return std::to_string(timestamp);
   const auto length = std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", parts);
   return {text.data(), length};
 }
 
-std::string ageText(std::int32_t stamp, std::int32_t now) {
+std::string ageText(std::int32_t timestamp, std::int32_t now) {
   struct Unit {
     std::int64_t seconds;
     const char* name;
   };
   constexpr std::array units = {Unit{86400, "day"}, Unit{3600, "hour"}, Unit{60, "minute"},
                                 Unit{1, "second"}};
-  const std::int64_t age = std::max<std::int64_t>(std::int64_t{now} - stamp, 0);
+  const std::int64_t age = std::max<std::int64_t>(std::int64_t{now} - timestamp, 0);
   const auto* const unit = std::find_if(units.begin(), units.end() - 1,
                                         [&](const Unit& one) { return age >= one.seconds; });
   return counted(static_cast<std::size_t>(age / unit->seconds), unit->name);
@@ -124,13 +127,13 @@ BackupSet partOf(const BackupSet& set, const std::vector<std::string>& names) {
 
 namespace {
 
-/// The last stamp ahead of `now` that no backup has. An entry replaces backups of its own second,
-/// and one is about to follow.
-std::int32_t lastFreeStamp(const FileSystem& files, const Path& folder, std::int32_t now) {
+/// The last timestamp ahead of `now` that no backup has. An entry replaces backups of its own
+/// second, and one is about to follow.
+std::int32_t lastFreeTimestamp(const FileSystem& files, const Path& folder, std::int32_t now) {
   const std::vector<BackupSet> sets = backupSets(files, folder);
-  std::int32_t stamp = now - 1;
-  while (findBackupSet(sets, stamp)) --stamp;
-  return stamp;
+  std::int32_t timestamp = now - 1;
+  while (findBackupSet(sets, timestamp)) --timestamp;
+  return timestamp;
 }
 
 }  // namespace
@@ -143,7 +146,7 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
     contents.emplace_back(file.name,
                           naming(file.backup, [&] { return files.read(path / file.backup); }));
   }
-  StoppedClock clock(lastFreeStamp(files, path, platform.clock.unixTime()));
+  StoppedClock clock(lastFreeTimestamp(files, path, platform.clock.unixTime()));
   // Whatever it finds is something that it has not written itself, so it backs it up.
   ProjectOnDisk nothingKnown;
   TableWriter tables(files, clock, path, nothingKnown);
@@ -166,8 +169,9 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
   for (std::size_t next = restored.files.size(); next < contents.size(); ++next) {
     restored.missing.push_back(contents[next].first);
   }
+  files.removeStaleTemporaryFiles(path);
   if (restored.failure.empty()) attempt(path.native, [&] { files.flushAll(path); });
-  for (const ForeignChange& change : nothingKnown.foreignChanges) {
+  for (const ExternalChange& change : nothingKnown.externalChanges) {
     restored.kept.push_back(change.backup);
   }
   return restored;

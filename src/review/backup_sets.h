@@ -20,7 +20,7 @@ struct BackedUpFile {
   std::uint64_t bytes = 0;
 };
 
-/// What one walk has copied. A walk that takes longer than a second has several stamps.
+/// What one walk has copied. A walk that takes longer than a second has several timestamps.
 struct BackupSet {
   std::int32_t first = 0;  ///< seconds since 1970-01-01 00:00:00 UTC
   std::int32_t last = 0;
@@ -30,13 +30,13 @@ struct BackupSet {
 /// The sets of a folder, the newest first. Throws Failure if it can't be listed.
 std::vector<BackupSet> backupSets(const FileSystem& files, const Path& folder);
 
-/// The set that holds a stamp.
-std::optional<BackupSet> findBackupSet(const std::vector<BackupSet>& sets, std::int32_t stamp);
+/// The set that holds a timestamp.
+std::optional<BackupSet> findBackupSet(const std::vector<BackupSet>& sets, std::int32_t timestamp);
 
 /// "2026-11-24 16:05:09" in the time zone of the machine.
-std::string localTime(std::int32_t stamp);
+std::string localTime(std::int32_t timestamp);
 /// "5 minutes", "3 hours", "2 days"; "0 seconds" for what is to come.
-std::string ageText(std::int32_t stamp, std::int32_t now);
+std::string ageText(std::int32_t timestamp, std::int32_t now);
 
 /// The tables in a set. Throws Failure if one can't be read.
 ProjectFiles filesOf(const FileSystem& files, const Path& folder, const BackupSet& set);

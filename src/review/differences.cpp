@@ -6,7 +6,7 @@
 #include <set>
 #include <utility>
 
-#include "review/form_differences.h"
+#include "review/formatting_differences.h"
 #include "review/table_text.h"
 #include "tables/alarm_table.h"
 #include "tables/export_table.h"
@@ -80,8 +80,8 @@ class Comparison {
       columns_.push_back({std::string(columns[index].tag), columns[index].kind, position(before),
                           position(after)});
     }
-    addForeign(before, &SharedColumn::before);
-    addForeign(after, &SharedColumn::after);
+    addUnknown(before, &SharedColumn::before);
+    addUnknown(after, &SharedColumn::after);
   }
 
   std::vector<RowChange> run() {
@@ -103,7 +103,7 @@ class Comparison {
   }
 
  private:
-  void addForeign(const TableText& table, std::int16_t SharedColumn::*position) {
+  void addUnknown(const TableText& table, std::int16_t SharedColumn::*position) {
     for (std::size_t index = 0; index < table.header.cells.size(); ++index) {
       const std::string tag(table.header.cells[index].text);
       if (tag.empty() || table.isKnown(index)) continue;
@@ -200,7 +200,7 @@ std::optional<FileDifference> compareFile(std::string_view name,
   const TableText from = parseTable(kind, before ? std::string_view(*before) : std::string_view());
   const TableText to = parseTable(kind, after ? std::string_view(*after) : std::string_view());
   difference.rows = Comparison(from, to).run();
-  if (before && after) difference.form = formDifferences(from, to);
+  if (before && after) difference.form = formattingDifferences(from, to);
   if (difference.rows.empty() && difference.form.empty() && before && after) {
     difference.form = {"blanks or numbers are written in another way"};
   }

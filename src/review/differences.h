@@ -43,7 +43,7 @@ struct FileDifference {
   std::string name;           ///< in the machine's own form
   Sign sign = Sign::changed;  ///< of the file; never moved
   std::vector<RowChange> rows;
-  /// What differs in form only, in sentences: line ends, comments, columns, numbers.
+  /// What differs in form only, in messages: line endings, comments, columns, numbers.
   std::vector<std::string> form;
 };
 

@@ -22,7 +22,7 @@ std::string_view nameOf(Severity severity) {
 std::vector<Finding> findFindings(const ProjectReading& project) {
   std::vector<Finding> findings;
   for (const Rule& rule : rules()) {
-    rule.look(project, [&](const Place& place, const std::string& what) {
+    rule.check(project, [&](const Place& place, const std::string& what) {
       findings.push_back({&rule, std::string(place.file), place.line, place.column, what});
     });
   }

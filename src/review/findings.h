@@ -36,10 +36,10 @@ struct Rule {
   std::string_view id;
   Severity severity = Severity::warning;
   std::string_view title;   ///< what it is
-  std::string_view effect;  ///< what it will do
-  std::string_view cure;    ///< what to do
+  std::string_view impact;  ///< what it will do
+  std::string_view fix;     ///< what to do
   Example example;
-  void (*look)(const ProjectReading& project, const Report& report) = nullptr;
+  void (*check)(const ProjectReading& project, const Report& report) = nullptr;
 };
 
 /// All rules in the order of the page that lists them.
@@ -50,7 +50,7 @@ struct Finding {
   std::string file;  ///< name in the machine's own form
   std::size_t line = 0;
   std::size_t column = 0;
-  std::string what;  ///< a sentence without its full stop, in wizard text
+  std::string message;  ///< a message without its full stop, in wizard text
 };
 
 /// Findings in the order of files, lines and columns.

@@ -136,12 +136,12 @@ std::vector<std::string> OverlayFiles::plainFiles(const Path& folder) const {
   return {names.begin(), names.end()};
 }
 
-std::optional<FileStamp> OverlayFiles::stamp(const Path& file) const {
+std::optional<FileState> OverlayFiles::state(const Path& file) const {
   const Remembered* remembered = find(file);
-  if (remembered == nullptr) return below_.stamp(file);
+  if (remembered == nullptr) return below_.state(file);
   if (!remembered->content) return std::nullopt;
   // No machine has a device and an inode of number 0.
-  return FileStamp{.bytes = remembered->content->size(), .modified = remembered->change};
+  return FileState{.bytes = remembered->content->size(), .modified = remembered->change};
 }
 
 bool OverlayFiles::nameFits(const Path& folder, std::string_view name) const {
@@ -153,7 +153,7 @@ bool OverlayFiles::ignoresCase(const Path& folder) const {
   // A file that answers to both names tells it without a file being made.
   for (const std::string& name : below_.plainFiles(there)) {
     const std::string other = inOtherCase(name);
-    if (other != name) return below_.stamp(there / name) == below_.stamp(there / other);
+    if (other != name) return below_.state(there / name) == below_.state(there / other);
   }
   return below_.ignoresCase(there);
 }

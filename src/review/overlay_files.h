@@ -38,14 +38,14 @@ class OverlayFiles : public FileSystem {
   bool copyAside(const Path& from, const Path& to) override;
   void remove(const Path& file) override;
   std::vector<std::string> plainFiles(const Path& folder) const override;
-  std::optional<FileStamp> stamp(const Path& file) const override;
+  std::optional<FileState> state(const Path& file) const override;
   bool nameFits(const Path& folder, std::string_view name) const override;
   std::string withoutCase(std::string_view name) const override { return below_.withoutCase(name); }
   bool ignoresCase(const Path& folder) const override;
   /// Held at once: nobody else sees these files.
   std::unique_ptr<FolderLock> lock(const Path& folder) override;
   void flushAll(const Path&) override {}
-  void removeLeftovers(const Path&) override {}
+  void removeStaleTemporaryFiles(const Path&) override {}
 
  private:
   struct Remembered {

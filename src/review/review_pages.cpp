@@ -6,9 +6,9 @@
 #include <string_view>
 #include <utility>
 
-#include "core/project_entry.h"
+#include "core/project_open.h"
 #include "core/status.h"
-#include "review/done_sentence.h"
+#include "review/done_message.h"
 #include "review/findings.h"
 #include "review/overlay_files.h"
 #include "review/preview.h"
@@ -32,9 +32,9 @@ std::string_view wordOf(Sign sign) {
   return {};
 }
 
-Tone toneOf(Sign sign) {
-  if (sign == Sign::added) return Tone::added;
-  return sign == Sign::removed ? Tone::removed : Tone::changed;
+Style styleOf(Sign sign) {
+  if (sign == Sign::added) return Style::added;
+  return sign == Sign::removed ? Style::removed : Style::changed;
 }
 
 /// A line or a group with its sign.
@@ -42,8 +42,8 @@ template <class Signed>
 Signed withSign(Sign sign) {
   Signed result;
   result.sign = std::string(1, mark(sign));
-  result.spoken = wordOf(sign);
-  result.tone = toneOf(sign);
+  result.accessible = wordOf(sign);
+  result.style = styleOf(sign);
   return result;
 }
 
@@ -99,11 +99,11 @@ ReviewGroup groupOf(const FileSystem& files, const FileDifference& file) {
   group.key = file.name;
   group.name = files.text(file.name);
   for (const RowChange& row : file.rows) group.lines.push_back(lineOf(group.name, row));
-  for (const std::string& sentence : file.form) {
+  for (const std::string& message : file.form) {
     auto line = withSign<ReviewLine>(Sign::changed);
-    line.key = sentence;
-    line.texts = {sentence};
-    line.whole = sentence;
+    line.key = message;
+    line.texts = {message};
+    line.whole = message;
     group.lines.push_back(std::move(line));
   }
   return group;
@@ -137,13 +137,13 @@ ReviewLine lineOf(const ProjectReading& project, const Finding& finding) {
   line.key = std::string(finding.rule->id) + ' ' + std::to_string(finding.line) + ' ' +
              std::to_string(finding.column);
   const Severity severity = finding.rule->severity;
-  if (severity != Severity::note) line.tone = Tone::changed;
-  if (severity == Severity::error) line.tone = Tone::removed;
+  if (severity != Severity::note) line.style = Style::changed;
+  if (severity == Severity::error) line.style = Style::removed;
   constexpr std::string_view signs = "i?!";
   line.sign = signs.substr(static_cast<std::size_t>(severity), 1);
-  line.spoken = nameOf(severity);
-  line.texts = {finding.line == 0 ? "" : std::to_string(finding.line), finding.what + '.',
-                std::string(finding.rule->effect), std::string(finding.rule->cure)};
+  line.accessible = nameOf(severity);
+  line.texts = {finding.line == 0 ? "" : std::to_string(finding.line), finding.message + '.',
+                std::string(finding.rule->impact), std::string(finding.rule->fix)};
   line.whole = line.texts[1] + ' ' + line.texts[2] + ' ' + line.texts[3];
   const TableText& table = project.table(finding.file);
   for (const TextRow& row : table.rows) {
@@ -159,7 +159,8 @@ ReviewLine lineOf(const ProjectReading& project, const Finding& finding) {
 }
 
 bool isGraver(const ReviewLine& one, const ReviewLine& other) {
-  return one.tone == Tone::removed || (one.tone == Tone::changed && other.tone == Tone::plain);
+  return one.style == Style::removed ||
+         (one.style == Style::changed && other.style == Style::plain);
 }
 
 /// One group a file, with the sign of its gravest finding.
@@ -176,8 +177,8 @@ std::vector<ReviewGroup> groupsOf(const ProjectReading& project,
         *std::max_element(group.lines.begin(), group.lines.end(),
                           [](const auto& one, const auto& other) { return isGraver(other, one); });
     group.sign = gravest.sign;
-    group.spoken = gravest.spoken;
-    group.tone = gravest.tone;
+    group.accessible = gravest.accessible;
+    group.style = gravest.style;
   }
   return groups;
 }
@@ -220,8 +221,8 @@ ReviewLine lineOf(const FileSystem& files, const BackedUpFile& file,
   const ReviewGroup group = groupOf(files, *difference);
   return {.key = file.name,
           .sign = group.sign,
-          .spoken = group.spoken,
-          .tone = group.tone,
+          .accessible = group.accessible,
+          .style = group.style,
           .texts = {group.name},
           .below = group.lines};
 }
@@ -244,8 +245,8 @@ ReviewGroup groupOf(const Wizard& wizard, const Path& folder, const ProjectFiles
       group.lines.push_back(lineOf(files, file, differences));
     }
   } catch (const Failure& failure) {
-    const std::string told = wizard.platform.files.text(failure.what());
-    group.lines.push_back({.texts = {told}, .whole = told});
+    const std::string reported = wizard.platform.files.text(failure.what());
+    group.lines.push_back({.texts = {reported}, .whole = reported});
   }
   return group;
 }
@@ -259,8 +260,8 @@ bool willReadNames(const Wizard& wizard) {
           : storedLocalName(
                 rowOf(state.project.exportTable, state.project.exportCount - 1).localName);
   const FileSystem& files = wizard.platform.files;
-  return files.fileExists(
-      files.path(projectFile(wizard.state.project, serverNamesFile(localName))));
+  // Rather a name too many in the question than one too few.
+  return mayExist(files, files.path(projectFile(state.project, serverNamesFile(localName))));
 }
 
 std::string restoreQuestion(const Wizard& wizard, const BackupSet& set) {

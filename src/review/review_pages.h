@@ -16,16 +16,16 @@
 
 namespace kova {
 
-enum class Tone : std::uint8_t { plain, added, removed, changed };
+enum class Style : std::uint8_t { plain, added, removed, changed };
 
 struct ReviewLine {
-  std::string key = {};     ///< which row, field, finding or file it is; empty if it is none
-  std::string sign = {};    ///< one character, or none
-  std::string spoken = {};  ///< the sign as a word
-  Tone tone = Tone::plain;
+  std::string key = {};         ///< which row, field, finding or file it is; empty if it is none
+  std::string sign = {};        ///< one character, or none
+  std::string accessible = {};  ///< the sign as a word
+  Style style = Style::plain;
   std::vector<std::string> texts = {};  ///< one a column of the page
   std::string property = {};            ///< that the line is about, empty if it is about none
-  std::string whole = {};               ///< its sentences, which are longer than a column
+  std::string whole = {};               ///< its messages, which are longer than a column
   std::vector<ReviewLine> below = {};
 
   bool operator==(const ReviewLine&) const = default;
@@ -35,16 +35,16 @@ struct ReviewLine {
 struct ReviewGroup {
   std::string key = {};  ///< which file or set of backups it is
   std::string sign = {};
-  std::string spoken = {};
-  Tone tone = Tone::plain;
+  std::string accessible = {};
+  Style style = Style::plain;
   std::string name = {};
   std::string age = {};  ///< of a set of backups
   std::vector<ReviewLine> lines = {};
 
   /// Time alone changes nothing but the age.
   bool operator==(const ReviewGroup& other) const {
-    return std::tie(key, sign, spoken, tone, name, lines) ==
-           std::tie(other.key, other.sign, other.spoken, other.tone, other.name, other.lines);
+    return std::tie(key, sign, accessible, style, name, lines) ==
+           std::tie(other.key, other.sign, other.accessible, other.style, other.name, other.lines);
   }
 };
 

@@ -25,14 +25,14 @@ class NamedLists {
 
   // `byName` is what the name of a file alone tells.
   FileVerdict verdict(const std::string& name, FileVerdict byName) {
-    const auto parts = stampedName(name);
+    const auto parts = timestampedName(name);
     if (byName == FileVerdict::inUse || !parts || !stemOf(parts->original)) return byName;
     const auto stem = stemOf(name);
     if (!stem && byName != FileVerdict::backupDeleted) return byName;
     if (!readAlready_) exports_ = readExports();
     readAlready_ = true;
     if (!exports_) return FileVerdict::backupKept;
-    // Anywhere in it, so that it takes neither a row nor a line end that is in order.
+    // Anywhere in it, so that it takes neither a row nor a line ending that is in order.
     return stem && exports_->find(*stem) != std::string::npos ? FileVerdict::inUse : byName;
   }
 
@@ -52,7 +52,8 @@ class NamedLists {
       const std::string content = files_.read(folder_ / exportsFileName);
       TableLines lines(content);
       const auto header = lines.next();
-      if (!header || getCsvColumn(*header, tagOf(&PropertyRecord::propertyName)) < 0) return std::nullopt;
+      if (!header || getCsvColumn(*header, tagOf(&PropertyRecord::propertyName)) < 0)
+        return std::nullopt;
       while (lines.next()) continue;
       return files_.withoutCase(content);
     } catch (const Failure&) {
@@ -98,7 +99,7 @@ class Walk {
     try {
       files_.remove(directory_ / name);
     } catch (const Failure& failure) {
-      throw BackupFailure(failure, BackupTrouble::notDeleted, name, result_.deleted);
+      throw BackupFailure(failure, BackupError::notDeleted, name, result_.deleted);
     }
     ++result_.deleted;
   }
@@ -108,15 +109,15 @@ class Walk {
     const Path backup = directory_ / backupName(name, clock_.unixTime());
     try {
       // Looked at ahead of the copy, so that a change in between shows as one.
-      if (const auto stamp = files_.stamp(file)) {
-        result_.stamps.emplace_hint(result_.stamps.end(), name, *stamp);
+      if (const auto state = files_.state(file)) {
+        result_.states.emplace_hint(result_.states.end(), name, *state);
       }
       const bool isNew = !files_.fileExists(backup);
       files_.copy(file, backup);
-      if (isNew) added_.emplace_back(backup, files_.stamp(backup));
+      if (isNew) added_.emplace_back(backup, files_.state(backup));
     } catch (const Failure& failure) {
       takeBack();
-      throw BackupFailure(failure, BackupTrouble::notCopied, name, result_.deleted);
+      throw BackupFailure(failure, BackupError::notCopied, name, result_.deleted);
     }
     ++result_.copied;
   }
@@ -126,7 +127,7 @@ class Walk {
     for (const auto& [backup, made] : added_) {
       try {
         // Another wizard may have put its own copy there within the same second.
-        if (files_.stamp(backup) == made) files_.remove(backup);
+        if (files_.state(backup) == made) files_.remove(backup);
       } catch (const Failure&) {
         continue;  // the others can go all the same
       }
@@ -143,34 +144,35 @@ class Walk {
   const Path& directory_;
   const std::function<void(std::size_t)>& progress_;
   BackupResult result_;
-  std::vector<std::pair<Path, std::optional<FileStamp>>> added_;
+  std::vector<std::pair<Path, std::optional<FileState>>> added_;
   std::size_t done_ = 0;
 };
 
 }  // namespace
 
-std::optional<StampedName> stampedName(std::string_view name) {
+std::optional<TimestampedName> timestampedName(std::string_view name) {
   const auto base = baseOf(name);
   const auto dash = base.rfind('-');
   if (dash == std::string_view::npos) return std::nullopt;
   const auto digits = base.substr(dash + 1);
   const auto* const end = digits.data() + digits.size();
-  std::int32_t stamp = 0;
-  const auto read = std::from_chars(digits.data(), end, stamp);
+  std::int32_t timestamp = 0;
+  const auto read = std::from_chars(digits.data(), end, timestamp);
   const bool whole = read.ec == std::errc() && read.ptr == end;
   if (!whole || (digits.size() > 1 && digits.front() == '0')) return std::nullopt;
-  return StampedName{std::string(base.substr(0, dash)).append(name.substr(base.size())), stamp};
+  return TimestampedName{std::string(base.substr(0, dash)).append(name.substr(base.size())),
+                         timestamp};
 }
 
 FileVerdict classify(std::string_view name, const std::vector<std::string>& names,
                      std::int32_t now) {
-  const auto parts = stampedName(name);
+  const auto parts = timestampedName(name);
   if (!parts || !std::binary_search(names.begin(), names.end(), parts->original)) {
     return FileVerdict::inUse;
   }
   // Of any length, or a clock that stands in the seventies would take each backup for a new file.
-  if (parts->stamp >= std::int64_t{now} - backupAge) return FileVerdict::backupKept;
-  return parts->stamp >= smallestOldTimestamp ? FileVerdict::backupDeleted : FileVerdict::inUse;
+  if (parts->timestamp >= std::int64_t{now} - backupAge) return FileVerdict::backupKept;
+  return parts->timestamp >= smallestOldTimestamp ? FileVerdict::backupDeleted : FileVerdict::inUse;
 }
 
 std::vector<ClassifiedFile> classifyFiles(const FileSystem& files, const Path& folder,
@@ -185,10 +187,10 @@ std::vector<ClassifiedFile> classifyFiles(const FileSystem& files, const Path& f
   return classified;
 }
 
-std::string backupName(std::string_view name, std::int32_t stamp) {
+std::string backupName(std::string_view name, std::int32_t timestamp) {
   const auto base = baseOf(name);
   std::string backup(base);
-  return (backup += '-' + std::to_string(stamp)).append(name.substr(base.size()));
+  return (backup += '-' + std::to_string(timestamp)).append(name.substr(base.size()));
 }
 
 BackupResult backupExistingFiles(FileSystem& files, const Clock& clock, const Path& directory,

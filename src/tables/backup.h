@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Time-stamped copies of everything that lies in a project directory.
+// Timestamped copies of everything that lies in a project directory.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +24,7 @@ inline constexpr std::int32_t smallestOldTimestamp = 1'000'000'000;
 enum class FileVerdict { inUse, backupKept, backupDeleted };
 
 /// What the name of a plain file tells at the time `now`, among the sorted `names` of its folder. A
-/// backup has a time stamp, a number that stands alone behind the last dash of its base, and lies
+/// backup has a timestamp, a number that stands alone behind the last dash of its base, and lies
 /// beside the file that it is a backup of. One that is to be deleted has ten digits.
 FileVerdict classify(std::string_view name, const std::vector<std::string>& names,
                      std::int32_t now);
@@ -40,43 +40,42 @@ std::vector<ClassifiedFile> classifyFiles(const FileSystem& files, const Path& f
                                           std::int32_t now);
 
 /// The name of a backup, taken apart.
-struct StampedName {
+struct TimestampedName {
   std::string original;
-  std::int32_t stamp = 0;
+  std::int32_t timestamp = 0;
 };
 /// Nothing if the base does not end in a dash and a number. Whether it is a backup, `classify`
 /// tells.
-std::optional<StampedName> stampedName(std::string_view name);
+std::optional<TimestampedName> timestampedName(std::string_view name);
 
-/// Name of the backup of file `name` with this time stamp.
-std::string backupName(std::string_view name, std::int32_t stamp);
+/// Name of the backup of file `name` with this timestamp.
+std::string backupName(std::string_view name, std::int32_t timestamp);
 
 /// States of the files of a folder, by their name in the machine's own form.
-using FolderStamps = std::map<std::string, FileStamp, std::less<>>;
+using FolderStates = std::map<std::string, FileState, std::less<>>;
 
 /// What a walk has done.
 struct BackupResult {
   std::size_t copied = 0;
   std::size_t deleted = 0;
-  FolderStamps stamps;  ///< files in use as they were when they were copied
+  FolderStates states;  ///< files in use as they were when they were copied
 };
 
 /// Why a walk has ended ahead of its time.
-enum class BackupTrouble { notDeleted, notCopied };
+enum class BackupError { notDeleted, notCopied };
 
 /// A file that a walk could not deal with.
 class BackupFailure : public Failure {
  public:
-  BackupFailure(const Failure& cause, BackupTrouble trouble, std::string_view file,
-                std::size_t deleted)
-      : Failure(cause), trouble_(trouble), file_(file), deleted_(deleted) {}
-  BackupTrouble trouble() const { return trouble_; }
+  BackupFailure(const Failure& cause, BackupError error, std::string_view file, std::size_t deleted)
+      : Failure(cause), error_(error), file_(file), deleted_(deleted) {}
+  BackupError error() const { return error_; }
   const std::string& file() const { return file_; }
   /// Backups that were deleted ahead of it.
   std::size_t deleted() const { return deleted_; }
 
  private:
-  BackupTrouble trouble_;
+  BackupError error_;
   std::string file_;
   std::size_t deleted_;
 };

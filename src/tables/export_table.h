@@ -79,9 +79,9 @@ ExportTexts exportTexts(const PropertyRecord& row);
 /// The columns of "exports.csv" in the order of the file.
 std::span<const ColumnFacts> exportColumns();
 
-/// Header line of "exports.csv" with its line end.
+/// Header line of "exports.csv" with its line ending.
 std::string exportHeaderLine();
-/// Data line of row `index` (from 0) with its line end.
+/// Data line of row `index` (from 0) with its line ending.
 std::string exportDataLine(const PropertyRecord& row, std::int16_t index);
 
 /// Line by which the property list shows a row: "[export name] property name <text>".

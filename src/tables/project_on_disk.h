@@ -43,7 +43,7 @@ class PackedTexts {
 };
 
 /// A table that somebody else has written since the wizard looked at it last.
-struct ForeignChange {
+struct ExternalChange {
   std::string file;
   std::string backup;  ///< keeps what they wrote
 };
@@ -57,9 +57,9 @@ struct ProjectOnDisk {
   PackedTexts namesRead;    ///< of the server, in the file that they are read from
   /// Of properties with names of their own, by property name.
   std::map<std::string, PackedTexts, std::less<>> nameLists;
-  FolderStamps stamps;            ///< by which a foreign change shows
+  FolderStates states;            ///< by which a foreign change shows
   bool backupsUnflushed = false;  ///< the entry has made backups that a power cut may still empty
-  std::vector<ForeignChange> foreignChanges;  ///< that the last Done has found
+  std::vector<ExternalChange> externalChanges;  ///< that the last Done has found
   /// Why the last Done has copied nothing, if the environment names a repository nevertheless.
   std::string repositoryNotUsed;
   bool notWaitedFor = false;  ///< the last Done has gone on beside a wizard that was finishing too

@@ -29,7 +29,7 @@ std::string rangePrefix(std::string_view minimum, std::string_view maximum,
   return prefix + "]";
 }
 
-DescriptionParts takeApart(std::string_view description) {
+DescriptionParts parseDescription(std::string_view description) {
   DescriptionParts parts;
   const auto open = description.find('[');
   const auto close = description.find(']');

@@ -23,6 +23,6 @@ struct DescriptionParts {
   std::string units;
   std::string rest;
 };
-DescriptionParts takeApart(std::string_view description);
+DescriptionParts parseDescription(std::string_view description);
 
 }  // namespace kova

@@ -29,7 +29,7 @@ inline void checkRoom(std::int16_t rows) {
 /// A table with room for all its rows, so that none of them ever moves. They take memory only once
 /// they are used.
 template <class Table>
-Table roomyTable() {
+Table reservedTable() {
   Table table;
   table.reserve(static_cast<std::size_t>(tableRows));
   return table;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t largestColumn = std::numeric_limits<std::int16_t>::max();
 
-// All blanks and line ends lie at or below the space.
+// All blanks and line endings lie at or below the space.
 bool isPrinted(char character) {
   return static_cast<unsigned char>(character) > ' ';
 }

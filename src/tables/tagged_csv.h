@@ -29,7 +29,7 @@ using ReplaceFile = std::function<void(const Path& file, std::string_view conten
 /// first empty column answers to every tag. -1 if there is none.
 std::int16_t getCsvColumn(std::string_view line, std::string_view tag);
 
-/// `text` without the blanks (space, tab, NUL) and line ends at both of its ends.
+/// `text` without the blanks (space, tab, NUL) and line endings at both of its ends.
 std::string_view stripBlanks(std::string_view text);
 
 /// A line that begins with this sign is a comment.
@@ -102,7 +102,7 @@ TableSource tablesIn(const FileSystem& files, std::string_view folder);
 /// `faultOfName` finds fault: it would name a file elsewhere, or none.
 Path fileInFolder(const FileSystem& files, std::string_view folder, std::string_view name);
 
-/// One line of a table with its line end, the fields joined by commas as they are.
+/// One line of a table with its line ending, the fields joined by commas as they are.
 std::string csvLine(std::span<const std::string> fields);
 /// The same behind other lines.
 void appendCsvLine(std::string& lines, std::span<const std::string_view> fields);

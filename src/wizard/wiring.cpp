@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "completion/done.h"
-#include "core/project_entry.h"
+#include "core/project_open.h"
 #include "core/start_up.h"
 #include "editing/add_remove.h"
 #include "editing/alarm_panel.h"

@@ -7,7 +7,7 @@
 namespace kova::test {
 
 struct Entry : Flow {
-  /// The sentence of an entry that another one has gone ahead of.
+  /// The message of an entry that another one has gone ahead of.
   std::string entered(const std::string& folder) {
     form.ProjectDir.click();
     type(form.ProjectDir, home.path());

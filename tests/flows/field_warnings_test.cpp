@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The marks beside the fields: each sentence, and that what it foretells comes true.
+// The marks beside the fields: each message, and that what it foretells comes true.
 #include "editing/field_warnings.h"
 
 #include <array>

@@ -41,7 +41,7 @@ TEST(PanelTexts, ADescriptionBeginsWithItsRange) {
                                     {"[a]x", "no text", "no text", "", "[a]x"},
                                     {"]x[0:1 V]", "no text", "no text", "", "]x[0:1 V]"}};
   for (const Parts& expected : cases) {
-    const DescriptionParts parts = takeApart(expected[0]);
+    const DescriptionParts parts = parseDescription(expected[0]);
     const Parts found = {expected[0], parts.minimum.value_or("no text"),
                          parts.maximum.value_or("no text"), parts.units, parts.rest};
     EXPECT_EQ(found, expected);

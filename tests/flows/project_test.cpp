@@ -2,7 +2,7 @@
 // Start-up, names, entering a project, Done, the guided dialog.
 #include <filesystem>
 
-#include "completion/names_files.h"
+#include "completion/device_list_checks.h"
 #include "support/flow.h"
 #include "support/memory_file.h"
 

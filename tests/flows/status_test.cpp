@@ -9,7 +9,7 @@ namespace {
 
 struct Status : Flow {
   Status() {
-    wizard.statusLine.mirror = [this] { line = status(); };
+    wizard.statusLine.notifyView = [this] { line = status(); };
   }
 
   void remove(int row) {

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <regex>
 #include <thread>
 
@@ -17,12 +18,14 @@ class ProgramStarter : public ::testing::Test {
   void SetUp() override { std::filesystem::current_path(folder.path()); }
   void TearDown() override { std::filesystem::current_path("/"); }
 
-  /// The program "record" of a subfolder writes its words and what it has open, to "out".
+  /// The program "record" of a subfolder writes its words, what it has open and whether it belongs
+  /// to the session of another, to "out".
   void writeProgram(const std::string& where) const {
     const std::string file = where + "/record";
     std::filesystem::create_directory(folder.path(where));
     folder.write(file,
                  "#!/bin/sh\ncd \"${0%/*}\"; { printf '[%s]' \"$@\"; readlink /proc/$$/fd/0\n"
+                 "[ $$ = `cut -d' ' -f6 /proc/$$/stat` ] || echo session\n"
                  "[ -e /proc/$$/fd/9 ] && echo inherited; echo end; } > out\n");
     std::filesystem::permissions(folder.path(file), std::filesystem::perms{0755});
   }
@@ -51,6 +54,7 @@ TEST_F(ProgramStarter, SearchesAbsoluteFoldersOnlyAndHandsWordsOver) {
   const std::string unusable = "::.:../near:" + folder.path("none");
   ::setenv("PATH", (unusable + ":" + folder.path("far") + ":/bin:/usr/bin").c_str(), 1);
   ::dup2(STDERR_FILENO, 9);
+  ASSERT_NE(std::freopen("record", "r", stdin), nullptr);
 
   start("record  a;b \xB0 $(x) '*");
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A whole run of the wizard, again and again, with one of its calls to the system failing.
 #include "reliability/faults.h"
+#include "review/review_pages.h"
 
 namespace kova::test {
 namespace {
@@ -11,8 +12,9 @@ TEST_F(Faults, EveryKindOfCallMayFail) {
     for (const std::size_t at : moments()) {
       const std::string& kind = calls[at - 1].name;
       SCOPED_TRACE(kind + " fails as call " + std::to_string(at) + (onwards ? " and on" : ""));
-      const bool told = survives({.at = at, .error = onwards ? EIO : ENOSPC, .onwards = onwards});
-      ++answers[kind].at(told ? 1 : 0);
+      const bool reported =
+          survives({.at = at, .error = onwards ? EIO : ENOSPC, .onwards = onwards});
+      ++answers[kind].at(reported ? 1 : 0);
       if (HasFailure()) return;
     }
   }
@@ -24,6 +26,26 @@ TEST_F(Faults, EveryKindOfCallMayFail) {
   }
   EXPECT_EQ(answers.size(), callsOfARun.kinds);
   EXPECT_EQ(silent, callsOfARun.silent) << "of the entry";
+}
+
+TEST(Restoring, LosesNoPresentTableWhateverFails) {
+  std::size_t at = 0;
+  for (bool struck = true; struck;) {
+    Project project;
+    Wizard& wizard = project.wizard->program.wizard;
+    wizard.state.project.projectPath = project.home.path("MAGNET");
+    project.wizard->answers.push_back(Answer::yes);
+    systemCalls() = {.folder = wizard.state.project.projectPath, .at = ++at, .error = EIO};
+    const auto sets = backupSetsOf(wizard);
+    if (!sets.empty()) restoreIfWanted(wizard, sets.front());
+    struck = std::exchange(systemCalls(), {}).made.size() >= at;
+    SCOPED_TRACE("call " + std::to_string(at));
+    const std::string table = std::string("MAGNET") + pathSeparator + "exports.csv";
+    project.expectWholeTables({{table, "long past"}});
+    const bool reported = sets.empty() || project.messages().size() > 1;
+    EXPECT_TRUE(reported || project.home.read(table) == "long past");
+  }
+  EXPECT_GT(at, 20U);
 }
 
 TEST(Generators, ThatCannotBeStartedCostAMessageEach) {

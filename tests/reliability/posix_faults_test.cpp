@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "reliability/faults.h"
+#include "review/backup_sets.h"
 
 namespace kova::test {
 namespace {
@@ -38,15 +39,32 @@ TEST_F(Faults, AKillAtAnyMomentLeavesWholeTables) {
   for (const auto& [what, count] : left) RecordProperty(what, count);
 }
 
+TEST_F(Faults, AnInterruptedCheckIsRepeated) {
+  for (const std::size_t at : moments()) {
+    if (calls[at - 1].name != "stat") continue;
+    EXPECT_FALSE(survives({.at = at, .error = EINTR})) << "call " << at;
+  }
+}
+
+/// The folders that have got names which no later flush has reached.
+std::set<std::filesystem::path> foldersNotFlushed(const std::vector<SystemCalls::Call>& calls) {
+  std::set<std::filesystem::path> folders;
+  for (const SystemCalls::Call& call : calls) {
+    const std::filesystem::path path(call.path);
+    const bool names = call.name == "rename" || call.name == "linkat" || call.name == "mkdir";
+    if (names && call.done) folders.insert((path / "..").lexically_normal());
+    if (call.name == "fsync" || call.name == "syncfs") folders.erase(path / "");
+  }
+  return folders;
+}
+
 TEST_F(Faults, DoneReplacesTablesOnceAllBytesAreFlushedAndFlushesTheNamesInTheEnd) {
   std::set<std::filesystem::path> bytes;
-  std::set<std::filesystem::path> names;
   for (std::size_t at = 0; at < calls.size(); ++at) {
     const SystemCalls::Call& call = calls[at];
     const std::filesystem::path path(call.path);
     if (call.name == "write") bytes.insert(path);
     if (call.name == "fsync" || call.name == "unlink") bytes.erase(path);
-    if (call.name == "fsync" || call.name == "syncfs") names.erase(path);
     // The repository may lie on another disk than the project.
     if (call.name == "syncfs") {
       std::erase_if(bytes, [&](const auto& file) { return file.parent_path() == path; });
@@ -54,9 +72,8 @@ TEST_F(Faults, DoneReplacesTablesOnceAllBytesAreFlushedAndFlushesTheNamesInTheEn
     if (call.name != "rename" && call.name != "linkat") continue;
     EXPECT_TRUE(at < entered || bytes.empty()) << call.with;
     if (bytes.erase(path) > 0) bytes.insert(call.with);
-    names.insert(path.parent_path());
   }
-  EXPECT_EQ(names, std::set<std::filesystem::path>());
+  EXPECT_TRUE(foldersNotFlushed(calls).empty());
 }
 
 TEST_F(Faults, DoneAsksForOneLockAndFlushesEachTableAheadOfItsLastLook) {
@@ -75,6 +92,16 @@ TEST_F(Faults, DoneAsksForOneLockAndFlushesEachTableAheadOfItsLastLook) {
   EXPECT_EQ(locks, 1);
 }
 
+TEST(Restoring, IsFlushedInTheEnd) {
+  Project project;
+  const Platform& platform = project.wizard->program.wizard.platform;
+  const std::string folder = project.home.path("MAGNET");
+  const auto sets = backupSets(platform.files, Path{folder});
+  systemCalls() = {.folder = folder};
+  EXPECT_EQ(restore(platform, folder, sets.front()).files, Texts{"exports.csv"});
+  EXPECT_TRUE(foldersNotFlushed(std::exchange(systemCalls(), {}).made).empty());
+}
+
 TEST(Folders, CostAFewCallsALevel) {
   constexpr std::size_t levels = 300;
   Project project;
@@ -86,7 +113,9 @@ TEST(Folders, CostAFewCallsALevel) {
   project.form().EditCmd.click();
   systemCalls() = {.folder = project.home.path()};
   project.finish();
-  EXPECT_LT(std::exchange(systemCalls(), {}).made.size(), levels * 10);
+  const auto made = std::exchange(systemCalls(), {}).made;
+  EXPECT_LT(made.size(), levels * 10);
+  EXPECT_TRUE(foldersNotFlushed(made).empty());
   EXPECT_TRUE(project.home.has(chain.substr(project.home.path().size() + 1) + "/exports.csv"));
 }
 

@@ -119,9 +119,6 @@ int fsync(int file) {
 int syncfs(int file) noexcept {
   return flush("syncfs", file);
 }
-int ftruncate(int file, off_t size) noexcept {
-  return callWith(std::to_string(size), "ftruncate", file, size);
-}
 int fchmod(int file, mode_t mode) noexcept {
   return call("fchmod", file, mode);
 }

@@ -17,7 +17,7 @@ std::string linesOf(const std::optional<FileDifference>& difference) {
   for (const RowChange& row : difference->rows) {
     (lines += '\n') += mark(row.sign) + std::string(" ") + textOf(row);
   }
-  for (const std::string& sentence : difference->form) lines += "\n= " + sentence;
+  for (const std::string& message : difference->form) lines += "\n= " + message;
   return lines;
 }
 

@@ -135,7 +135,7 @@ TEST(Rules, FindNothingInWhatTheWizardWritesFromGoodInput) {
     ASSERT_TRUE(engineer.ended()) << seed << engineer.said();
     for (const Finding& found : findFindings(readProject(engineer.files(), folder, page))) {
       ADD_FAILURE() << seed << ' ' << found.file << ':' << found.line << ':' << found.column << ' '
-                    << found.rule->id << ": " << found.what;
+                    << found.rule->id << ": " << found.message;
     }
   }
 }

@@ -20,12 +20,12 @@ TEST(OverlayFiles, RememberWhatIsWrittenAndLeaveTheDiskAlone) {
   OverlayFiles files(*below);
   const Path folder = files.path(disk.path());
   EXPECT_EQ(files.read(folder / "a"), "disk");
-  EXPECT_EQ(files.stamp(folder / "a"), below->stamp(folder / "a"));
+  EXPECT_EQ(files.state(folder / "a"), below->state(folder / "a"));
 
   replace(files, folder / "a", "here");
-  const auto first = files.stamp(folder / "a");
+  const auto first = files.state(folder / "a");
   replace(files, folder / "a", "here");
-  EXPECT_NE(files.stamp(folder / "a"), first) << "somebody has written in between";
+  EXPECT_NE(files.state(folder / "a"), first) << "somebody has written in between";
   files.create(folder / "c")->write("never closed");
   EXPECT_TRUE(files.copyAside(folder / "a", folder / "d"));
   EXPECT_FALSE(files.copyAside(folder / "b", folder / "d"));

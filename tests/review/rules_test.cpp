@@ -88,7 +88,7 @@ TEST(Rules, SeeTablesThatAreTooLongOrThatCanNotBeRead) {
       findFindings(readProject(closed, project.folder.path("MAGNET"), project.page));
   ASSERT_EQ(findings.size(), 1U);
   EXPECT_EQ(findings.front().rule->id, "unreadable-file");
-  EXPECT_EQ(findings.front().what, "can't be read: Permission denied");
+  EXPECT_EQ(findings.front().message, "can't be read: Permission denied");
 }
 
 TEST(Rules, TellPlaceAndReason) {
@@ -117,7 +117,7 @@ TEST(Rules, TellPlaceAndReason) {
     const Finding found = project.findings().front();
     EXPECT_EQ(found.file + ':' + std::to_string(found.line) + ':' + std::to_string(found.column),
               one.place);
-    EXPECT_EQ(found.what, one.what);
+    EXPECT_EQ(found.message, one.message);
   }
 }
 

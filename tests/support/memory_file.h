@@ -35,13 +35,13 @@ class MemoryFile : public FileSystem {
   bool copyAside(const Path&, const Path&) override { return true; }
   void remove(const Path&) override {}
   std::vector<std::string> plainFiles(const Path&) const override { return {}; }
-  std::optional<FileStamp> stamp(const Path&) const override { return std::nullopt; }
+  std::optional<FileState> state(const Path&) const override { return std::nullopt; }
   std::unique_ptr<FolderLock> lock(const Path&) override { return nullptr; }
   bool nameFits(const Path&, std::string_view) const override { return true; }
   std::string withoutCase(std::string_view name) const override { return std::string(name); }
   bool ignoresCase(const Path&) const override { return false; }
   void flushAll(const Path&) override {}
-  void removeLeftovers(const Path&) override {}
+  void removeStaleTemporaryFiles(const Path&) override {}
 
  private:
   std::string content_;

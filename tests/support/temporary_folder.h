@@ -15,7 +15,7 @@ namespace kova::test {
 /// Bytes of files by name.
 using Files = std::map<std::string, std::string>;
 
-/// A path as the wizard's floors spell it: UTF-8 where the system's own is wide, else its bytes.
+/// A path as the wizard's layers spell it: UTF-8 where the system's own is wide, else its bytes.
 inline std::string nativeName(const std::filesystem::path& path) {
   const std::u8string name = path.u8string();
   return {name.begin(), name.end()};

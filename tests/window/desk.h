@@ -86,12 +86,12 @@ class Desk {
   }
   /// The next message box is looked at and answered by a key; its title and text then stand in
   /// `message`.
-  void answer(const QString& pressed, const std::function<void(QWidget& box)>& look = {}) {
-    soon([this, pressed, look] {
+  void answer(const QString& pressed, const std::function<void(QWidget& box)>& visit = {}) {
+    soon([this, pressed, visit] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (box == nullptr || !box->isActiveWindow()) return answer(pressed, look);
+      if (box == nullptr || !box->isActiveWindow()) return answer(pressed, visit);
       message = (box->windowTitle() + QStringLiteral(": ") + box->text()).toStdString();
-      if (look) look(*box);
+      if (visit) visit(*box);
       key(pressed);
     });
   }

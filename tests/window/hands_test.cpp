@@ -98,6 +98,10 @@ TEST_F(Hands, AHeldKeyIsOneAct) {
   EXPECT_EQ(adds, 2);
   hold(Qt::Key_Space);
   EXPECT_EQ(adds, 3);
+  form.deviceNamesInputText.setText("");
+  desk.click("deviceNamesInputText");
+  hold(Qt::Key_Return);
+  EXPECT_EQ(form.deviceNamesInputText.text(), "\r\n\r\n\r\n") << "but in a text of lines";
 
   desk.key("F10 Return Tab Tab");
   hold(Qt::Key_Return);
@@ -145,7 +149,7 @@ TEST_F(Hands, TheDialogTakesWhatIsTypedAndStaysInSight) {
   desk.type("Mag");
   EXPECT_EQ(engineer.field("ParamText").text(), "Mag");
   EXPECT_EQ(desk.focused(), "ParamText");
-  HelperView& dialog = desk.view.helper();
+  GuidedDialogView& dialog = desk.view.helper();
   EXPECT_EQ(dialog.windowHandle()->transientParent(), desk.view.windowHandle());
   dialog.showMinimized();
   form.srvGuide.click();
@@ -183,6 +187,10 @@ TEST_F(Hands, TheBoxShowsItsBarAndTheLineOfTheCaret) {
     EXPECT_NE(colourOfLine(line), colourOfLine(2));
     EXPECT_EQ(colourOfLine(1 - line), colourOfLine(2));
   }
+  form.deviceNamesInputText.setText(QByteArray("A\r\n").repeated(100).toStdString());
+  desk.write("deviceNumberInputText", "90");
+  EXPECT_TRUE(edit.viewport()->rect().contains(edit.cursorRect()));
+  EXPECT_EQ(edit.textCursor().blockNumber(), 90);
 }
 
 TEST_F(Hands, APasteThatIsCutCanBeUndone) {
@@ -277,6 +285,9 @@ TEST_F(Hands, AMessageTakesAnyTextOfATableAtOnce) {
     });
     ask({.text = text.toStdString(), .buttons = Buttons::okCancel});
   }
+  desk.answer("Escape");
+  ask({.text = "one\rtwo\r\nthree", .buttons = Buttons::okCancel});
+  EXPECT_EQ(desk.message, "Wizard: one\ntwo\nthree");
 }
 
 TEST_F(Hands, TheReasonOfAMarkStandsInTheStatusLineWhileItsFieldHasTheFocus) {

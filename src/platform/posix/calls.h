@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -36,6 +37,30 @@ auto checked(Call call, Arguments... arguments) {
   const auto result = uninterrupted(call, arguments...);
   if (result == -1) fail(errno);
   return result;
+}
+
+/// There is certainly no entry of the name.
+inline bool meansAbsent(int error) {
+  return error == ENOENT || error == ENOTDIR;
+}
+
+/// State of an entry; nothing if there is none. `check` is stat, which follows links, or lstat.
+template <class Check>
+std::optional<struct stat> stateFrom(Check check, const std::string& name) {
+  struct stat state {};
+  if (uninterrupted(check, name.c_str(), &state) == 0) return state;
+  if (!meansAbsent(errno)) fail(errno);
+  return std::nullopt;
+}
+
+/// State of what a name leads to; nothing if there is nothing.
+inline std::optional<struct stat> stateOf(const std::string& name) {
+  return stateFrom(::stat, name);
+}
+
+/// State of the entry itself: of a link the link.
+inline std::optional<struct stat> stateOfEntry(const std::string& name) {
+  return stateFrom(::lstat, name);
 }
 
 /// Owner of a file descriptor.

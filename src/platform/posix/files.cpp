@@ -12,8 +12,8 @@
 
 #include "platform/machine.h"
 #include "platform/posix/output_file.h"
-#include "platform/posix/rights.h"
-#include "platform/whole_file.h"
+#include "platform/posix/permissions.h"
+#include "platform/read_file.h"
 
 namespace kova {
 
@@ -35,8 +35,8 @@ Descriptor openPlainFile(const std::string& name, struct stat& state) {
 }
 
 bool hasType(const Path& path, mode_t type) {
-  struct stat state {};
-  return ::stat(path.native.c_str(), &state) == 0 && (state.st_mode & S_IFMT) == type;
+  const auto state = posix::stateOf(path.native);
+  return state && (state->st_mode & S_IFMT) == type;
 }
 
 std::size_t readSome(const Descriptor& file, char* into, std::size_t size) {
@@ -66,10 +66,10 @@ void copyBytes(const Descriptor& from, const Descriptor& to, off_t size) {
   }
 }
 
-// Bytes, times and rights of `from`, whose state is known.
+// Bytes, times and permissions of `from`, whose state is known.
 void fillCopy(const Descriptor& from, const struct stat& state, const Descriptor& to) {
   copyBytes(from, to, state.st_size);
-  posix::keepRightsOrFewer(posix::rightsOf(state, from), to);
+  posix::keepPermissionsOrFewer(posix::permissionsOf(state, from), to);
   posix::keepTimes(state, to);
 }
 
@@ -77,7 +77,12 @@ bool isPlainFile(int folder, const dirent& entry) {
   if (entry.d_type == DT_REG) return true;
   if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;
   struct stat state {};
-  return ::fstatat(folder, entry.d_name, &state, 0) == 0 && S_ISREG(state.st_mode);
+  if (posix::uninterrupted(::fstatat, folder, entry.d_name, &state, 0) == 0) {
+    return S_ISREG(state.st_mode);
+  }
+  // A link may lead round in a circle, or to where this account may not go.
+  if (!posix::meansAbsent(errno) && errno != ELOOP && errno != EACCES) fail(errno);
+  return false;
 }
 
 std::string readWhole(const Path& file) {
@@ -87,8 +92,7 @@ std::string readWhole(const Path& file) {
                [&](char* into, std::size_t size) { return readSome(source, into, size); });
 }
 
-// A copy that stands under a hidden name still, which follows the source, so that what a killed run
-// has left is used by the next copy of the same file, whatever name that copy takes.
+// A copy that has its temporary name still.
 std::unique_ptr<posix::HiddenFile> hiddenCopy(const Path& from, const Path& to) {
   struct stat state {};
   const Descriptor source = openPlainFile(from.native, state);
@@ -216,8 +220,7 @@ class PosixFileSystem final : public FileSystem {
   void copy(const Path& from, const Path& to) override {
     if (copyWithoutHiddenName(from, to)) return;
     const auto hidden = hiddenCopy(from, to);
-    struct stat state {};
-    const bool replaces = ::lstat(to.native.c_str(), &state) == 0;
+    const bool replaces = posix::stateOfEntry(to.native).has_value();
     if (replaces) checked(::fsync, hidden->descriptor().number());
     hidden->takePlaceOf(to.native);
   }
@@ -251,12 +254,12 @@ class PosixFileSystem final : public FileSystem {
     return names;
   }
 
-  std::optional<FileStamp> stamp(const Path& file) const override {
-    struct stat state {};
-    if (::stat(file.native.c_str(), &state) != 0 || !S_ISREG(state.st_mode)) return std::nullopt;
+  std::optional<FileState> state(const Path& file) const override {
+    const auto state = posix::stateOf(file.native);
+    if (!state || !S_ISREG(state->st_mode)) return std::nullopt;
     constexpr std::int64_t second = 1'000'000'000;
-    return FileStamp{state.st_dev, state.st_ino, static_cast<std::uint64_t>(state.st_size),
-                     state.st_mtim.tv_sec * second + state.st_mtim.tv_nsec};
+    return FileState{state->st_dev, state->st_ino, static_cast<std::uint64_t>(state->st_size),
+                     state->st_mtim.tv_sec * second + state->st_mtim.tv_nsec};
   }
 
   std::unique_ptr<FolderLock> lock(const Path& folder) override {
@@ -281,13 +284,11 @@ class PosixFileSystem final : public FileSystem {
 
   bool ignoresCase(const Path& folder) const override {
     const posix::HiddenFile hidden(folder, "case");
-    const Path path{hidden.path()};
-    const Path other = folder / withoutCase(path.leaf());
+    const Path other = folder / withoutCase(Path{hidden.path()}.leaf());
     struct stat made {};
-    struct stat seen {};
-    checked(::lstat, path.native.c_str(), &made);
-    return ::lstat(other.native.c_str(), &seen) == 0 && seen.st_dev == made.st_dev &&
-           seen.st_ino == made.st_ino;
+    checked(::fstat, hidden.descriptor().number(), &made);
+    const auto seen = posix::stateOfEntry(other.native);
+    return seen && seen->st_dev == made.st_dev && seen->st_ino == made.st_ino;
   }
 
   void flushAll(const Path& folder) override {
@@ -301,7 +302,9 @@ class PosixFileSystem final : public FileSystem {
     flush(names);
   }
 
-  void removeLeftovers(const Path& folder) override { posix::removeLeftovers(folder); }
+  void removeStaleTemporaryFiles(const Path& folder) override {
+    posix::removeStaleTemporaryFiles(folder);
+  }
 
  private:
   // EINVAL: a file system on which folders need no flush of their own.

@@ -3,6 +3,7 @@
 
 #include <dirent.h>
 #include <sys/file.h>
+#include <sys/random.h>
 
 #include <algorithm>
 #include <array>
@@ -13,36 +14,39 @@
 #include <tuple>
 #include <utility>
 
-#include "platform/hidden_name.h"
-#include "platform/posix/rights.h"
+#include "platform/posix/permissions.h"
+#include "platform/temporary_name.h"
 
 namespace kova::posix {
 
 namespace {
 
-constexpr int lockAttempts = 100;
 constexpr std::size_t usualNameLimit = 255;  // in bytes, or characters on some file systems
 
-// What stands ahead of the number in the hidden names for `leaf`: of a long name only the
-// beginning, without half a character, which some file systems refuse.
-std::string hiddenStem(const Path& folder, std::string_view leaf) {
-  constexpr std::size_t dotAndNumber = 2;
-  const std::size_t limit = nameLimit(folder).value_or(usualNameLimit);
-  const std::size_t longest = std::min(limit, usualNameLimit) - hiddenMark.size() - dotAndNumber;
-  if (leaf.size() > longest) {
-    std::size_t end = longest;
-    while (end > 0 && (static_cast<unsigned char>(leaf[end]) & 0xC0U) == 0x80U) --end;
-    leaf = leaf.substr(0, end);
-  }
-  return ("." + std::string(leaf)).append(hiddenMark);
+// The beginning of a long name, without half a character, which some file systems refuse.
+std::string_view beginningOf(std::string_view leaf, std::size_t longest) {
+  if (leaf.size() <= longest) return leaf;
+  std::size_t end = longest;
+  while (end > 0 && (static_cast<unsigned char>(leaf[end]) & 0xC0U) == 0x80U) --end;
+  return leaf.substr(0, end);
 }
 
-// State of an open file, if `name` is still its name.
+std::string temporaryPath(const Path& folder, std::string_view leaf) {
+  const std::size_t limit = nameLimit(folder).value_or(usualNameLimit);
+  const std::size_t room = roomInTemporaryName(std::min(limit, usualNameLimit));
+  std::uint64_t random = 0;
+  const auto size = checked(::getrandom, &random, sizeof random, 0U);
+  if (size != sizeof random) fail(EIO);
+  return (folder / temporaryName(beginningOf(leaf, room), random)).native;
+}
+
+// State of an open file, if `name` is still its name for certain.
 std::optional<struct stat> stateIfNamed(const Descriptor& file, const std::string& name) {
   struct stat opened {};
-  checked(::fstat, file.number(), &opened);
   struct stat named {};
-  if (::lstat(name.c_str(), &named) != 0) return std::nullopt;
+  if (::fstat(file.number(), &opened) != 0 || ::lstat(name.c_str(), &named) != 0) {
+    return std::nullopt;
+  }
   if (opened.st_dev != named.st_dev || opened.st_ino != named.st_ino) return std::nullopt;
   return opened;
 }
@@ -52,35 +56,15 @@ bool meansNoLocks(int error) {
   return error == ENOLCK || error == ENOTSUP || error == ENOSYS || error == EINVAL;
 }
 
-// False if another process holds the file. Without locks only a file that this run has made itself
-// is certainly nobody else's.
-bool lock(const Descriptor& file, const std::string& name, bool made) {
-  if (uninterrupted(::flock, file.number(), LOCK_EX | LOCK_NB) == 0) return true;
-  const int error = errno;
-  if (meansNoLocks(error)) return made;
-  if (error == EWOULDBLOCK) return false;
-  if (made) ::unlink(name.c_str());
-  fail(error);
-}
-
-// Some other entry stands under the name, or somebody else's file: the next name may be free.
-bool nameIsTaken(int error) {
-  return error == EACCES || error == ELOOP || error == EISDIR || error == ENXIO || error == EPERM;
-}
-
 std::optional<struct stat> plainFileState(const std::string& name) {
-  struct stat state {};
-  if (::lstat(name.c_str(), &state) != 0) {
-    if (errno == ENOENT) return std::nullopt;
-    fail(errno);
-  }
-  if (!S_ISREG(state.st_mode)) failAsNoPlainFile(state.st_mode);
+  const auto state = stateOfEntry(name);
+  if (state && !S_ISREG(state->st_mode)) failAsNoPlainFile(state->st_mode);
   return state;
 }
 
 std::string withoutLink(const std::string& name) {
-  struct stat state {};
-  if (::lstat(name.c_str(), &state) != 0 || !S_ISLNK(state.st_mode)) return name;
+  const auto state = stateOfEntry(name);
+  if (!state || !S_ISLNK(state->st_mode)) return name;
   std::error_code error;
   const auto target = std::filesystem::canonical(name, error);
   if (error == std::errc::no_such_file_or_directory) {
@@ -108,7 +92,8 @@ void removeIfLeft(const std::string& hidden) {
   const Descriptor file(::open(hidden.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
   if (!file.open() || ::flock(file.number(), LOCK_EX | LOCK_NB) != 0) return;
   const auto state = stateIfNamed(file, hidden);
-  if (state && S_ISREG(state->st_mode) && state->st_nlink == 1) ::unlink(hidden.c_str());
+  if (!state || !S_ISREG(state->st_mode) || state->st_nlink != 1) return;
+  if (state->st_uid == ::geteuid()) ::unlink(hidden.c_str());
 }
 
 bool isSameState(const std::optional<struct stat>& one, const std::optional<struct stat>& other) {
@@ -153,7 +138,7 @@ class PosixOutputFile final : public OutputFile {
                    holds(target_.native, content_);
     if (!targetStays_) {
       hide();
-      takeRights();
+      takePermissions();
       checked(::fsync, hidden_->descriptor().number());
     }
     flushed_ = true;
@@ -163,7 +148,6 @@ class PosixOutputFile final : public OutputFile {
     if (targetStays_ && !isSameState(former_, plainFileState(target_.native))) flushed_ = false;
     if (!flushed_) flush();
     if (!targetStays_) hidden_->takePlaceOf(target_.native);
-    if (hidden_) hidden_->removeLeftovers();
     hidden_.reset();
   }
 
@@ -174,11 +158,12 @@ class PosixOutputFile final : public OutputFile {
     writeAll(hidden_->descriptor(), content_);
   }
 
-  void takeRights() const {
+  void takePermissions() const {
     if (former_) {
-      // As long as the rights are those of a hidden file, which this account may certainly write.
+      // As long as the permissions are those of a hidden file, which this account may certainly
+      // write.
       keepUserAttributes(target_.native, hidden_->descriptor());
-      keepRights(rightsOf(*former_, target_.native), hidden_->descriptor());
+      keepPermissions(permissionsOf(*former_, target_.native), hidden_->descriptor());
     } else {
       setNewMode(hidden_->descriptor(), newFileMode_);
     }
@@ -201,52 +186,40 @@ std::optional<std::size_t> nameLimit(const Path& folder) {
   return limit > 0 ? std::optional(static_cast<std::size_t>(limit)) : std::nullopt;
 }
 
-HiddenFile::HiddenFile(const Path& folder, std::string_view leaf)
-    : stem_((folder / hiddenStem(folder, leaf)).native) {
-  const int error = errorOfTakingOne([this](int number) { return take(number); });
-  if (error == EWOULDBLOCK) throw Failure(allNamesHeld);
-  if (error != 0) fail(error);
+HiddenFile::HiddenFile(const Path& folder, std::string_view leaf) {
+  for (int name = 0; name < temporaryNames; ++name) {
+    path_ = temporaryPath(folder, leaf);
+    if (make()) return;
+  }
+  throw Failure(noTemporaryName);
 }
 
 HiddenFile::~HiddenFile() {
-  if (descriptor_.open() && !gone_) ::unlink(path().c_str());
+  if (!gone_ && stateIfNamed(descriptor_, path_)) ::unlink(path_.c_str());
 }
 
-int HiddenFile::take(int number) {
-  const std::string hidden = name(number);
-  constexpr int flags = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-  const auto open = [&](int further) {
-    return uninterrupted(::open, hidden.c_str(), flags | further, 0600);
-  };
-  for (int attempt = 0; attempt < lockAttempts; ++attempt) {
-    Descriptor file(open(O_CREAT | O_EXCL));
-    const bool made = file.open();
-    if (!made && errno == EEXIST) {
-      file = Descriptor(open(0));
-      // Its former holder has renamed or removed it in between.
-      if (!file.open() && errno == ENOENT) continue;
-    }
-    if (!file.open() && nameIsTaken(errno)) return errno;
-    if (!file.open()) fail(errno);
-    if (!lock(file, hidden, made)) return EWOULDBLOCK;
-    const auto state = stateIfNamed(file, hidden);
-    // Its former holder has renamed or removed it before the lock was ours.
-    if (!state) continue;
-    // A second name would let the content change behind the table's back.
-    if (!S_ISREG(state->st_mode) || state->st_nlink != 1) return EPERM;
-    number_ = number;
-    descriptor_ = std::move(file);
-    if (state->st_size != 0) checked(::ftruncate, descriptor_.number(), 0);
-    return 0;
+bool HiddenFile::make() {
+  constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
+  Descriptor file(uninterrupted(::open, path_.c_str(), flags, 0600));
+  if (!file.open() && errno == EEXIST) return false;
+  if (!file.open()) fail(errno);
+  if (uninterrupted(::flock, file.number(), LOCK_EX | LOCK_NB) != 0 && !meansNoLocks(errno)) {
+    const int error = errno;
+    ::unlink(path_.c_str());
+    if (error != EWOULDBLOCK) fail(error);
+    return false;
   }
-  return EWOULDBLOCK;
-}
-
-std::string HiddenFile::name(int number) const {
-  return stem_ + std::to_string(number);
+  // Another wizard may have taken it for a stale one before the lock was ours.
+  struct stat state {};
+  checked(::fstat, file.number(), &state);
+  if (state.st_nlink == 0) return false;
+  descriptor_ = std::move(file);
+  return true;
 }
 
 void HiddenFile::close() const {
+  // Who may write the folder may have put another file there.
+  if (!stateIfNamed(descriptor_, path_)) throw Failure("The temporary file has been taken away");
   // Closing a second descriptor tells what a close would tell, while the lock stays.
   const int second = checked(::fcntl, descriptor_.number(), F_DUPFD_CLOEXEC, 0);
   if (::close(second) != 0 && errno != EINTR) fail(errno);
@@ -254,40 +227,25 @@ void HiddenFile::close() const {
 
 void HiddenFile::takePlaceOf(const std::string& target) {
   close();
-  checked(::rename, path().c_str(), target.c_str());
+  checked(::rename, path_.c_str(), target.c_str());
   gone_ = true;
 }
 
 bool HiddenFile::takeFreePlace(const std::string& target) {
   close();
   constexpr unsigned replaceNothing = RENAME_NOREPLACE;
-  if (::renameat2(AT_FDCWD, path().c_str(), AT_FDCWD, target.c_str(), replaceNothing) == 0) {
+  if (::renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target.c_str(), replaceNothing) == 0) {
     return gone_ = true;
   }
   if (errno == EEXIST) return false;
   // Some file systems can't do both at once.
   if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP) fail(errno);
-  struct stat state {};
-  if (::lstat(target.c_str(), &state) == 0) return false;
-  if (errno != ENOENT) fail(errno);
+  if (stateOfEntry(target)) return false;
   takePlaceOf(target);
   return true;
 }
 
-void HiddenFile::removeLeftovers() const {
-  for (int number = 1; number <= hiddenNames; ++number) {
-    if (number == number_) continue;
-    const std::string hidden = name(number);
-    struct stat state {};
-    if (::lstat(hidden.c_str(), &state) == 0) {
-      removeIfLeft(hidden);
-    } else if (number > number_) {
-      return;
-    }
-  }
-}
-
-void removeLeftovers(const Path& folder) {
+void removeStaleTemporaryFiles(const Path& folder) {
   const auto close = [](DIR* open) { ::closedir(open); };
   const std::unique_ptr<DIR, decltype(close)> entries(::opendir(folder.native.c_str()), close);
   if (!entries) return;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one gate through which content reaches a folder: written whole under a hidden name, then
+// The one gate through which content reaches a folder: written whole under a temporary name, then
 // renamed.
 #pragma once
 
@@ -16,8 +16,8 @@
 
 namespace kova::posix {
 
-/// An empty file under a hidden name, locked against other wizards. What a killed run has left
-/// under that name is used again. It goes with the object unless it has taken a place.
+/// An empty file under a temporary name, made by this run and locked against other wizards, which
+/// would take it for a stale one. It goes with the object unless it has taken a place.
 class HiddenFile {
  public:
   /// In `folder`, named after `leaf`.
@@ -27,31 +27,27 @@ class HiddenFile {
   ~HiddenFile();
 
   const Descriptor& descriptor() const { return descriptor_; }
-  /// Where it stands.
-  std::string path() const { return name(number_); }
+  /// Its temporary name.
+  const std::string& path() const { return path_; }
   /// Renames the file to `target`, which it replaces.
   void takePlaceOf(const std::string& target);
   /// Renames the file to `target`; false if there is an entry of that name.
   bool takeFreePlace(const std::string& target);
-  /// Removes what killed runs have left under the other names, unless another wizard uses it.
-  void removeLeftovers() const;
 
  private:
-  // 0, or the error for which the name can't be had.
-  int take(int number);
+  // False if another name is to be tried.
+  bool make();
   void close() const;
-  std::string name(int number) const;
 
-  std::string stem_;
-  int number_ = 0;
+  std::string path_;
   Descriptor descriptor_;
   bool gone_ = false;  ///< from its hidden name
 };
 
 /// Length of the longest name in `folder`, in bytes; nothing if there is no limit.
 std::optional<std::size_t> nameLimit(const Path& folder);
-/// Removes hidden files of any name that killed runs have left in `folder`.
-void removeLeftovers(const Path& folder);
+/// Removes the temporary files that killed runs of this account have left in `folder`.
+void removeStaleTemporaryFiles(const Path& folder);
 /// When the hidden file of a new content is made.
 enum class Hidden { atOnce, onceItIsNeeded };
 /// New content for `file`; `newFileMode` is for a file that does not exist yet.

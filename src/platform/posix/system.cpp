@@ -10,7 +10,7 @@
 
 #include "platform/machine.h"
 #include "platform/posix/calls.h"
-#include "platform/words.h"
+#include "platform/split.h"
 
 namespace kova {
 

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <new>
 
-#include "platform/hidden_name.h"
 #include "platform/machine.h"
-#include "platform/whole_file.h"
+#include "platform/read_file.h"
+#include "platform/temporary_name.h"
 #include "platform/windows/output_file.h"
 
 namespace kova {
@@ -55,7 +55,7 @@ std::string readWhole(const std::wstring& name) {
                [&](char* into, std::size_t size) { return readSome(source, into, size); });
 }
 
-// A copy that stands under a hidden name still.
+// A copy that has its temporary name still.
 std::unique_ptr<HiddenFile> hiddenCopy(const Path& from, const Path& to, FileState& state) {
   const std::wstring name = nameOf(from);
   const Handle source = openPlainFile(name);
@@ -73,7 +73,7 @@ std::unique_ptr<HiddenFile> hiddenCopy(const Path& from, const Path& to, FileSta
 
 // Runs `look` for each entry of the folder.
 template <class Look>
-void lookThrough(const Path& folder, Look look) {
+void lookThrough(const Path& folder, Check visit) {
   WIN32_FIND_DATAW entry{};
   const HANDLE entries = ::FindFirstFileW(nameOf(folder / "*").c_str(), &entry);
   if (entries == INVALID_HANDLE_VALUE) {
@@ -82,7 +82,7 @@ void lookThrough(const Path& folder, Look look) {
     fail();
   }
   const std::unique_ptr<void, decltype(&::FindClose)> close(entries, &::FindClose);
-  do look(entry);
+  do visit(entry);
   while (::FindNextFileW(entries, &entry) != FALSE);
   if (::GetLastError() != ERROR_NO_MORE_FILES) fail();
 }
@@ -110,7 +110,7 @@ class WindowsFileSystem final : public FileSystem {
 
   std::string text(std::string_view native) const override { return codePage_.fromNative(native); }
 
-  bool fileExists(const Path& file) const override { return stamp(file).has_value(); }
+  bool fileExists(const Path& file) const override { return state(file).has_value(); }
 
   bool folderExists(const Path& folder) const override {
     const auto state = stateOf(nameOf(folder));
@@ -173,13 +173,13 @@ class WindowsFileSystem final : public FileSystem {
       if ((entry.dwFileAttributes & notListed) != 0 || entry.cFileName[0] == L'.') return;
       std::string name = narrow(entry.cFileName);
       const bool isLink = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-      if (!isLink || fileExists(folder / name)) names.push_back(std::move(name));
+      if (!isLink || leadsToFile(folder / name)) names.push_back(std::move(name));
     });
     std::sort(names.begin(), names.end());
     return names;
   }
 
-  std::optional<FileStamp> stamp(const Path& file) const override {
+  std::optional<FileState> state(const Path& file) const override {
     return stampOf(stateOf(nameOf(file)));
   }
 
@@ -205,9 +205,11 @@ class WindowsFileSystem final : public FileSystem {
 
   std::unique_ptr<FolderLock> lock(const Path& folder) override {
     const std::wstring name = nameOf(folder / ".kova-lock");
+    // Of a link the link goes, not the file that it leads to.
+    constexpr DWORD flags = FILE_FLAG_DELETE_ON_CLOSE | FILE_FLAG_OPEN_REPARSE_POINT;
     int denied = 0;
     for (int attempt = 0; attempt < lockAttempts; ++attempt) {
-      Handle file = openFile(name, GENERIC_WRITE, 0, OPEN_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE);
+      Handle file = openFile(name, GENERIC_WRITE, 0, OPEN_ALWAYS, flags);
       if (file.open()) return std::make_unique<WindowsFolderLock>(std::move(file));
       const DWORD error = ::GetLastError();
       const bool isHeld = error == ERROR_SHARING_VIOLATION ||
@@ -228,7 +230,7 @@ class WindowsFileSystem final : public FileSystem {
     flush(folder);
   }
 
-  void removeLeftovers(const Path& folder) override {
+  void removeStaleTemporaryFiles(const Path& folder) override {
     try {
       lookThrough(folder, [&](const WIN32_FIND_DATAW& entry) {
         const std::string name = narrow(entry.cFileName);
@@ -240,6 +242,15 @@ class WindowsFileSystem final : public FileSystem {
   }
 
  private:
+  // A link may lead round in a circle, or to where this account may not go.
+  bool leadsToFile(const Path& link) const {
+    const Handle file = openFile(nameOf(link), FILE_READ_ATTRIBUTES, shareAll);
+    const DWORD error = file.open() ? ERROR_SUCCESS : ::GetLastError();
+    const bool leadsNowhere = error == ERROR_ACCESS_DENIED || error == ERROR_CANT_ACCESS_FILE ||
+                              error == ERROR_CANT_RESOLVE_FILENAME;
+    return !leadsNowhere && fileExists(link);
+  }
+
   static DWORD nameLimit(const Path& folder) {
     constexpr DWORD usual = 255;
     std::wstring volume(MAX_PATH + folder.native.size(), L'\0');

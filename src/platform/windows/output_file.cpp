@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/windows/output_file.h"
 
+#include <bcrypt.h>
+
 #include <algorithm>
 #include <array>
 #include <vector>
 
-#include "platform/hidden_name.h"
+#include "platform/temporary_name.h"
 
 namespace kova::windows {
 
@@ -16,13 +18,54 @@ constexpr std::size_t nameLimit = 255;  // in UTF-16 units
 constexpr int moveAttempts = 50;
 constexpr DWORD pause = 10;
 
-std::wstring hiddenStem(const Path& folder, std::string_view leaf) {
-  constexpr std::size_t dotAndNumber = 2;
-  constexpr std::size_t longest = nameLimit - hiddenMark.size() - dotAndNumber;
-  std::wstring beginning = wide(leaf).substr(0, longest);
+std::wstring temporaryPath(const Path& folder, std::string_view leaf) {
+  std::wstring beginning = wide(leaf).substr(0, roomInTemporaryName(nameLimit));
   // No half character.
   if (!beginning.empty() && IS_HIGH_SURROGATE(beginning.back())) beginning.pop_back();
-  return nameOf(folder / ("." + narrow(beginning) + std::string(hiddenMark)));
+  std::uint64_t random = 0;
+  auto* const bytes = reinterpret_cast<UCHAR*>(&random);
+  if (::BCryptGenRandom(nullptr, bytes, sizeof random, BCRYPT_USE_SYSTEM_PREFERRED_RNG) != 0) {
+    throw Failure("The system gives no random number");
+  }
+  return nameOf(folder / temporaryName(narrow(beginning), random));
+}
+
+// A name that the system can't even take is that of no file. A network or a disk that does not
+// answer is no absence.
+bool meansAbsent(DWORD error) {
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ||
+         error == ERROR_DIRECTORY || error == ERROR_INVALID_NAME;
+}
+
+// The user of this run; empty if it can't be told.
+std::vector<char> ownAccount() {
+  HANDLE opened = nullptr;
+  if (::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, &opened) == FALSE) return {};
+  const Handle token(opened);
+  DWORD size = 0;
+  ::GetTokenInformation(opened, TokenUser, nullptr, 0, &size);
+  std::vector<char> user(size);
+  if (::GetTokenInformation(opened, TokenUser, user.data(), size, &size) == FALSE) return {};
+  return user;
+}
+
+// Also a file on a disk that knows no owners.
+bool isOwn(const Handle& file) {
+  DWORD size = 0;
+  ::GetKernelObjectSecurity(file.get(), OWNER_SECURITY_INFORMATION, nullptr, 0, &size);
+  std::vector<char> security(size);
+  PSID owner = nullptr;
+  BOOL isDefault = FALSE;
+  if (::GetKernelObjectSecurity(file.get(), OWNER_SECURITY_INFORMATION, security.data(), size,
+                                &size) == FALSE ||
+      ::GetSecurityDescriptorOwner(security.data(), &owner, &isDefault) == FALSE ||
+      owner == nullptr) {
+    return false;
+  }
+  if (::IsWellKnownSid(owner, WinWorldSid) != FALSE) return true;
+  std::vector<char> account = ownAccount();
+  if (account.empty()) return false;
+  return ::EqualSid(owner, reinterpret_cast<TOKEN_USER*>(account.data())->User.Sid) != FALSE;
 }
 
 bool meansNotHere(DWORD error) {
@@ -109,7 +152,7 @@ class WindowsOutputFile final : public OutputFile {
     targetStays_ = former_ && former_->bytes == content_.size() && holds(name_, content_);
     if (!targetStays_) {
       if (hidden_) {
-        keepRights();
+        keepPermissions();
       } else {
         hide();
       }
@@ -122,7 +165,6 @@ class WindowsOutputFile final : public OutputFile {
     if (targetStays_ && former_ != stampOf(stateOf(name_))) flushed_ = false;
     if (!flushed_) flush();
     if (!targetStays_) hidden_->takePlaceOf(name_);
-    if (hidden_) hidden_->removeLeftovers();
     hidden_.reset();
   }
 
@@ -130,11 +172,11 @@ class WindowsOutputFile final : public OutputFile {
   void hide() {
     hidden_.emplace(target_.parent(), target_.leaf());
     // Ahead of the content: nobody is to read it meanwhile who may not read it afterwards.
-    keepRights();
+    keepPermissions();
     hidden_->write(content_);
   }
 
-  void keepRights() const {
+  void keepPermissions() const {
     const auto former = stateOf(name_);
     if (!former) return;
     keepAccessList(name_, hidden_->name());
@@ -147,7 +189,7 @@ class WindowsOutputFile final : public OutputFile {
   std::wstring name_ = nameOf(target_);
   std::string content_;
   std::optional<HiddenFile> hidden_;  ///< holds the content, once it is there
-  std::optional<FileStamp> former_;   ///< of the target, at the flush
+  std::optional<FileState> former_;   ///< of the target, at the flush
   bool targetStays_ = false;          ///< since it holds the content already
   bool flushed_ = false;
 };
@@ -167,10 +209,15 @@ Handle openFolder(const Path& folder, DWORD access) {
 std::optional<FileState> stateOf(const std::wstring& name) {
   const Handle file =
       openFile(name, FILE_READ_ATTRIBUTES, shareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
-  FileState state{};
-  const bool isKnown = file.open() && ::GetFileType(file.get()) == FILE_TYPE_DISK &&
-                       ::GetFileInformationByHandle(file.get(), &state) != FALSE;
-  return isKnown ? std::optional(state) : std::nullopt;
+  if (!file.open()) {
+    const DWORD error = ::GetLastError();
+    if (!meansAbsent(error)) fail(error);
+    return std::nullopt;
+  }
+  // A pipe, or the name of a device.
+  const DWORD type = ::GetFileType(file.get());
+  if (type == FILE_TYPE_CHAR || type == FILE_TYPE_PIPE) return std::nullopt;
+  return stateOf(file);
 }
 
 FileState stateOf(const Handle& file) {
@@ -183,14 +230,14 @@ std::uint64_t sizeOf(const FileState& state) {
   return joined(state.nFileSizeHigh, state.nFileSizeLow);
 }
 
-std::optional<FileStamp> stampOf(const std::optional<FileState>& state) {
+std::optional<FileState> stampOf(const std::optional<FileState>& state) {
   if (!state || !isPlainFile(*state)) return std::nullopt;
   // Windows counts tenths of a microsecond since 1601.
   constexpr std::int64_t since1970 = 116'444'736'000'000'000;
   const auto& written = state->ftLastWriteTime;
   const auto time =
       static_cast<std::int64_t>(joined(written.dwHighDateTime, written.dwLowDateTime));
-  return FileStamp{state->dwVolumeSerialNumber, joined(state->nFileIndexHigh, state->nFileIndexLow),
+  return FileState{state->dwVolumeSerialNumber, joined(state->nFileIndexHigh, state->nFileIndexLow),
                    sizeOf(*state), (time - since1970) * 100};
 }
 
@@ -230,37 +277,41 @@ void allowRemoval(const std::wstring& name) {
   }
 }
 
-HiddenFile::HiddenFile(const Path& folder, std::string_view leaf)
-    : stem_(hiddenStem(folder, leaf)) {
-  const DWORD error = errorOfTakingOne([this](int number) { return take(number); });
-  if (error == ERROR_SHARING_VIOLATION) throw Failure(allNamesHeld);
-  if (error != 0) fail(error);
+HiddenFile::HiddenFile(const Path& folder, std::string_view leaf) {
+  constexpr DWORD access = GENERIC_READ | GENERIC_WRITE;
+  constexpr DWORD share = FILE_SHARE_READ | FILE_SHARE_DELETE;
+  for (int name = 0; name < temporaryNames; ++name) {
+    name_ = temporaryPath(folder, leaf);
+    file_ = openFile(name_, access, share, CREATE_NEW, FILE_FLAG_OPEN_REPARSE_POINT);
+    if (file_.open()) return;
+    const DWORD error = ::GetLastError();
+    if (error != ERROR_FILE_EXISTS && error != ERROR_ALREADY_EXISTS) fail(error);
+  }
+  throw Failure(noTemporaryName);
 }
 
 HiddenFile::~HiddenFile() {
-  if (!file_.open()) return;
+  if (!file_.open() || !isStillNamed()) return;
   FileState state{};
   if (::GetFileInformationByHandle(file_.get(), &state) != FALSE) unprotect(file_, state);
-  ::DeleteFileW(name().c_str());
+  ::DeleteFileW(name_.c_str());
 }
 
-DWORD HiddenFile::take(int number) {
-  constexpr DWORD access = GENERIC_READ | GENERIC_WRITE;
-  constexpr DWORD share = FILE_SHARE_READ | FILE_SHARE_DELETE;
-  Handle file = openFile(name(number), access, share, OPEN_ALWAYS, FILE_FLAG_OPEN_REPARSE_POINT);
-  if (!file.open()) {
-    const DWORD error = ::GetLastError();
-    if (!mayPass(error)) fail(error);
-    return error;
+bool HiddenFile::isStillNamed() const {
+  const Handle named =
+      openFile(name_, FILE_READ_ATTRIBUTES, shareAll, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT);
+  FileState state{};
+  FileState own{};
+  if (!named.open() || ::GetFileInformationByHandle(named.get(), &state) == FALSE ||
+      ::GetFileInformationByHandle(file_.get(), &own) == FALSE) {
+    return false;
   }
-  const FileState state = stateOf(file);
-  // Written through a link or a second name, the content would change behind a table's back.
-  const bool isLink = (state.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-  if (isLink || !isPlainFile(state) || state.nNumberOfLinks != 1) return ERROR_ACCESS_DENIED;
-  if (sizeOf(state) != 0) checked(::SetEndOfFile(file.get()));
-  number_ = number;
-  file_ = std::move(file);
-  return 0;
+  return state.dwVolumeSerialNumber == own.dwVolumeSerialNumber &&
+         state.nFileIndexHigh == own.nFileIndexHigh && state.nFileIndexLow == own.nFileIndexLow;
+}
+
+void HiddenFile::checkName() const {
+  if (!isStillNamed()) throw Failure("The temporary file has been taken away");
 }
 
 void HiddenFile::write(std::string_view content) const {
@@ -276,33 +327,29 @@ void HiddenFile::write(std::string_view content) const {
 
 void HiddenFile::takePlaceOf(const std::wstring& target) {
   constexpr DWORD flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-  if (const DWORD error = renamed(name(), target, flags); error != 0) fail(error);
+  checkName();
+  if (const DWORD error = renamed(name_, target, flags); error != 0) fail(error);
   // An open file could not be replaced by the next one.
   file_ = Handle();
 }
 
 bool HiddenFile::takeFreePlace(const std::wstring& target) {
-  const DWORD error = renamed(name(), target, MOVEFILE_WRITE_THROUGH);
+  checkName();
+  const DWORD error = renamed(name_, target, MOVEFILE_WRITE_THROUGH);
   if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) return false;
   if (error != 0) fail(error);
   file_ = Handle();
   return true;
 }
 
-void HiddenFile::removeLeftovers() const {
-  for (int number = 1; number <= hiddenNames; ++number) {
-    if (number != number_) removeIfLeft(name(number));
-  }
-}
-
 void removeIfLeft(const std::wstring& hidden) {
-  constexpr DWORD access = DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES;
+  constexpr DWORD access = DELETE | READ_CONTROL | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES;
   // Nobody else has open what can be opened without sharing it.
   const Handle file = openFile(hidden, access, 0, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT);
   FileState state{};
   if (!file.open() || ::GetFileInformationByHandle(file.get(), &state) == FALSE) return;
   const bool isLink = (state.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-  if (isLink || !isPlainFile(state) || state.nNumberOfLinks != 1) return;
+  if (isLink || !isPlainFile(state) || state.nNumberOfLinks != 1 || !isOwn(file)) return;
   unprotect(file, state);
   FILE_DISPOSITION_INFO goes{TRUE};
   ::SetFileInformationByHandle(file.get(), FileDispositionInfo, &goes, sizeof goes);

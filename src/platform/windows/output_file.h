@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one gate through which content reaches a folder: written whole under a hidden name, then
+// The one gate through which content reaches a folder: written whole under a temporary name, then
 // renamed.
 #pragma once
 
@@ -23,14 +23,15 @@ Handle openFile(const std::wstring& name, DWORD access, DWORD share, DWORD how =
 Handle openFolder(const Path& folder, DWORD access);
 
 using FileState = BY_HANDLE_FILE_INFORMATION;
-/// State of a file or folder, links followed; nothing for what can't be looked at.
+/// State of a file or folder, links followed; nothing if there is none. Throws Failure if that
+/// can't be told.
 std::optional<FileState> stateOf(const std::wstring& name);
 FileState stateOf(const Handle& file);
 bool isPlainFile(const FileState& state);
 /// In bytes.
 std::uint64_t sizeOf(const FileState& state);
 /// Nothing for what is no plain file.
-std::optional<FileStamp> stampOf(const std::optional<FileState>& state);
+std::optional<FileState> stampOf(const std::optional<FileState>& state);
 
 /// Throws Failure if the file keeps no access list of another one although it could.
 void keepAccessList(const std::wstring& from, const std::wstring& to);
@@ -39,9 +40,8 @@ void keepAttributes(const FileState& from, const Handle& to);
 /// A file that is protected against writing can be removed and replaced behind this.
 void allowRemoval(const std::wstring& name);
 
-/// An empty file under a hidden name, which nobody else can write or lock as long as it is open.
-/// What a killed run has left under that name is used again. It goes with the object unless it has
-/// taken a place.
+/// An empty file under a temporary name, made by this run, which nobody else can write or lock as
+/// long as it is open. It goes with the object unless it has taken a place.
 class HiddenFile {
  public:
   /// In `folder`, which ends in a separator or is empty, named after `leaf`.
@@ -51,8 +51,8 @@ class HiddenFile {
   ~HiddenFile();
 
   const Handle& handle() const { return file_; }
-  /// Where it stands.
-  std::wstring name() const { return name(number_); }
+  /// Its temporary name.
+  const std::wstring& name() const { return name_; }
   /// Appends all of `content`.
   void write(std::string_view content) const;
   void flush() const { checked(::FlushFileBuffers(file_.get())); }
@@ -60,20 +60,17 @@ class HiddenFile {
   void takePlaceOf(const std::wstring& target);
   /// Renames the file to `target`; false if there is an entry of that name.
   bool takeFreePlace(const std::wstring& target);
-  /// Removes what killed runs have left under the other names, unless another wizard uses it.
-  void removeLeftovers() const;
 
  private:
-  // 0, or the error for which the name can't be had.
-  DWORD take(int number);
-  std::wstring name(int number) const { return stem_ + std::to_wstring(number); }
+  // Who may write the folder may have put another file there.
+  bool isStillNamed() const;
+  void checkName() const;
 
-  std::wstring stem_;
-  int number_ = 0;
-  Handle file_;  ///< open until it has gone from its hidden name
+  std::wstring name_;
+  Handle file_;  ///< open until it has gone from its temporary name
 };
 
-/// Removes a hidden file that nobody holds.
+/// Removes a temporary file of this account that nobody holds.
 void removeIfLeft(const std::wstring& hidden);
 /// When the hidden file of a new content is made.
 enum class Hidden { atOnce, onceItIsNeeded };

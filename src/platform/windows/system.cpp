@@ -7,8 +7,8 @@
 #include <memory>
 
 #include "platform/machine.h"
+#include "platform/split.h"
 #include "platform/windows/calls.h"
-#include "platform/words.h"
 
 namespace kova {
 

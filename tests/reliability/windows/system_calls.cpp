@@ -58,13 +58,13 @@ BOOL call(const char* kind, const char* name, File file, Arguments... arguments)
 }
 
 HANDLE WINAPI createFile(const wchar_t* name, DWORD access, DWORD share,
-                         SECURITY_ATTRIBUTES* rights, DWORD how, DWORD flags, HANDLE like) {
+                         SECURITY_ATTRIBUTES* permissions, DWORD how, DWORD flags, HANDLE like) {
   const bool looks = access == FILE_READ_ATTRIBUTES;
   if (strikes(note(looks ? "stat" : "open", pathOf(name)))) {
     fail();
     return INVALID_HANDLE_VALUE;
   }
-  const auto file = pass<HANDLE>("CreateFileW", name, access, share, rights, how, flags, like);
+  const auto file = pass<HANDLE>("CreateFileW", name, access, share, permissions, how, flags, like);
   opened()[file] = pathOf(name);
   return file;
 }
@@ -84,15 +84,12 @@ BOOL WINAPI writeFile(HANDLE file, const void* data, DWORD size, DWORD* count, O
 BOOL WINAPI flushFileBuffers(HANDLE file) {
   return strikes(note("fsync", pathOf(file))) ? fail() : TRUE;
 }
-BOOL WINAPI setEndOfFile(HANDLE file) {
-  return call("ftruncate", "SetEndOfFile", file);
-}
 BOOL WINAPI setInformation(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* data, DWORD size) {
   return call(kind == FileDispositionInfo ? "unlink" : "fchmod", "SetFileInformationByHandle", file,
               kind, data, size);
 }
-BOOL WINAPI setFileSecurity(const wchar_t* name, SECURITY_INFORMATION kind, void* rights) {
-  return call("setxattr", "SetFileSecurityW", name, kind, rights);
+BOOL WINAPI setFileSecurity(const wchar_t* name, SECURITY_INFORMATION kind, void* permissions) {
+  return call("setxattr", "SetFileSecurityW", name, kind, permissions);
 }
 BOOL WINAPI setFileAttributes(const wchar_t* name, DWORD attributes) {
   return call("chmod", "SetFileAttributesW", name, attributes);
@@ -103,8 +100,8 @@ BOOL WINAPI moveFile(const wchar_t* from, const wchar_t* to, DWORD flags) {
 BOOL WINAPI deleteFile(const wchar_t* name) {
   return call("unlink", "DeleteFileW", name);
 }
-BOOL WINAPI createDirectory(const wchar_t* name, SECURITY_ATTRIBUTES* rights) {
-  return call("mkdir", "CreateDirectoryW", name, rights);
+BOOL WINAPI createDirectory(const wchar_t* name, SECURITY_ATTRIBUTES* permissions) {
+  return call("mkdir", "CreateDirectoryW", name, permissions);
 }
 
 }  // namespace
@@ -115,7 +112,6 @@ auto* __imp_FindFirstFileW = &findFirstFile;
 auto* __imp_ReadFile = &readFile;
 auto* __imp_WriteFile = &writeFile;
 auto* __imp_FlushFileBuffers = &flushFileBuffers;
-auto* __imp_SetEndOfFile = &setEndOfFile;
 auto* __imp_SetFileInformationByHandle = &setInformation;
 auto* __imp_SetFileSecurityW = &setFileSecurity;
 auto* __imp_SetFileAttributesW = &setFileAttributes;

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// How a temporary file is called: the file that holds a new content until it is complete.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace kova {
+
+/// Ahead of the digits at the end. No other program's files are called like this.
+inline constexpr std::string_view hiddenMark = ".kova~";
+/// Hexadecimal digits at the end of a temporary name. They are random, so that nobody can put a
+/// file of their own under the next one.
+inline constexpr std::size_t randomDigits = 16;
+inline constexpr std::string_view hexadecimals = "0123456789abcdef";
+/// How many names are tried before a temporary file counts as impossible.
+inline constexpr int temporaryNames = 8;
+/// The message for that.
+inline constexpr const char* noTemporaryName = "No name is free for a temporary file";
+
+/// Room that a temporary name leaves for the beginning of its target's name.
+constexpr std::size_t roomInTemporaryName(std::size_t longestName) {
+  return longestName - 1 - hiddenMark.size() - randomDigits;
+}
+
+/// The temporary name for a target whose name begins so.
+inline std::string temporaryName(std::string_view beginning, std::uint64_t random) {
+  std::string name = ("." + std::string(beginning)).append(hiddenMark);
+  for (std::size_t digit = 0; digit < randomDigits; ++digit, random >>= 4U) {
+    name += hexadecimals[random & 15U];
+  }
+  return name;
+}
+
+/// A temporary name, also of former versions, which had one digit from 1 to 8.
+inline bool isHiddenName(std::string_view name) {
+  const auto mark = name.rfind(hiddenMark);
+  if (mark == std::string_view::npos || mark < 2 || name.front() != '.') return false;
+  const auto digits = name.substr(mark + hiddenMark.size());
+  if (digits.size() == 1) return digits >= "1" && digits <= "8";
+  return digits.size() == randomDigits && digits.find_first_not_of(hexadecimals) == digits.npos;
+}
+
+}  // namespace kova

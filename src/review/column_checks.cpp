@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+
+#include "core/data_formats.h"
+#include "review/checks.h"
+#include "tables/number_text.h"
+#include "tables/quoting.h"
+
+namespace kova::checks {
+namespace {
+
+struct Reading {
+  std::string_view file;
+  const ReadResult* result;
+};
+
+/// Every table that the wizard reads by itself, and how far it came.
+std::vector<Reading> readings(const ProjectReading& project) {
+  std::vector<Reading> all{{exportsFileName, &project.properties.result},
+                           {historyFileName, &project.history.result},
+                           {alarmFileName, &project.alarms.result},
+                           {project.devicesFile, &project.devices.result}};
+  for (const auto& [name, result] : project.nameLists) all.push_back({name, &result});
+  std::erase_if(all, [&](const Reading& reading) { return !project.files.contains(reading.file); });
+  return all;
+}
+
+/// The table had no room for the line at which the reading has stopped.
+bool isFull(const Reading& reading) {
+  return reading.result->rows >= tableRows && kindOfFile(reading.file) != TableKind::devices;
+}
+
+std::string linesBehind(const ProjectReading& project, const Reading& reading) {
+  const auto& rows = project.table(reading.file).rows;
+  const auto behind = std::count_if(rows.begin(), rows.end(), [&](const TextRow& row) {
+    return row.line >= reading.result->stop->line;
+  });
+  return counted(static_cast<std::size_t>(behind), "line is", "lines are") + " not read";
+}
+
+template <class Visit>
+void eachTable(const ProjectReading& project, Visit visit) {
+  for (const auto& [name, table] : project.tables) visit(name, table);
+}
+
+template <class Visit>
+void eachRow(const ProjectReading& project, Visit visit) {
+  eachTable(project, [&](const std::string& name, const TableText& table) {
+    for (const TextRow& row : table.rows) visit(name, table, row);
+  });
+}
+
+bool isEmpty(const TextRow& row) {
+  return row.cells.size() == 1 && row.cells.front().text.empty();
+}
+
+bool isTagOf(const ColumnFacts& column, const std::string& upper) {
+  const auto& others = column.otherTags;
+  return upperCase(column.tag) == upper ||
+         (!upper.empty() && std::find(others.begin(), others.end(), upper) != others.end());
+}
+
+/// A column that the table has twice is known by its tag, but not at this place.
+bool isTagOfKind(TableKind kind, std::string_view tag) {
+  const auto columns = columnsOf(kind);
+  return std::any_of(columns.begin(), columns.end(),
+                     [&](const ColumnFacts& column) { return isTagOf(column, upperCase(tag)); });
+}
+
+/// Looks at the columns of the header that the reader does not use.
+template <class Visit>
+void eachUnusedColumn(const ProjectReading& project, Visit visit) {
+  eachTable(project, [&](const std::string& name, const TableText& table) {
+    for (std::size_t index = 0; index < table.header.cells.size(); ++index) {
+      const Cell& cell = table.header.cells[index];
+      if (cell.text.empty() || table.isKnown(index)) continue;
+      visit(Place{name, table.header.line, cell.column}, cell.text,
+            isTagOfKind(table.kind, cell.text));
+    }
+  });
+}
+
+/// Looks at each field of a known column.
+template <class Visit>
+void eachField(const ProjectReading& project, Visit visit) {
+  eachRow(project, [&](const std::string& name, const TableText& table, const TextRow& row) {
+    for (const ColumnFacts& column : columnsOf(table.kind)) {
+      const Cell cell = table.cell(row, column.tag);
+      if (!cell.text.empty()) visit(Place{name, row.line, cell.column}, table, column, cell.text);
+    }
+  });
+}
+
+/// The wizard offers a list of words for it.
+bool holdsWords(const ColumnFacts& column) {
+  static constexpr std::array<std::string_view, 4> tags{
+      tagOf(&PropertyRecord::outputFormat), tagOf(&HistoryRecord::format),
+      tagOf(&PropertyRecord::inputFormat), tagOf(&PropertyRecord::access)};
+  return std::find(tags.begin(), tags.end(), column.tag) != tags.end();
+}
+
+}  // namespace
+
+void stopped(const ProjectReading& project, const Report& report) {
+  for (const Reading& reading : readings(project)) {
+    const auto& stop = reading.result->stop;
+    if (!stop || stop->line == 0 || isFull(reading)) continue;
+    report({reading.file, stop->line, 1},
+           "the reading ends here: " + stop->reason + "; " + linesBehind(project, reading));
+  }
+}
+
+void tableFull(const ProjectReading& project, const Report& report) {
+  for (const Reading& reading : readings(project)) {
+    if (!reading.result->stop || !isFull(reading)) continue;
+    report({reading.file, reading.result->stop->line, 1},
+           "row " + std::to_string(tableRows + 1) + "; " + linesBehind(project, reading));
+  }
+}
+
+void noRows(const ProjectReading& project, const Report& report) {
+  const TableText& exports = project.table(exportsFileName);
+  if (exports.rows.empty()) report({exportsFileName}, "holds no property");
+}
+
+void missingColumn(const ProjectReading& project, const Report& report) {
+  eachTable(project, [&](const std::string& name, const TableText& table) {
+    const auto columns = columnsOf(table.kind);
+    for (std::size_t index = 0; index < table.positions.size(); ++index) {
+      if (table.positions[index] >= 0 || columns[index].mayBeMissing) continue;
+      report({name, table.header.line, 1}, "column " + quoted(columns[index].tag) + " is missing");
+    }
+  });
+}
+
+void unknownColumn(const ProjectReading& project, const Report& report) {
+  eachUnusedColumn(project, [&](const Place& place, std::string_view tag, bool isTwice) {
+    if (!isTwice) report(place, "column " + quoted(tag) + " is none of the wizard's");
+  });
+}
+
+void repeatedColumn(const ProjectReading& project, const Report& report) {
+  eachUnusedColumn(project, [&](const Place& place, std::string_view tag, bool isTwice) {
+    if (isTwice) report(place, "column " + quoted(tag) + " is there already");
+  });
+}
+
+void unnamedColumn(const ProjectReading& project, const Report& report) {
+  eachTable(project, [&](const std::string& name, const TableText& table) {
+    const auto& cells = table.header.cells;
+    const auto found = std::find_if(cells.begin(), cells.end(),
+                                    [](const Cell& cell) { return cell.text.empty(); });
+    if (found == cells.end()) return;
+    report({name, table.header.line, found->column}, "a column without a name");
+  });
+}
+
+void emptyLine(const ProjectReading& project, const Report& report) {
+  eachRow(project, [&](const std::string& name, const TableText& table, const TextRow& row) {
+    // Where names are asked for, such a line is skipped.
+    if (table.kind != TableKind::alarms && isEmpty(row)) report({name, row.line, 1}, "empty line");
+  });
+}
+
+void tooManyFields(const ProjectReading& project, const Report& report) {
+  eachRow(project, [&](const std::string& name, const TableText& table, const TextRow& row) {
+    const std::size_t columns = table.header.cells.size();
+    if (row.cells.size() <= columns) return;
+    report(
+        {name, row.line, row.cells[columns].column},
+        std::to_string(row.cells.size()) + " fields for " + std::to_string(columns) + " columns");
+  });
+}
+
+void tooFewFields(const ProjectReading& project, const Report& report) {
+  eachRow(project, [&](const std::string& name, const TableText& table, const TextRow& row) {
+    const std::size_t columns = table.header.cells.size();
+    if (row.cells.size() >= columns || isEmpty(row)) return;
+    report(
+        {name, row.line, row.cells.back().column},
+        std::to_string(row.cells.size()) + " fields for " + std::to_string(columns) + " columns");
+  });
+}
+
+void openQuote(const ProjectReading& project, const Report& report) {
+  eachRow(project, [&](const std::string& name, const TableText&, const TextRow& row) {
+    const auto found = std::find_if(row.cells.begin() + 1, row.cells.end(),
+                                    [](const Cell& cell) { return cell.text == "\""; });
+    if (found == row.cells.end()) return;
+    report({name, row.line, found->column}, "a quote that nothing closes");
+  });
+}
+
+void digitsForText(const ProjectReading& project, const Report& report) {
+  eachField(project, [&](const Place& place, const TableText&, const ColumnFacts& column,
+                         std::string_view text) {
+    if (!holdsWords(column) || !isNumber(text)) return;
+    report(place, "a number, " + std::string(text) + ", in column " + std::string(column.tag));
+  });
+}
+
+void textForNumber(const ProjectReading& project, const Report& report) {
+  eachField(project, [&](const Place& place, const TableText& table, const ColumnFacts& column,
+                         std::string_view text) {
+    if (column.kind == FieldKind::text || column.kind == FieldKind::made || isNumber(text)) return;
+    // Without a number of devices the reading stops, which is a matter of its own.
+    if (table.kind == TableKind::exports && column.tag == tagOf(&PropertyRecord::numModules))
+      return;
+    report(place, quoted(text) + " is no number for column " + std::string(column.tag));
+  });
+}
+
+}  // namespace kova::checks

@@ -1,0 +1,219 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "core/data_formats.h"
+#include "review/checks.h"
+#include "tables/device_files.h"
+#include "tables/number_text.h"
+#include "tables/quoting.h"
+#include "tables/row_rules.h"
+
+namespace kova::checks {
+namespace {
+
+/// Looks at each line of a table with its text and the place of a column.
+template <class Visit>
+void eachLine(const ProjectReading& project, std::string_view file, Visit visit) {
+  const TableText& table = project.table(file);
+  for (const TextRow& line : table.rows) {
+    const auto text = [&](std::string_view tag) { return std::string(table.text(line, tag)); };
+    const auto placeOf = [&](std::string_view tag) {
+      return Place{file, line.line, table.cell(line, tag).column};
+    };
+    visit(text, placeOf);
+  }
+}
+
+template <class IsWanted>
+const PropertyRecord* findProperty(const ProjectReading& project, IsWanted isWanted) {
+  const auto& rows = project.properties.rows;
+  const auto found = std::find_if(rows.begin(), rows.end(), isWanted);
+  return found == rows.end() ? nullptr : &*found;
+}
+
+/// The property of a history row.
+const PropertyRecord* propertyOf(const ProjectReading& project, const HistoryRecord& row) {
+  return findProperty(project, [&](const PropertyRecord& property) {
+    return property.propertyName == row.propertyName && property.exportName == row.exportName;
+  });
+}
+
+const PropertyRecord* propertyOf(const ProjectReading& project, const AlarmWatchRecord& row) {
+  return findProperty(project, [&](const PropertyRecord& property) {
+    return property.propertyName == row.propertyName && property.localName == row.localName;
+  });
+}
+
+/// A row says otherwise than its property about format and size.
+std::optional<std::string> differenceOf(const PropertyRecord& property, const std::string& format,
+                                        std::int32_t size) {
+  const std::string& whole = property.outputFormat;
+  const std::string name = whole.substr(0, whole.find('.'));
+  // The line that Done adds for the property in the form has the format of the property itself.
+  const std::string single = std::string(singleValueName(name)) + whole.substr(name.size());
+  const bool isSame = upperCase(format) == upperCase(single) || format == name;
+  if (!isSame)
+    return "format " + format + ", while " + single + " belongs to the property's " + whole;
+  if (static_cast<double>(size) == textValue(property.outputSize)) return std::nullopt;
+  return "size " + std::to_string(size) + ", while the property has " + property.outputSize;
+}
+
+/// Looks at each row of a table, and at the places of its columns.
+template <class Rows, class Visit>
+void eachRow(const ProjectReading& project, std::string_view file, const TableReading<Rows>& table,
+             Visit visit) {
+  for (std::size_t row = 0; row < table.rows.size(); ++row) {
+    visit(table.rows[row], [&, row](Tag<typename Rows::value_type> tag) {
+      return project.placeOf(file, table.result, row, tag.text);
+    });
+  }
+}
+
+/// Reports each row whose key an earlier one has already.
+template <class Rows, class KeyOf>
+void reportRepeated(const ProjectReading& project, const Report& report, std::string_view file,
+                    const TableReading<Rows>& table, Tag<typename Rows::value_type> tag,
+                    KeyOf keyOf) {
+  std::map<std::string, std::size_t> lines;
+  eachRow(project, file, table, [&](const auto& row, auto placeOf) {
+    const Place place = placeOf(tag);
+    const std::string key = keyOf(row);
+    const auto [first, isNew] = lines.emplace(key, place.line);
+    if (isNew) return;
+    report(place, key + " is in line " + std::to_string(first->second) + " already");
+  });
+}
+
+bool isOwnName(const std::string& number, const std::string& name) {
+  return !name.empty() && name != "Device" + signedNumberText(textValue(number)) &&
+         name != "DEVICE" + signedNumberText(textValue(number));
+}
+
+/// Device files and the largest number that the wizard takes from each.
+std::map<std::string, double> largestNumbers(const ProjectReading& project) {
+  std::map<std::string, double> largest;
+  for (const PropertyRecord& row : project.properties.rows) {
+    const std::string file = project.codePage->toNative(namesFile(row.propertyName));
+    largest[file] = textValue(row.numModules);
+    largest[project.devicesFile] = textValue(row.numModules);
+  }
+  return largest;
+}
+
+}  // namespace
+
+void historyWithoutProperty(const ProjectReading& project, const Report& report) {
+  eachRow(project, historyFileName, project.history, [&](const HistoryRecord& row, auto placeOf) {
+    if (propertyOf(project, row) != nullptr) return;
+    report(placeOf(&HistoryRecord::propertyName),
+           "no property " + row.propertyName + " of " + row.exportName);
+  });
+}
+
+void historyDiffers(const ProjectReading& project, const Report& report) {
+  eachRow(project, historyFileName, project.history, [&](const HistoryRecord& row, auto placeOf) {
+    const PropertyRecord* property = propertyOf(project, row);
+    if (property == nullptr) return;
+    if (storedLocalName(property->localName) != row.localName) {
+      report(placeOf(&HistoryRecord::localName),
+             "local name " + row.localName + ", while the property has " + property->localName);
+    } else if (const auto difference = differenceOf(*property, row.format, row.dataLength)) {
+      report(placeOf(&HistoryRecord::format), row.propertyName + " has " + *difference);
+    }
+  });
+}
+
+void repeatedHistory(const ProjectReading& project, const Report& report) {
+  reportRepeated(project, report, historyFileName, project.history, &HistoryRecord::propertyName,
+                 [](const HistoryRecord& row) {
+                   return row.exportName + ' ' + row.localName + ' ' + row.propertyName;
+                 });
+}
+
+void repeatedIndex(const ProjectReading& project, const Report& report) {
+  reportRepeated(project, report, historyFileName, project.history, &HistoryRecord::index,
+                 [](const HistoryRecord& row) { return "index " + std::to_string(row.index); });
+}
+
+void alarmWithoutProperty(const ProjectReading& project, const Report& report) {
+  eachRow(project, alarmFileName, project.alarms, [&](const AlarmWatchRecord& row, auto placeOf) {
+    if (propertyOf(project, row) != nullptr) return;
+    report(placeOf(&AlarmWatchRecord::propertyName),
+           "no property " + row.propertyName + " of " + row.localName);
+  });
+}
+
+void alarmDiffers(const ProjectReading& project, const Report& report) {
+  eachRow(project, alarmFileName, project.alarms, [&](const AlarmWatchRecord& row, auto placeOf) {
+    const PropertyRecord* property = propertyOf(project, row);
+    if (property == nullptr) return;
+    if (const auto difference = differenceOf(*property, row.format, row.size)) {
+      report(placeOf(&AlarmWatchRecord::format), row.propertyName + " has " + *difference);
+    }
+  });
+}
+
+void severalAlarms(const ProjectReading& project, const Report& report) {
+  reportRepeated(
+      project, report, alarmFileName, project.alarms, &AlarmWatchRecord::propertyName,
+      [](const AlarmWatchRecord& row) { return row.localName + ' ' + row.propertyName; });
+}
+
+void namelessAlarm(const ProjectReading& project, const Report& report) {
+  eachLine(project, alarmFileName, [&](auto text, auto placeOf) {
+    if (text(tagOf(&AlarmWatchRecord::propertyName)).empty()) {
+      report(placeOf(tagOf(&AlarmWatchRecord::propertyName)), "no property name");
+    } else if (text(tagOf(&AlarmWatchRecord::localName)).empty()) {
+      report(placeOf(tagOf(&AlarmWatchRecord::localName)), "no local name");
+    }
+  });
+}
+
+void unreadDevices(const ProjectReading& project, const Report& report) {
+  if (project.devicesFile.empty() || project.files.contains(project.devicesFile)) return;
+  eachLine(project, serverDevicesFile, [&, reported = false](auto text, auto placeOf) mutable {
+    if (reported || !isOwnName(text(deviceNumberTag), text(deviceNameTag))) return;
+    reported = true;
+    report(placeOf(deviceNameTag), "names of devices, but there is no " +
+                                       project.codePage->fromNative(project.devicesFile) +
+                                       " to read them from");
+  });
+}
+
+void namesWithoutProperty(const ProjectReading& project, const Report& report) {
+  for (const auto& [name, content] : project.files) {
+    if (!name.ends_with(namesEnding) || project.nameLists.contains(name)) continue;
+    const std::string_view property(name.data(), name.size() - namesEnding.size());
+    report({name}, "no property " + project.codePage->fromNative(property));
+  }
+}
+
+void listTooLong(const ProjectReading& project, const Report& report) {
+  for (const auto& [file, largest] : largestNumbers(project)) {
+    eachLine(project, file, [&, limit = largest](auto text, auto placeOf) {
+      const double number = textValue(text(deviceNumberTag));
+      if (number >= 0 && number <= limit) return;
+      report(placeOf(deviceNumberTag),
+             "device " + plainNumberText(number) + " of " + plainNumberText(limit) + " devices");
+    });
+  }
+}
+
+void repeatedDevice(const ProjectReading& project, const Report& report) {
+  for (const auto& [file, content] : project.files) {
+    if (kindOfFile(file) != TableKind::devices) continue;
+    std::set<double> numbers;
+    eachLine(project, file, [&](auto text, auto placeOf) {
+      const double number = textValue(text(deviceNumberTag));
+      if (numbers.insert(number).second) return;
+      report(placeOf(deviceNumberTag), "device " + plainNumberText(number) + " is there already");
+    });
+  }
+}
+
+}  // namespace kova::checks
