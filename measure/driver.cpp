@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
-// The wizard in a process of its own, driven by acts from standard input: each line is an act,
-// "ready", which is answered, or "calls", which tells the system calls since the last one: name,
-// path and, in hexadecimal, what else was given, between tabs. What was said is on standard output.
+// The wizard in a process of its own, driven from standard input. Each line is an action: a verb, a
+// word, mostly the name of a control, and a text in hexadecimal. "ready" is answered; "calls" lists
+// the system calls since the last one: name, path and, in hexadecimal, what else was given, between
+// tabs. What the wizard said is on standard output at the end.
 #include <algorithm>
 #include <exception>
+#include <iomanip>
 #include <iostream>
+#include <sstream>
 #include <utility>
 
-#include "actions.h"
 #include "core/status.h"
 #include "reliability/system_calls.h"
 #include "support/engineer.h"
@@ -15,20 +17,46 @@
 namespace kova {
 namespace {
 
-std::string hexadecimal(const std::string& bytes) {
-  constexpr std::string_view digits = "0123456789abcdef";
-  std::string text;
-  for (const char byte : bytes) {
-    text += digits[static_cast<unsigned char>(byte) >> 4U];
-    text += digits[static_cast<unsigned char>(byte) & 15U];
+std::string bytesOf(const std::string& hexadecimal) {
+  std::string bytes;
+  for (std::size_t at = 0; at < hexadecimal.size(); at += 2) {
+    bytes += static_cast<char>(std::stoi(hexadecimal.substr(at, 2), nullptr, 16));
   }
-  return text;
+  return bytes;
 }
 
-void tellCalls() {
+void act(test::Engineer& engineer, const std::string& line) {
+  std::istringstream words(line);
+  std::string verb;
+  std::string word;
+  std::string text;
+  words >> verb >> word >> text;
+  text = bytesOf(text);
+  if (verb == "answer") {
+    engineer.answers.push_back(word == "yes" ? Answer::yes : Answer::no);
+  } else if (verb == "click") {
+    test::click(engineer.control(word));
+  } else if (verb == "leave") {
+    engineer.field(word).lostFocus();
+  } else if (verb == "select") {
+    engineer.program.wizard.form.PropertyList.select(std::stoi(word));
+  } else if (verb == "setenv") {
+    engineer.environment.values[word] = text;
+  } else if (verb == "time") {
+    engineer.clock.now = std::stoi(word);
+  } else if (verb == "type") {
+    test::type(engineer.field(word), text);
+  } else {
+    throw std::invalid_argument("no such action: " + line);
+  }
+}
+
+void listCalls() {
   for (const auto& call : std::exchange(test::systemCalls().made, {})) {
     if (!call.done) continue;
-    std::cout << call.name << '\t' << call.path << '\t' << hexadecimal(call.with) << '\n';
+    std::cout << call.name << '\t' << call.path << '\t' << std::hex << std::setfill('0');
+    for (const unsigned char byte : call.with) std::cout << std::setw(2) << +byte;
+    std::cout << '\n';
   }
 }
 
@@ -40,9 +68,9 @@ void drive(const std::string& home) {
     if (line == "ready") {
       std::cout << line << std::endl;
     } else if (line == "calls") {
-      tellCalls();
-    } else if (const std::string wrong = measure::carryOut(engineer, line); !wrong.empty()) {
-      std::cout << "wrong " << line << ": " << wrong << "\n";
+      listCalls();
+    } else {
+      act(engineer, line);
     }
   }
   for (std::string message : engineer.messages) {

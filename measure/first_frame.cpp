@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Loaded into a program ahead of its own libraries, ends it once its first window has been painted,
-// and tells the moment, its processor time, the window's size, the memory and the files that are
-// mapped then. Where KOVA_FORM names a file, that gets the list of the window's widgets.
+// Loaded into a program before its own libraries, ends it once its first window has been painted.
+// Where KOVA_FRAME names a file, that gets the memory and the mapped files of the moment; where
+// KOVA_FORM names one, that gets the list of the window's widgets for window.cpp.
 #include <unistd.h>
 
 #include <QAction>
@@ -11,42 +11,20 @@
 #include <QFile>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMetaProperty>
 #include <QScrollArea>
 #include <QTimer>
 #include <algorithm>
 #include <array>
-#include <chrono>
-#include <ctime>
 #include <fstream>
-#include <iostream>
-
-#include "form_part.h"
 
 namespace {
 
-using kova::measure::FormPart;
-
-/// Of what a form may consist. Whatever else there is shows nothing of its own.
-constexpr std::array kinds{"QMainWindow", "QMenuBar",  "QLineEdit", "QPlainTextEdit",
-                           "QCheckBox",   "QComboBox", "QLabel",    "QRadioButton",
-                           "QPushButton", "QListView", "QGroupBox", "QScrollArea"};
+constexpr std::array shownProperties{"alignment",  "checked",      "currentIndex",    "frameShape",
+                                     "geometry",   "lineWrapMode", "plainText",       "text",
+                                     "textFormat", "title",        "widgetResizable", "wordWrap"};
 /// What lies in these is theirs.
 constexpr std::array closed{"QMenuBar", "QLineEdit", "QPlainTextEdit", "QComboBox", "QListView"};
-
-template <class Names>
-QString firstOf(const Names& names, const QWidget& shown) {
-  const auto found = std::find_if(names.begin(), names.end(),
-                                  [&](const char* name) { return shown.inherits(name); });
-  return found == names.end() ? QString() : QString::fromLatin1(*found);
-}
-
-QString textOf(const QWidget& shown) {
-  for (const char* name : {"text", "title", "plainText"}) {
-    const QVariant text = shown.property(name);
-    if (text.isValid()) return text.toString();
-  }
-  return {};
-}
 
 QStringList entriesOf(const QWidget& shown) {
   QStringList entries;
@@ -61,31 +39,37 @@ QStringList entriesOf(const QWidget& shown) {
   return entries;
 }
 
-FormPart partOf(const QWidget& shown, int parent) {
-  const QString kind = firstOf(kinds, shown);
-  FormPart part;
-  part.parent = parent;
-  part.kind = kind.isEmpty() ? QStringLiteral("QWidget") : kind;
-  part.place = shown.geometry();
-  part.text = textOf(shown);
-  part.entries = entriesOf(shown);
-  part.chosen = shown.property("currentIndex").toInt();
-  part.enabled = parent < 0 || shown.isEnabledTo(shown.parentWidget());
-  part.visible = parent < 0 || shown.isVisibleTo(shown.parentWidget());
-  part.checked = shown.property("checked").toBool();
-  part.bold = shown.font().bold();
-  if (const auto* label = qobject_cast<const QLabel*>(&shown)) {
-    part.alignment = static_cast<int>(label->alignment());
-    part.wraps = label->wordWrap();
-    part.leads = label->buddy() != nullptr;
+QVariantMap propertiesOf(const QWidget& shown) {
+  QVariantMap properties;
+  for (const char* name : shownProperties) {
+    const int index = shown.metaObject()->indexOfProperty(name);
+    if (index < 0) continue;
+    const QVariant value = shown.property(name);
+    const bool isEnum = shown.metaObject()->property(index).isEnumType();
+    properties[QString::fromLatin1(name)] = isEnum ? QVariant(value.toInt()) : value;
   }
-  return part;
+  if (shown.font().bold()) properties[QStringLiteral("font")] = shown.font();
+  const QWidget* parent = shown.isWindow() ? &shown : shown.parentWidget();
+  properties[QStringLiteral("enabled")] = shown.isEnabledTo(parent);
+  properties[QStringLiteral("visible")] = shown.isVisibleTo(parent);
+  return properties;
 }
 
-void list(const QWidget& shown, int parent, QList<FormPart>& parts) {
+/// Adds a widget and what lies in it; `parent` is the place of what it lies in.
+void list(const QWidget& shown, int parent, QList<QVariantMap>& parts) {
+  const QMetaObject* kind = shown.metaObject();
+  while (!QByteArray(kind->className()).startsWith('Q')) kind = kind->superClass();
+  const auto* label = qobject_cast<const QLabel*>(&shown);
   const auto number = static_cast<int>(parts.size());
-  parts << partOf(shown, parent);
-  if (!firstOf(closed, shown).isEmpty()) return;
+  parts << QVariantMap{{"kind", QString::fromLatin1(kind->className())},
+                       {"parent", parent},
+                       {"entries", entriesOf(shown)},
+                       {"leads", label != nullptr && label->buddy() != nullptr},
+                       {"properties", propertiesOf(shown)}};
+  if (std::any_of(closed.begin(), closed.end(),
+                  [&](const char* name) { return shown.inherits(name); })) {
+    return;
+  }
   if (const auto* area = qobject_cast<const QScrollArea*>(&shown)) {
     return list(*area->widget(), number, parts);
   }
@@ -102,25 +86,23 @@ class FirstFrame : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override {
     if (event->type() != QEvent::Paint || window_ != nullptr) return false;
     window_ = static_cast<QWidget*>(watched)->window();
-    // It fires when what paints now is through and the frame stands.
+    // It fires when what paints now is through and the frame is on the screen.
     QTimer::singleShot(0, this, [this] { report(); });
     return false;
   }
 
  private:
   [[noreturn]] void report() const {
-    const std::chrono::duration<double> now = std::chrono::steady_clock::now().time_since_epoch();
-    timespec work{};
-    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &work);
-    std::cout << std::fixed << now.count() << ' ' << work.tv_sec << ' ' << work.tv_nsec << ' '
-              << window_->width() << ' ' << window_->height() << '\n'
-              << std::ifstream("/proc/self/smaps_rollup").rdbuf()
-              << std::ifstream("/proc/self/maps").rdbuf() << std::flush;
+    if (qEnvironmentVariableIsSet("KOVA_FRAME")) {
+      std::ofstream(qgetenv("KOVA_FRAME").constData())
+          << std::ifstream("/proc/self/smaps_rollup").rdbuf()
+          << std::ifstream("/proc/self/maps").rdbuf();
+    }
     if (QFile file(qEnvironmentVariable("KOVA_FORM")); file.open(QIODevice::WriteOnly)) {
-      QList<FormPart> parts;
+      QList<QVariantMap> parts;
       list(*window_, -1, parts);
-      QDataStream to(&file);
-      to << parts;
+      QDataStream stream(&file);
+      stream << parts;
       file.close();
     }
     ::_exit(0);

@@ -1,31 +1,38 @@
 // SPDX-License-Identifier: MIT
-// Single acts of the engineer and their layers. Each run is one act; what leads up to it is not
-// timed. Ahead of the options of the benchmark library stands the folder of the projects, which
-// holds "ROWS/BENCH" for several numbers of rows, and "full/BENCH" with all files of device names.
+// Single actions of the engineer and their baselines. Each run is one action; what leads up to it
+// is not timed. Before the options of the benchmark library stands the folder of the projects,
+// which holds "ROWS/BENCH" for several numbers of rows, and "full/BENCH" with all files of device
+// names; then that of the projects that are finished, and one of the same kind on the disk.
 #include <benchmark/benchmark.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMetaProperty>
 #include <QPlainTextEdit>
 #include <algorithm>
 #include <array>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
 #include "desktop/main_view.h"
 #include "review/differences.h"
 #include "support/engineer.h"
+#include "tables/backup.h"
 
 namespace kova::measure {
 namespace {
 
+namespace fs = std::filesystem;
 using test::Engineer;
 
 /// All that the toolkit has put off, painting included.
@@ -52,38 +59,33 @@ struct Desk {
   std::unique_ptr<MainView> view;
 };
 
-/// Seconds that this process has worked. Unlike the clock on the wall it stands still while another
-/// process has the processor.
-double processorTime() {
-  timespec time{};
-  ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
+const auto nothing = [] {};
 
 void measure(const std::string& name, const std::function<void()>& prepare,
              const std::function<void()>& act) {
   const auto run = [=](benchmark::State& state) {
     for ([[maybe_unused]] auto one : state) {
+      state.PauseTiming();
       prepare();
-      const double start = processorTime();
+      state.ResumeTiming();
       act();
-      state.SetIterationTime(processorTime() - start);
     }
   };
-  benchmark::RegisterBenchmark(name.c_str(), run)->Iterations(1)->UseManualTime();
+  benchmark::RegisterBenchmark(name.c_str(), run)->Iterations(1)->MeasureProcessCPUTime();
+}
+
+std::string contentOf(const fs::path& path) {
+  std::string bytes(fs::file_size(path), '\0');
+  std::ifstream(path, std::ios::binary)
+      .read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  return bytes;
 }
 
 /// Entries lie hours apart: the backups of one never take the place of those of another.
 void removeBackups(const std::string& folder) {
-  std::vector<std::string> names;
-  for (const auto& file : std::filesystem::directory_iterator(folder)) {
-    names.push_back(file.path().filename().native());
-  }
-  std::sort(names.begin(), names.end());
-  for (const std::string& name : names) {
-    if (classify(name, names, test::FakeClock().now) != FileVerdict::inUse) {
-      std::filesystem::remove(std::filesystem::path(folder) / name);
-    }
+  const auto files = realFileSystem(CodePage::windows1252());
+  for (const auto& file : classifyFiles(*files, files->path(folder), test::FakeClock().now)) {
+    if (file.verdict != FileVerdict::inUse) fs::remove(fs::path(folder) / file.name);
   }
 }
 
@@ -101,29 +103,19 @@ void measureTyping(const std::string& act, Desk& desk, const std::string& before
   measure(act, prepare, [typed, name] { typed(name); });
 }
 
-void measureCommas(const std::string& folder) {
-  const auto count = [folder] {
+void measureReading(const std::string& folder) {
+  measure("entry/baseline", nothing, [folder] {
     std::ptrdiff_t commas = 0;
     for (const char* name : {"exports.csv", "history.csv", "almwatch.csv", "BENEQM-devices.csv"}) {
-      std::string bytes(std::filesystem::file_size(folder + name), '\0');
-      std::ifstream(folder + name, std::ios::binary)
-          .read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+      const std::string bytes = contentOf(folder + name);
       commas += std::count(bytes.begin(), bytes.end(), ',');
     }
     benchmark::DoNotOptimize(commas);
-  };
-  measure(
-      "entry/floor", [] {}, count);
-}
-
-void measureMissingFile(const std::string& home) {
-  const std::string file = home + "/BENCHX/exports.csv";
-  measure(
-      "keystroke/floor", [] {},
-      [file] {
-        struct stat state {};
-        benchmark::DoNotOptimize(::stat(file.c_str(), &state));
-      });
+  });
+  measure("keystroke/baseline", nothing, [file = folder + "none/exports.csv"] {
+    struct stat state {};
+    benchmark::DoNotOptimize(::stat(file.c_str(), &state));
+  });
 }
 
 /// A commit of a new property as the row behind those of the desk, with history and alarm watch.
@@ -149,69 +141,49 @@ void measureAdd(const std::string& row, Desk& desk, const std::string& kind) {
   });
 }
 
-/// Plain widgets in the places of the fields whose texts differ between two lines of the list.
-class BareForm {
- public:
-  BareForm(Desk& desk, const std::array<std::int32_t, 2>& lines) {
-    window_.resize(desk.view->size());
-    for (const auto& designed : designedControls(desk.form())) {
-      auto* const* field = std::get_if<TextField*>(&designed.control);
-      if (field == nullptr) continue;
-      std::array<QString, 2> texts;
-      for (const std::size_t which : {0U, 1U}) {
-        desk.form().PropertyList.select(lines.at(which));
-        texts.at(which) = QString::fromLatin1(QByteArray::fromStdString((*field)->text()));
-      }
-      if (texts[0] != texts[1]) add(*desk.view->widget(designed.design->name), texts);
-    }
-    window_.show();
+/// Another line of the list, and the texts that differ between the two on plain widgets in the same
+/// places.
+void measureSelect(Desk& desk) {
+  const auto select = [&desk, line = 500]() mutable {
+    desk.form().PropertyList.select(line = 1001 - line);
     settle();
-  }
-
-  void show(std::size_t which) {
-    for (auto& [line, texts] : lines_) line->setText(texts.at(which));
-    for (auto& [box, texts] : boxes_) box->setPlainText(texts.at(which));
-    settle();
-  }
-
- private:
-  void add(QWidget& shown, const std::array<QString, 2>& texts) {
-    if (qobject_cast<QLineEdit*>(&shown) != nullptr) {
-      lines_.emplace_back(place<QLineEdit>(shown), texts);
-    } else {
-      boxes_.emplace_back(place<QPlainTextEdit>(shown), texts);
-      boxes_.back().first->setLineWrapMode(QPlainTextEdit::NoWrap);
+  };
+  measure("select", settle, select);
+  const auto window = std::make_shared<QWidget>();
+  window->resize(desk.view->size());
+  const auto fields = std::make_shared<std::vector<std::pair<QWidget*, std::vector<QVariant>>>>();
+  for (QWidget* shown : desk.view->findChildren<QWidget*>()) {
+    std::unique_ptr<QWidget> made;
+    if (qobject_cast<QLineEdit*>(shown) != nullptr) made = std::make_unique<QLineEdit>();
+    if (auto* box = qobject_cast<QPlainTextEdit*>(shown)) {
+      made = std::make_unique<QPlainTextEdit>();
+      made->setProperty("lineWrapMode", box->lineWrapMode());
     }
+    if (!made) continue;
+    std::vector<QVariant> texts;
+    for (const int line : {500, 501}) {
+      desk.form().PropertyList.select(line);
+      texts.push_back(shown->metaObject()->userProperty().read(shown));
+    }
+    if (texts[0] == texts[1]) continue;
+    made->setParent(window.get());
+    made->setGeometry(QRect(shown->mapTo(shown->window(), QPoint()), shown->size()));
+    fields->emplace_back(made.release(), texts);
   }
-
-  template <class Edit>
-  Edit* place(QWidget& shown) {
-    Edit* made = std::make_unique<Edit>(&window_).release();
-    made->setGeometry(QRect(shown.mapTo(shown.window(), QPoint()), shown.size()));
-    return made;
-  }
-
-  QWidget window_;
-  std::vector<std::pair<QLineEdit*, std::array<QString, 2>>> lines_;
-  std::vector<std::pair<QPlainTextEdit*, std::array<QString, 2>>> boxes_;
-};
-
-void measureSelect(Desk& desk, BareForm& bare, const std::array<std::int32_t, 2>& lines) {
-  auto turn = [which = 0U]() mutable { return which = 1 - which; };
-  measure("select", settle, [&desk, lines, turn]() mutable {
-    desk.form().PropertyList.select(lines.at(turn()));
+  window->show();
+  measure("select/baseline", settle, [window, fields, which = 0U]() mutable {
+    which = 1 - which;
+    for (auto& [field, texts] : *fields) {
+      field->metaObject()->userProperty().write(field, texts.at(which));
+    }
     settle();
   });
-  measure("select/floor", settle, [&bare, turn]() mutable { bare.show(turn()); });
 }
 
-void measurePreview(Desk& desk) {
-  const Wizard& wizard = desk.engineer.program.wizard;
-  measure(
-      "preview", [] {}, [&wizard] { benchmark::DoNotOptimize(preview(wizard)); });
-  measure(
-      "preview/differences", [] {},
-      [&wizard] { comparePreview(wizard.platform.files, preview(wizard)); });
+void measurePreview(const Wizard& wizard) {
+  measure("preview", nothing, [&wizard] { benchmark::DoNotOptimize(preview(wizard)); });
+  measure("preview/differences", nothing,
+          [&wizard] { comparePreview(wizard.platform.files, preview(wizard)); });
 }
 
 void press(QWidget& widget, int key, const QString& text = {}) {
@@ -260,7 +232,128 @@ void measureWindow(Desk& desk) {
   });
 }
 
-void measureAll(const std::string& folder) {
+void writePlainly(const fs::path& target, const std::string& content) {
+  const fs::path hidden = target.parent_path() / ("." + target.filename().native());
+  const int file = ::open(hidden.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  const auto size = static_cast<ssize_t>(content.size());
+  if (file == -1 || ::write(file, content.data(), content.size()) != size || ::fsync(file) != 0 ||
+      ::close(file) != 0 || ::rename(hidden.c_str(), target.c_str()) != 0) {
+    throw std::runtime_error("a system call failed");
+  }
+}
+
+/// Done in one project with copies to a repository, everything selected before.
+class Finish {
+ public:
+  explicit Finish(const std::string& home) : home_(home), copies_(home + "/fec/BENEQM") {}
+
+  void prepare(bool withChange) {
+    if (!fs::exists(copies_)) {
+      fs::create_directory(copies_.parent_path());
+      open(true);
+      done();  // creates the files that all others replace
+    }
+    open(withChange);
+    // What the entry has written; the system brings it to the disk while the engineer works.
+    ::sync();
+  }
+
+  void done() {
+    engineer_->program.wizard.form.Command1.click();
+    if (!engineer_->ended) throw std::runtime_error("the project is not finished");
+  }
+
+  /// Both places of each file.
+  std::vector<std::array<fs::path, 2>> files() const {
+    std::vector<std::array<fs::path, 2>> files;
+    for (const auto& copy : fs::directory_iterator(copies_)) {
+      files.push_back({home_ / "BENCH" / copy.path().filename(), copy.path()});
+    }
+    return files;
+  }
+
+ private:
+  void open(bool withChange) {
+    removeBackups(home_ / "BENCH");
+    engineer_ = std::make_unique<Engineer>(home_);
+    engineer_->environment.values["FEC_HOME"] = copies_.parent_path();
+    engineer_->start();
+    type(*engineer_, "BENCH");
+    Form1& form = engineer_->program.wizard.form;
+    const auto rows = static_cast<std::int32_t>(form.PropertyList.lines().size());
+    for (std::int32_t row = 0; row < rows; ++row) form.PropertyList.select(row);
+    if (withChange) changeAll("OF TURN " + std::to_string(++turn_));
+    form.vbProject.setValue(0);
+    engineer_->answers.push_back(Answer::yes);
+  }
+
+  void changeAll(const std::string& text) {
+    auto& project = engineer_->program.wizard.state.project;
+    project.deviceNames.front() = text;
+    for (auto& row : project.historyTable) row.tolerance = text;
+    for (auto& row : project.alarmTable) row.mask = text;
+    for (auto& row : project.exportTable) {
+      row.description = text;
+      if (!row.devices.empty()) row.devices.front() = text;
+    }
+  }
+
+  fs::path home_;
+  fs::path copies_;
+  std::unique_ptr<Engineer> engineer_;
+  int turn_ = 0;
+};
+
+void measureDone(const std::string& name, const std::string& home, bool withBaselines) {
+  const auto finish = std::make_shared<Finish>(home);
+  measure(
+      name, [=] { finish->prepare(true); }, [=] { finish->done(); });
+  if (!withBaselines) return;
+  measure(
+      name + "/unchanged", [=] { finish->prepare(false); }, [=] { finish->done(); });
+  const auto contents = std::make_shared<std::vector<std::string>>();
+  const auto readAll = [=] {
+    contents->clear();
+    for (const auto& [table, copy] : finish->files()) contents->push_back(contentOf(copy));
+  };
+  measure(
+      name + "/baseline", [=] { finish->prepare(false), readAll(); },
+      [=] {
+        auto content = contents->begin();
+        for (const auto& [table, copy] : finish->files()) {
+          writePlainly(table, *content);
+          writePlainly(copy, *content++);
+        }
+        const int folder = ::open((home + "/BENCH").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (::fsync(folder) != 0 || ::close(folder) != 0) throw std::runtime_error("no flush");
+      });
+  measure(
+      name + "/read", [=] { finish->prepare(false); },
+      [=] {
+        for (const auto& [table, copy] : finish->files()) {
+          benchmark::DoNotOptimize(contentOf(table));
+          benchmark::DoNotOptimize(contentOf(copy));
+        }
+      });
+}
+
+/// Files that are none of the wizard's.
+void measureBackup(const std::string& folder, int count) {
+  const auto prepare = [=] {
+    fs::remove_all(folder);
+    fs::create_directory(folder);
+    for (int number = 0; number < count; ++number) {
+      std::ofstream(folder + "/PROP" + std::to_string(number) + "-names.csv")
+          << std::string(2000, 'x');
+    }
+  };
+  measure("backup/" + std::to_string(count), prepare, [folder] {
+    const auto files = realFileSystem(CodePage::windows1252());
+    backupExistingFiles(*files, test::FakeClock(), files->path(folder));
+  });
+}
+
+void measureAll(const std::string& folder, const std::string& finished, const std::string& disk) {
   std::vector<std::unique_ptr<Desk>> desks;
   const auto desk = [&](const std::string& home, bool withWindow) -> Desk& {
     return *desks.emplace_back(std::make_unique<Desk>(folder + home, withWindow));
@@ -271,21 +364,22 @@ void measureAll(const std::string& folder) {
     const std::string kind = withWindow ? "/window" : "";
     Desk& whole = desk("1001", withWindow);
     measureTyping("entry/1001" + kind, whole, "BENC", "BENCH");
-    if (!withWindow) measurePreview(desk("1001", false));
     measureTyping("keystroke" + kind, whole, "BENCH", "BENCHX");
     measureAdd("10", desk("9", withWindow), kind);
     measureAdd("1000", desk("999", withWindow), kind);
   }
-  measureCommas(folder + "1001/BENCH/");
-  measureMissingFile(folder + "1001");
-  constexpr std::array<std::int32_t, 2> lines{500, 501};
-  Desk& full = desk("full", true);
-  BareForm bare(full, lines);
-  measureSelect(full, bare, lines);
+  measurePreview(desk("1001", false).engineer.program.wizard);
+  measureReading(folder + "1001/BENCH/");
+  measureSelect(desk("full", true));
   measureTyping("entry/names", desk("full", false), "BENC", "BENCH");
   measureTyping("leave", desk("full", true), "BENCH", "BENCHX");
   measureWindow(desk("full", true));
+  for (const char* rows : {"125", "250", "500", "1001"})
+    measureDone("done/" + std::string(rows), finished + rows, false);
+  measureDone("done", disk, true);
+  for (int count = 10; count <= 100000; count *= 10) measureBackup(folder + "files", count);
   benchmark::RunSpecifiedBenchmarks();
+  benchmark::ClearRegisteredBenchmarks();  // what they hold has to end before the toolkit
 }
 
 }  // namespace
@@ -294,6 +388,7 @@ void measureAll(const std::string& folder) {
 int main(int argc, char** argv) {
   const QApplication application(argc, argv);
   benchmark::Initialize(&argc, argv);
-  kova::measure::measureAll(std::string(argv[1]) + '/');
+  const std::string memory(argv[1]);
+  kova::measure::measureAll(memory + '/', memory + "/done", argv[2]);
   return 0;
 }

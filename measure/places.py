@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""Directories, links, locks and names that are not as they should be."""
-import codecs
+"""Disks, directories, links, locks and names that are not as they should be."""
+import ctypes
 import fcntl
 import itertools
 import os
@@ -9,16 +9,15 @@ import re
 import resource
 import shutil
 import subprocess
+import time
 
-from wizard import DONE, EDIT, ENTER, Home
-
-NOBODY = 65534
+from wizard import DONE, EDIT, ENTER, NOBODY, ROOT, Home
 
 
-def replace_by(make, name="history.csv"):
+def replaced(make):
     def meanwhile(project):
-        (project / name).unlink()
-        make(project / name)
+        (project / "history.csv").unlink()
+        make(project / "history.csv")
     return meanwhile
 
 
@@ -37,57 +36,51 @@ def locked(project):
     fcntl.flock(os.open(project / "history.csv", os.O_RDONLY), fcntl.LOCK_EX)
 
 
-def limited(project):
+def limited(_):
     # The limit of the child itself; its pipes are not files.
     children = pathlib.Path(f"/proc/{os.getpid()}/task/{os.getpid()}/children").read_text()
     for child in children.split():
         resource.prlimit(int(child), resource.RLIMIT_FSIZE, (400, 400))
 
 
-# What happens behind the wizard's back, and what Done says about it; nothing where it succeeds.
+# What happens without the wizard's knowledge, and what Done says about it; nothing if it succeeds.
+CREATE, WRITE = "create exports.csv file : ", "write history.csv : "
 TARGETS = [
-    ("directory made read-only", lambda p: p.chmod(0o555),
-     "create exports.csv file : Permission denied"),
-    ("directory without access", lambda p: p.chmod(0o600),
-     "create exports.csv file : Permission denied"),
+    ("directory made read-only", lambda p: p.chmod(0o555), CREATE + "Permission denied"),
+    ("directory without access", lambda p: p.chmod(0o600), CREATE + "Permission denied"),
     ("table made read-only", lambda p: (p / "history.csv").chmod(0o444),
-     "write history.csv : Permission denied"),
-    ("table made immutable", immutable, "write history.csv : Operation not permitted"),
+     WRITE + "Permission denied"),
+    ("table made immutable", immutable, WRITE + "Operation not permitted"),
     ("table locked by another program", locked, None),
     ("size of files limited to 400 bytes", limited,
-     "create exports.csv file : File too large|write exports.csv : File too large"),
+     CREATE + "File too large|write exports.csv : File too large"),
     ("directory removed", shutil.rmtree, None),
     ("directory replaced by a file", lambda p: (shutil.rmtree(p), p.write_bytes(b"")),
-     "create exports.csv file : (File exists|Not a directory)"),
-    ("table replaced by a link to elsewhere", replace_by(to_elsewhere), None),
-    ("table replaced by a dangling link", replace_by(lambda f: f.symlink_to("nowhere")),
-     "write history.csv : The link points to a file that does not exist"),
-    ("table replaced by a link to a directory", replace_by(lambda f: f.symlink_to(".")),
-     "write history.csv : Is a directory"),
-    ("table replaced by a directory", replace_by(lambda f: f.mkdir()),
-     "write history.csv : Is a directory"),
-    ("table replaced by a pipe", replace_by(os.mkfifo), "write history.csv : Not a plain file"),
+     CREATE + "(File exists|Not a directory)"),
+    ("table replaced by a link to elsewhere", replaced(to_elsewhere), None),
+    ("table replaced by a dangling link", replaced(lambda f: f.symlink_to("nowhere")),
+     WRITE + "The link points to a file that does not exist"),
+    ("table replaced by a link to a directory", replaced(lambda f: f.symlink_to(".")),
+     WRITE + "Is a directory"),
+    ("table replaced by a directory", replaced(lambda f: f.mkdir()), WRITE + "Is a directory"),
+    ("table replaced by a pipe", replaced(os.mkfifo), WRITE + "Not a plain file"),
 ]
 
 
-def give_away(home):
-    for entry in [home.path, *home.path.rglob("*")] if os.geteuid() == 0 else []:
-        os.chown(entry, NOBODY, NOBODY)
-
-
-def target(check, home, what, meanwhile, answer, account):
-    """What Done said, or nothing where the machine does not allow the like."""
-    give_away(home)
+def target(check, home, what, meanwhile, answer):
+    """What Done said, or what stands for it where the machine does not allow the like."""
+    home.give_away()
+    # Nobody may limit another account.
+    account = NOBODY if os.geteuid() == 0 and meanwhile is not limited else None
     try:
-        said = home.drive_around(ENTER + EDIT, lambda: meanwhile(home.project), account=account)
+        said = home.drive(ENTER + EDIT, lambda: meanwhile(home.project), account=account)
     except (subprocess.CalledProcessError, FileNotFoundError):
-        return None
+        return "not possible here"
     subprocess.run(["chattr", "-i", home.project / "history.csv"], capture_output=True)
     told = re.findall("^said (?!Write to)(.*)", said, re.M)
-    if answer is None:
-        check("ended" in said and not told, f"{what}: {said}")
-    else:
-        check(len(told) == 1 and re.fullmatch(f"Could not ({answer})", told[0]), f"{what}: {said}")
+    right = (len(told) == 1 and re.fullmatch(f"Could not ({answer})", told[0]) if answer
+             else "ended" in said and not told)
+    check(right, f"{what}: {said}")
     if home.project.is_dir():
         home.project.chmod(0o755)
     if "removed" not in what and "replaced by a file" not in what:
@@ -99,25 +92,22 @@ def target(check, home, what, meanwhile, answer, account):
 
 
 def targets(check):
-    other = NOBODY if os.geteuid() == 0 else None
-    rows = ["| behind the wizard's back | Done |", "|---|---|"]
+    rows = ["| without the wizard's knowledge | Done |", "|---|---|"]
     for what, meanwhile, answer in TARGETS:
-        account = None if meanwhile is limited else other  # nobody may limit another account
         with Home() as home:
-            told = target(check, home, what, meanwhile, answer, account)
-        rows.append(f"| {what} | {told or 'not possible here'} |")
+            rows.append(f"| {what} | {target(check, home, what, meanwhile, answer)} |")
     with Home() as home:
-        give_away(home)
+        home.give_away()
         home.project.chmod(0o555)
-        said = home.drive(ENTER, account=other)
+        said = home.drive(ENTER, account=NOBODY if os.geteuid() == 0 else None)
         check("Project not read: backup of FIELD-names.csv: Permission denied." in said, said)
         check(home.tables() == home.former, "an entry that is refused writes")
     return rows
 
 
-HOSTILE = ["../x", "../../x", "..", ".", "/", "a/b", "*", "?", "a\\nb", "a\\r\\nb", "a\\0b", "'",
+HOSTILE = ["../x", "../../x", "..", ".", "/", "a/b", "*", "?", "a\nb", "a\r\nb", "a\0b", "'",
            '"', ";touch x", "$(touch x)", "`touch x`", "-rf", "--", "|x", "&", "~", "%s%n",
-           "\\xFF", "x" * 300, " ", "a,b", "#"]
+           "\xff", "x" * 300, " ", "a,b", "#"]
 FIELDS = {"ExportName": "NEW", "LocalName": "NEWEQM", "PropertyName": "P",
           "ProjectDir": "{home}/NEW"}
 
@@ -130,12 +120,12 @@ def changed_paths(home, field, name):
     (deep / "fec").mkdir()
     before = home.entries()
     typed = FIELDS | {field: ("{home}/" if field == "ProjectDir" else "") + name}
-    acts = ["setenv FEC_HOME {home}/fec"] + ["click ProjectDir"] * (field == "ProjectDir")
-    acts += [f"type {key} {text}" for key, text in typed.items()
-             if key != "ProjectDir" or field == key]
-    acts += ["click HistoryCheck", "click AlarmWatchCheck", "click DeviceListCheck",
-             "click EditCmd", "click cProject", "answer yes"]
-    home.drive(acts + DONE, below="deep/er")
+    actions = ENTER[:1] + ["click ProjectDir"] * (field == "ProjectDir")
+    actions += [f"type {key} {text}" for key, text in typed.items() if key in (
+        "ExportName", "LocalName", "PropertyName", field)]
+    actions += [f"click {control}" for control in (
+        "HistoryCheck", "AlarmWatchCheck", "DeviceListCheck", "EditCmd", "cProject")]
+    home.drive(actions + ["answer yes"] + DONE, below="deep/er")
     after = home.entries()
     return {path for path in before | after if before.get(path, 0) != after.get(path, 0)}
 
@@ -143,10 +133,9 @@ def changed_paths(home, field, name):
 def names(check):
     """Each name in each field; nothing but the project and one folder of the repository changes."""
     for field, name in itertools.product(FIELDS, HOSTILE):
-        plain = codecs.decode(name, "unicode_escape")
-        leaf = plain if field in ("ExportName", "ProjectDir") else "NEW"
+        leaf = name if field in ("ExportName", "ProjectDir") else "NEW"
         project = os.path.normpath("deep/er/" + leaf.lstrip("/"))
-        local = plain[:6] if field == "LocalName" else "NEWEQM"
+        local = name[:6] if field == "LocalName" else "NEWEQM"
         with Home() as home:
             for path in changed_paths(home, field, name):
                 in_project = ((path + "/").startswith(project + "/")
@@ -157,3 +146,117 @@ def names(check):
     return [f"{len(FIELDS) * len(HOSTILE)} runs, {len(HOSTILE)} names in each of {len(FIELDS)} "
             "fields: no file outside the project directory and the server's folder of the "
             "repository came, went or changed."]
+
+
+def rows_of(size):
+    head = (ROOT / "examples/MAGNET/exports.csv").read_bytes().split(b"\r\n")[0] + b"\r\n"
+    row = (b"MAGNET,MAGEQM,P%05d,1,double,0,NULL, 1,READ,1,"
+           b"Supply voltage of one power converter,0\r\n")
+    return head + b"".join(row % i for i in range((size - len(head)) // len(row % 0)))
+
+
+def run(*words, **options):
+    return subprocess.run(words, capture_output=True, text=True, **options)
+
+
+def fill(disk, free):
+    """Leaves `free` KiB of the disk."""
+    with open(disk / "fill", "wb", buffering=0) as file:
+        room = os.statvfs(disk).f_bavail * os.statvfs(disk).f_bsize - free * 1024
+        for _ in range(max(0, -(-room // 4096))):
+            file.write(b"\0" * 4096)
+
+
+# Each program saves a changed table on a disk that fills up meanwhile. It returns the file, its
+# bytes before, whether it is the new one and whether the program has said that it is not.
+def ours(home, disk, size, free):
+    home.path, home.project, file = disk, disk / "MAGNET", disk / "MAGNET/exports.csv"
+    home.write({"MAGNET/exports.csv": rows_of(size)})
+    said = home.drive(ENTER[1:] + ["click vbProject", "select 0", "type PropertyDescription of the "
+                                   "other one", "click EditCmd"], lambda: fill(disk, free))
+    now = file.read_bytes()
+    return (file, rows_of(size), b"of the other one" in now and len(now) > size - 200,
+            "said Could not" in said)
+
+
+def gnumeric(home, disk, size, free):
+    file = disk / "table.csv"
+    source, complete = home.path / "source.csv", home.path / "complete.csv"
+    file.write_bytes(rows_of(size))
+    source.write_bytes(rows_of(size).replace(b"voltage", b"current", 1))
+    run("ssconvert", source, complete)
+    fill(disk, free)
+    end = run("ssconvert", source, file)
+    return (file, rows_of(size), file.exists() and file.read_bytes() == complete.read_bytes(),
+            end.returncode != 0 or "rror" in end.stderr)
+
+
+def keepassxc(home, disk, size, free):
+    key, file, data = home.path / "key", disk / "t.kdbx", home.path / "data"
+    key.write_bytes(b"k" * 64)
+    data.write_bytes(os.urandom(max(1, size - 1400)))
+
+    def cli(command, *rest):
+        return run("keepassxc-cli", command, "-q", "--no-password", "-k", key, file, *rest)
+    run("keepassxc-cli", "db-create", "-q", "-t", "100", "-k", key, file)
+    cli("add", "e")
+    cli("attachment-import", "e", "data", data)
+    old = file.read_bytes()
+    fill(disk, free)
+    end = cli("mkdir", "new")
+    return file, old, "new" in cli("ls").stdout, end.returncode != 0
+
+
+def featherpad(home, disk, size, free):
+    file, old = disk / "table.csv", rows_of(size).replace(b"\r", b"")  # it drops them
+    file.write_bytes(old)
+    # It tells nobody when it is ready, nor when it has saved.
+    steps = """featherpad "$0" & xdotool search --sync --onlyvisible --name table.csv && sleep 1
+        touch ready; until [ -e full ]; do sleep 0.1; done; xdotool type Q; xdotool key ctrl+s
+        sleep 1; xdotool getwindowname $(xdotool search --name table.csv | tail -1); kill $!"""
+    with subprocess.Popen(["xvfb-run", "-a", "sh", "-c", steps, file], cwd=home.path, text=True,
+                          env=dict(os.environ, HOME=home.name), stdout=subprocess.PIPE,
+                          stderr=subprocess.DEVNULL) as session:
+        while not (home.path / "ready").exists():
+            time.sleep(0.1)
+        fill(disk, free)
+        (home.path / "full").touch()
+        title = session.communicate()[0].splitlines()[-1]
+    return file, old, file.read_bytes() == b"Q" + old, title.startswith("*")
+
+
+PROGRAMS = {"the wizard": ours, "gnumeric (ssconvert)": gnumeric, "keepassxc-cli": keepassxc,
+            "featherpad": featherpad}
+NEEDED = {gnumeric: "ssconvert", keepassxc: "keepassxc-cli", featherpad: "featherpad"}
+
+
+def cell(program, size, free):
+    if not shutil.which(NEEDED.get(program, "sh")):
+        return "not installed"
+    with Home({}) as home:
+        disk = home.path / "disk"
+        disk.mkdir()
+        run("mount", "-t", "tmpfs", "-o", "size=64k", "none", disk, check=True)
+        try:
+            file, old, new, told = program(home, disk, size, free)
+            now = file.read_bytes() if file.exists() else b""
+            outcome = ("old complete" if now == old else "new complete" if new
+                       else f"neither, {len(now)} bytes")
+            return f"{outcome}, {'reported' if told else 'not reported'}"
+        finally:
+            run("umount", "-l", disk, check=True)
+
+
+def full_disk(check):
+    """On a memory disk of 64 KiB that only this process and its children see."""
+    if ctypes.CDLL(None).unshare(0x20000) != 0:
+        return ["Not possible here: no mount namespace of its own."]
+    run("mount", "--make-rprivate", "/", check=True)
+    rows = ["| table | free | " + " | ".join(PROGRAMS) + " |",
+            "|---|---|" + "---|" * len(PROGRAMS)]
+    for size, free in itertools.product((1400, 9000, 20000), (0, 1, 4)):
+        cells = [cell(program, size, free) for program in PROGRAMS.values()]
+        check(cells[0] in ("old complete, reported", "new complete, not reported"),
+              f"{size} {free}: {cells}")
+        rows.append(f"| {size} bytes | {free} KiB | " + " | ".join(cells) + " |")
+    return rows

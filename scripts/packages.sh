@@ -11,7 +11,7 @@ packages_for() {
     windows) echo g++-mingw-w64-x86-64-posix googletest wine64 ;;
     windows-package) echo dpkg-dev fonts-dejavu-core icoutils nsis unzip xz-utils zip ;;
     gate) echo git clang-format-14 clang-tidy-14 ;;
-    measure) echo libbenchmark-dev python3 ;;
+    measure) echo hyperfine libbenchmark-dev python3 xauth xdotool xvfb ;;
     package) echo dpkg-dev file gzip ;;
     package-check) echo appstream binutils desktop-file-utils fakeroot lintian man-db ;;
     *) echo "packages_for: no such purpose: $1" >&2; return 1 ;;

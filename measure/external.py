@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Tables of other programs, entered and finished without an edit: what comes back is known byte by
+"""Tables of other programs, opened and finished without an edit: what comes back is known byte by
 byte, and each difference has a rule."""
 import re
 
@@ -27,11 +27,10 @@ ROWS = {  # each row as another program wrote it, and as it comes back
          "MEQM,#0,SET, 1,FLOAT, 10, 7, 1.234568,-.5, 1E+20, .25,0,00"),
         ("MEQM,#0,FIELD, 4,FLOAT, 10, 7, 40.5,-3, 0, 0,0,0",) * 2],
     "devices.csv": [("0,Quad", " 0,Quad"), ("02,Sext", " 2,Sext")]}
-BLANKS = "blanks around a field are dropped"
-RULES = {"PROPERTY_ID": "made anew at each writing", "DESCRIPTION": BLANKS,
+SPACES = "spaces around a field are dropped"
+RULES = {"PROPERTY_ID": "numbered again at each writing", "DESCRIPTION": SPACES,
          "NUM_MODULES": "one number for the server, that of the last row"}
-NUMBER = ("a number is what stands at the head of the field, rounded to the column's type, "
-          "in one form")
+NUMBER = ("a number is what the field starts with, rounded to the column's type, in one form")
 FIELD_ROW = ROWS["exports.csv"][1][1] + "\r\n"
 MARK = "\xef\xbb\xbf"
 
@@ -86,16 +85,16 @@ HIGH_BYTES = swap(("Field", "\xb0\x81\xff"), ("Quad", "\xc4\x80"), ("#0", "#\xe9
 VARIANTS = [
     ("CR LF", same, same, "a device without a name gets one, also below"),
     ("lone CR", swap(("\r\n", "\r")), same, "lines end in CR LF"),
-    ("no last end", lambda text: text[:-2], same, "lines end in CR LF"),
+    ("no last line ending", lambda text: text[:-2], same, "lines end in CR LF"),
     ("LF alone", swap(("\r\n", "\n")), None,
      "an LF ends no line: no row is read and nothing is written"),
     ("comments", in_lines(lambda lines: [";", "% x"] + lines[:2] + ["#,y"] + lines[2:]), same,
      "comments are dropped"),
-    ("permuted, with a foreign column", in_lines(permuted), same,
+    ("permuted, with an unknown column", in_lines(permuted), same,
      "columns come in their order, unknown ones are dropped"),
-    ("tags in small letters", lambda text: re.sub("^.*", lambda line: line[0].lower(), text), same,
+    ("tags in lower case", lambda text: re.sub("^.*", lambda line: line[0].lower(), text), same,
      "the header has one form"),
-    ("blanks, tabs, NULs", swap((",", "\t, \0")), same, BLANKS),
+    ("spaces, tabs, NULs", swap((",", "\t, \0")), same, SPACES),
     ("quotes", QUOTES, QUOTES, "quotes are a part of the text"),
     ("bytes above 127", HIGH_BYTES, HIGH_BYTES, "one byte a character"),
     ("an empty line", in_lines(lambda lines: lines[:2] + [""] + lines[2:]),
@@ -111,40 +110,33 @@ VARIANTS = [
 ]
 
 
-def finish(tables_before):
-    tables_in = {name.replace("devices", "MEQM-devices"): text.encode("latin-1")
-                 for name, text in tables_before.items()}
-    with Home(tables_in) as home:
-        said = home.drive(["click ProjectDir", "type ProjectDir {home}/MAGNET", "click vbProject",
-                           "click Command1"])
-        after = {name: (home.project / name).read_bytes().decode("latin-1")
-                 for name in tables_before if (home.project / name).exists()}
-        return said, home.lost(), after
-
-
 def differences():
-    found = []
     for name, rows in ROWS.items():
         for old, new in rows:
             for column, was, now in zip(HEADS[name].split(","), old.split(","), new.split(",")):
                 if was != now:
                     rule = RULES.get(column, NUMBER)
-                    found.append(f"| {name} | {column} | `{was}` | `{now}` | {rule} |")
-    return found
+                    yield f"| {name} | {column} | `{was}` | `{now}` | {rule} |"
 
 
 def tables(check):
     before, after = [{name: table(name, side) for name in HEADS} for side in (0, 1)]
     after["devices.csv"] = after["devices.csv"].replace(" 2,", " 1,Device 1\r\n 2,")
     for variant, given, wanted, _ in VARIANTS:
-        said, lost, now = finish({name: given(text) for name, text in before.items()})
+        with Home({name.replace("devices", "MEQM-devices"): given(text).encode("latin-1")
+                   for name, text in before.items()}) as home:
+            said = home.drive(["click ProjectDir", "type ProjectDir {home}/MAGNET",
+                               "click vbProject", "click Command1"])
+            lost = home.lost()
+            now = {name: (home.project / name).read_bytes().decode("latin-1")
+                   for name in before if (home.project / name).exists()}
         check(("said" in said) == (wanted is None) and not lost, f"{variant}: {said} {lost}")
         for name, text in now.items():
             expected = wanted(after[name]) if wanted else given(before[name])
             check(text == expected, f"{variant}, {name}:\n{text!r}\n{expected!r}")
         check(len(now) == (4 if wanted else 3), f"{variant}: {list(now)}")
     return [
-        f"{len(VARIANTS)} corpora of four tables; every byte that came back was foretold.", "",
+        f"{len(VARIANTS)} corpora of four tables; every byte that came back was predicted.", "",
         "| table | column | was | comes back | rule |", "|---|---|---|---|---|", *differences(), "",
         "| corpus | beyond that |", "|---|---|",
         *(f"| {variant} | {rule} |" for variant, _, _, rule in VARIANTS)]
