@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Random acts of an engineer on the whole wizard, two bytes each. What stands behind 0xFF is the
-// content of every table that lies there already.
+// Random user actions on the complete wizard, two bytes each. The bytes after 0xFF are the content
+// of every table that exists at the start.
 #include <algorithm>
 #include <array>
 #include <filesystem>
@@ -28,7 +28,7 @@ std::vector<std::string> words(const std::string& text) {
   return {std::istream_iterator<std::string>(stream), {}};
 }
 
-// New ones go to the end of what can be done: the corpus goes by their places.
+// The corpus holds indexes into these lists and `others`. Append new actions to `others`.
 const std::vector<std::string> fields = words(
     "ExportName LocalName PropertyName NumDevices PropertyDescription MaxValue MinValue Units "
     "InputDataSize OutputDataSize NumStepsText ParamText ArchiveRateText toleranceText almHiText "
@@ -86,7 +86,7 @@ test::Files filesOf(const std::string& home) {
   return files;
 }
 
-/// Done writes what its preview has shown, and no other file, and ends where the preview ends.
+/// Done writes what its preview has shown and no other file, and fails where the preview fails.
 void finish(Engineer& engineer) {
   test::Files expected = filesOf(engineer.home);
   const Preview shown = preview(engineer.program.wizard);
@@ -97,13 +97,13 @@ void finish(Engineer& engineer) {
   engineer.messages.clear();
   engineer.program.wizard.form.Command1.click();
   require(filesOf(engineer.home) == expected, "Done writes what the preview shows");
-  const auto& said = engineer.messages;
-  require(shown.failure.empty() || std::count(said.begin(), said.end(), shown.failure) == 1,
+  const auto& messages = engineer.messages;
+  require(shown.failure.empty() || std::count(messages.begin(), messages.end(), shown.failure) == 1,
           "Done ends where the preview ends");
 }
 
-/// Two bytes are an act and what it is done with.
-void play(Engineer& engineer, std::size_t act, std::uint8_t with) {
+/// Two bytes are an action and its argument.
+void play(Engineer& engineer, std::size_t action, std::uint8_t with) {
   Wizard& wizard = engineer.program.wizard;
   Form1& form = wizard.form;
   ExportHelper& dialog = engineer.program.helper;
@@ -129,7 +129,7 @@ void play(Engineer& engineer, std::size_t act, std::uint8_t with) {
       [&] { engineer.answers.push_back(Answer::yes); },
       [&] { engineer.answers.push_back(Answer::cancel); },
       [&] { engineer.clock.now = 1700200000; }};
-  // What lies outside of the home directory is none of this program's business.
+  // Never write outside the home directory.
   const std::string& directory = form.ProjectDir.text();
   const bool atHome =
       directory.starts_with(engineer.home + pathSeparator) && directory.find("..") > 9999;
@@ -137,11 +137,11 @@ void play(Engineer& engineer, std::size_t act, std::uint8_t with) {
     const bool ofDialog = name.ends_with("Param") || name == "ParamText";
     return ofDialog ? dialog.window.loaded() : name != "Command1" || atHome;
   };
-  act %= fields.size() + clickable.size() + others.size();
-  const std::size_t click = act - fields.size();
-  if (act < fields.size()) {
-    if (!offers(fields.at(act))) return;
-    typeInto(engineer, fields.at(act), std::string(texts.at(with % texts.size())));
+  action %= fields.size() + clickable.size() + others.size();
+  const std::size_t click = action - fields.size();
+  if (action < fields.size()) {
+    if (!offers(fields.at(action))) return;
+    typeInto(engineer, fields.at(action), std::string(texts.at(with % texts.size())));
   } else if (click < clickable.size()) {
     const std::string& name = clickable.at(click);
     if (offers(name)) name == "Command1" ? finish(engineer) : test::click(engineer.control(name));
@@ -182,10 +182,10 @@ void checkRows(const Wizard& wizard) {
   }
 }
 
-/// Once its box has been clicked, a panel is live as the box says.
+/// Once its box has been clicked, a panel is enabled if the box is ticked.
 void checkPanel(const CheckBox& box, const Frame& frame, bool& clicked) {
   clicked = clicked || box.ticked() || !frame.enabled();
-  require(!clicked || frame.enabled() == box.ticked(), "a panel is live as its box says");
+  require(!clicked || frame.enabled() == box.ticked(), "a ticked box enables its panel");
 }
 
 }  // namespace
@@ -214,7 +214,7 @@ void check(std::string_view bytes) {
     checkPanel(wizard.form.HistoryCheck, wizard.form.HistoryPanel, historyClicked);
     checkPanel(wizard.form.AlarmWatchCheck, wizard.form.AlarmWatchPanel, alarmClicked);
   }
-  require(outer.names() == std::set<std::string>{"home", "repo"}, "nothing lies outside");
+  require(outer.names() == std::set<std::string>{"home", "repo"}, "nothing is outside");
 }
 
 }  // namespace kova::fuzz

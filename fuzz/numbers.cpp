@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Numbers in texts, a "|" between two, against the standard library's reader; and back.
+// Compares numbers in texts, separated by "|", with the standard library's reader; and back.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -13,7 +13,7 @@
 namespace kova::fuzz {
 namespace {
 
-/// Whether all of a text is a number that `value` gives back.
+/// The complete text is a number that equals `value`.
 bool isNumber(const std::string& text, double value) {
   try {
     return strictValue(text) == value;
@@ -33,7 +33,7 @@ void checkText(const std::string& text) {
   char* stop = nullptr;
   const double value = std::strtod(head.c_str(), &stop);
   require(textValue(text) == value, "the leading number is read");
-  // Blanks between digits are skipped by the one and refused by the other.
+  // The reader of numbers in tables skips spaces between digits, the strict one refuses them.
   const auto first = std::min(text.find_first_not_of(" \t"), text.size());
   const std::string trimmed = text.substr(first, text.find_last_not_of(" \t") + 1 - first);
   const bool whole = trimmed.size() == compact.size() && !head.empty() && *stop == '\0' &&

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Any bytes as a table of one of four kinds: what was read and written is read and written the same
-// again, where the format can carry it.
+// Any bytes as a table of one of four kinds: a table that was read and written stays the same when
+// it is read and written again, if the format can hold it.
 #include <algorithm>
 #include <array>
 #include <string>
@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* table = "t.csv";
 
-/// Reads the table and writes it anew. False if the reader stopped on its way.
+/// Reads the table and writes it again. False if the reader stopped early.
 bool rewrite(FileSystem& files, const std::string& folder, int kind) {
   const Path file = fileInFolder(files, folder, table);
   const ReplaceFile put = [&](const Path& target, std::string_view content) {
@@ -36,7 +36,7 @@ bool rewrite(FileSystem& files, const std::string& folder, int kind) {
   } else if (kind == 1) {
     HistoryTable rows;
     result = ReadHistoryFile(content, rows, count);
-    // With the names of a row in the form nothing is written for the form.
+    // The names of a row in the form keep the writer from adding a line for the form.
     FormTexts form;
     const HistoryRecord& first = rowOf(rows, 0);
     form.exportName = first.exportName;
@@ -55,7 +55,7 @@ bool rewrite(FileSystem& files, const std::string& folder, int kind) {
   return !result.stop;
 }
 
-/// No text has a line feed within, a quote, or a comment sign at the head of its line.
+/// No text has a line feed inside, a quote, or a comment sign at the start of its line.
 bool carries(const std::string& read, const std::string& written) {
   for (std::size_t at = 0; at < read.size(); ++at) {
     if (read[at] == '\n' && (at == 0 || read[at - 1] != '\r')) return false;

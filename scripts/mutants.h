@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Precedes each source that scripts/mutants builds. The file that KOVA_MUTANT names holds the
-// number of the broken row and a byte for each row that has been reached.
+// Included before each source that scripts/mutants builds. The file named by KOVA_MUTANT holds the
+// number of the broken row, and a byte for each row that a program has reached.
 #include <sys/mman.h>
 
 #include <cstdio>
@@ -25,5 +25,5 @@ inline bool kovaMutant(int row) {
   return mutants->broken == row;
 }
 
-// Opened before a test changes variables or makes calls fail; there is no row 0.
+// Opens the file before a test changes variables or makes calls fail; there is no row 0.
 inline const bool kovaMutantsOpened = kovaMutant(0);

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash
-# Debian packages by what they are needed for. Sourced by the scripts of this project.
+# Debian packages by purpose. Sourced by the scripts of this project.
 
 packages_for() {
   case $1 in
@@ -10,11 +10,11 @@ packages_for() {
     clang | fuzz | sanitize) echo clang ;;
     windows) echo g++-mingw-w64-x86-64-posix googletest wine64 ;;
     windows-package) echo dpkg-dev fonts-dejavu-core icoutils nsis unzip xz-utils zip ;;
-    gate) echo git clang-format-14 clang-tidy-14 ;;
+    lint) echo git clang-format-14 clang-tidy-14 ;;
     measure) echo hyperfine libbenchmark-dev python3 xauth xdotool xvfb ;;
     package) echo dpkg-dev file gzip ;;
     package-check) echo appstream binutils desktop-file-utils fakeroot lintian man-db ;;
-    *) echo "packages_for: no such purpose: $1" >&2; return 1 ;;
+    *) echo "packages_for: unknown purpose: $1" >&2; return 1 ;;
   esac
 }
 
@@ -26,7 +26,7 @@ as_root() {
   if ((EUID == 0)); then "$@"; else sudo "$@"; fi
 }
 
-# Installs what the given purposes lack. Does nothing, and asks for no permissions, if all is there.
+# Installs missing packages of the given purposes. Needs no permissions if nothing is missing.
 need_packages() {
   local purpose package missing=() wanted
   for purpose in "$@"; do
@@ -37,11 +37,11 @@ need_packages() {
   done
   ((${#missing[@]})) || return 0
   if ! command -v apt-get >/dev/null; then
-    echo "This system has no apt-get; make sure that it has what Debian calls: ${missing[*]}" >&2
+    echo "This system has no apt-get. Install the equivalents of these Debian packages: ${missing[*]}" >&2
     return 0
   fi
   if ((EUID != 0)) && ! command -v sudo >/dev/null; then
-    echo "There is no sudo here; run as root: apt-get install ${missing[*]}" >&2
+    echo "sudo is not installed. Run as root: apt-get install ${missing[*]}" >&2
     return 1
   fi
   echo "Installing Debian packages: ${missing[*]}"
@@ -52,8 +52,8 @@ need_packages() {
   as_root "${install[@]}" || { as_root apt-get update --quiet && as_root "${install[@]}"; }
 }
 
-# Builds a preset, or what of it the other words name, in its own directory under build/. Only a
-# fresh directory is configured here; the build itself notices later changes.
+# Builds a preset, or the targets of it that follow, in its own directory under build/. Only a new
+# directory is configured here; the build itself detects later changes.
 build_preset() {
   [[ -f build/$1/build.ninja ]] || cmake --preset "$1"
   cmake --build --preset "$@"
