@@ -10,12 +10,11 @@
 #include <cstring>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <utility>
 
-#include "platform/failure.h"
+#include "platform/file_system.h"
+#include "platform/handle.h"
 
-namespace kova::posix {
+namespace kova::native {
 
 /// Ends a call that went wrong, with the system's own description in English whatever the locale.
 [[noreturn]] inline void fail(int error) {
@@ -44,6 +43,11 @@ inline bool meansAbsent(int error) {
   return error == ENOENT || error == ENOTDIR;
 }
 
+/// The file system has no such call.
+inline bool isNotPossibleHere(int error) {
+  return error == EINVAL || error == ENOSYS || error == ENOTSUP;
+}
+
 /// State of an entry; nothing if there is none. `check` is stat, which follows links, or lstat.
 template <class Check>
 std::optional<struct stat> stateFrom(Check check, const std::string& name) {
@@ -63,34 +67,17 @@ inline std::optional<struct stat> stateOfEntry(const std::string& name) {
   return stateFrom(::lstat, name);
 }
 
-/// Owner of a file descriptor.
-class Descriptor {
- public:
-  explicit Descriptor(int number = -1) : number_(number) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept {
-    std::swap(number_, other.number_);
-    return *this;
-  }
-  ~Descriptor() {
-    if (number_ != -1) ::close(number_);
-  }
-  int number() const { return number_; }
-  bool open() const { return number_ != -1; }
+/// State of what is open.
+inline struct stat stateOf(const Handle& file) {
+  struct stat state {};
+  checked(::fstat, file.get(), &state);
+  return state;
+}
 
- private:
-  int number_;
-};
-
-/// Appends all of `content`.
-inline void writeAll(const Descriptor& file, std::string_view content) {
-  while (!content.empty()) {
-    const auto written = checked(::write, file.number(), content.data(), content.size());
-    if (written == 0) fail(ENOSPC);
-    content.remove_prefix(static_cast<std::size_t>(written));
-  }
+inline FileState stampOf(const struct stat& state) {
+  constexpr std::int64_t second = 1'000'000'000;
+  return {state.st_dev, state.st_ino, static_cast<std::uint64_t>(state.st_size),
+          state.st_mtim.tv_sec * second + state.st_mtim.tv_nsec};
 }
 
 /// A failure that says what stands in place of the plain file that was expected.
@@ -99,4 +86,4 @@ inline void writeAll(const Descriptor& file, std::string_view content) {
   throw Failure("Not a plain file");
 }
 
-}  // namespace kova::posix
+}  // namespace kova::native

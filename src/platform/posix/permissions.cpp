@@ -9,7 +9,7 @@
 
 #include "platform/split.h"
 
-namespace kova::posix {
+namespace kova::native {
 
 namespace {
 
@@ -55,21 +55,15 @@ Permissions permissionsOf(const struct stat& state, std::optional<std::vector<ch
   return {state.st_uid, state.st_gid, state.st_mode & 07777U, std::move(list)};
 }
 
-struct stat stateOf(const Descriptor& file) {
-  struct stat state {};
-  checked(::fstat, file.number(), &state);
-  return state;
-}
-
 // False if this account may not.
-bool give(const Descriptor& file, uid_t owner, gid_t group) {
-  if (::fchown(file.number(), owner, group) == 0) return true;
+bool give(const Handle& file, uid_t owner, gid_t group) {
+  if (::fchown(file.get(), owner, group) == 0) return true;
   if (!meansNotHere(errno)) fail(errno);
   return false;
 }
 
 // True if the file has the group afterwards.
-bool keepOwner(const Permissions& permissions, const Descriptor& file, const struct stat& state) {
+bool keepOwner(const Permissions& permissions, const Handle& file, const struct stat& state) {
   constexpr auto same = static_cast<uid_t>(-1);
   const bool groupIsKept = state.st_gid == permissions.group || give(file, same, permissions.group);
   if (state.st_uid != permissions.owner) give(file, permissions.owner, same);
@@ -78,21 +72,21 @@ bool keepOwner(const Permissions& permissions, const Descriptor& file, const str
 
 // 0, or the error for which the file does not have the list. Where there is none to be kept, the
 // file may have got one from its folder, which would let in others.
-int keepAccessList(const Permissions& permissions, const Descriptor& file) {
+int keepAccessList(const Permissions& permissions, const Handle& file) {
   if (!permissions.accessList) return EACCES;
   const std::vector<char>& list = *permissions.accessList;
   if (!list.empty()) {
-    const int set = ::fsetxattr(file.number(), accessListName, list.data(), list.size(), 0);
+    const int set = ::fsetxattr(file.get(), accessListName, list.data(), list.size(), 0);
     return set == 0 ? 0 : errno;
   }
-  if (::fgetxattr(file.number(), accessListName, nullptr, 0) <= 0) return 0;
-  return ::fremovexattr(file.number(), accessListName) == 0 ? 0 : errno;
+  if (::fgetxattr(file.get(), accessListName, nullptr, 0) <= 0) return 0;
+  return ::fremovexattr(file.get(), accessListName) == 0 ? 0 : errno;
 }
 
 // The error of the call, 0 if the file has the mode.
-int changeMode(const Descriptor& file, mode_t mode) {
+int changeMode(const Handle& file, mode_t mode) {
   if ((stateOf(file).st_mode & 07777U) == mode) return 0;
-  return ::fchmod(file.number(), mode) == 0 ? 0 : errno;
+  return ::fchmod(file.get(), mode) == 0 ? 0 : errno;
 }
 
 // Who belonged to the former group is one of the others now, and must not gain by that.
@@ -109,19 +103,19 @@ Permissions permissionsOf(const struct stat& state, const std::string& name) {
                        }));
 }
 
-Permissions permissionsOf(const struct stat& state, const Descriptor& file) {
+Permissions permissionsOf(const struct stat& state, const Handle& file) {
   return permissionsOf(state, accessListFrom([&](char* list, std::size_t size) {
-                         return ::fgetxattr(file.number(), accessListName, list, size);
+                         return ::fgetxattr(file.get(), accessListName, list, size);
                        }));
 }
 
-void keepPermissions(const Permissions& permissions, const Descriptor& file) {
+void keepPermissions(const Permissions& permissions, const Handle& file) {
   keepOwner(permissions, file, stateOf(file));
   if (const int error = keepAccessList(permissions, file)) fail(error);
   if (const int error = changeMode(file, permissions.mode)) fail(error);
 }
 
-void keepPermissionsOrFewer(const Permissions& permissions, const Descriptor& copy) {
+void keepPermissionsOrFewer(const Permissions& permissions, const Handle& copy) {
   const struct stat made = stateOf(copy);
   const bool groupIsKept = keepOwner(permissions, copy, made);
   const bool hasList = !permissions.accessList || !permissions.accessList->empty();
@@ -133,12 +127,12 @@ void keepPermissionsOrFewer(const Permissions& permissions, const Descriptor& co
   if (hasList || (made.st_mode & 07777U) != mode) setNewMode(copy, mode);
 }
 
-void setNewMode(const Descriptor& file, mode_t mode) {
+void setNewMode(const Handle& file, mode_t mode) {
   const int error = changeMode(file, mode);
   if (error != 0 && !meansNotHere(error)) fail(error);
 }
 
-void keepUserAttributes(const std::string& former, const Descriptor& file) {
+void keepUserAttributes(const std::string& former, const Handle& file) {
   const auto names = attributeText(
       [&](char* list, std::size_t size) { return ::listxattr(former.c_str(), list, size); });
   for (const std::string_view part : split(names.value_or(std::string()), '\0')) {
@@ -148,14 +142,14 @@ void keepUserAttributes(const std::string& former, const Descriptor& file) {
       return ::getxattr(former.c_str(), name.c_str(), text, size);
     });
     if (!value) continue;
-    const int set = ::fsetxattr(file.number(), name.c_str(), value->data(), value->size(), 0);
+    const int set = ::fsetxattr(file.get(), name.c_str(), value->data(), value->size(), 0);
     if (set != 0 && !meansNotHere(errno)) fail(errno);
   }
 }
 
-void keepTimes(const struct stat& former, const Descriptor& file) {
+void keepTimes(const struct stat& former, const Handle& file) {
   const std::array times{former.st_atim, former.st_mtim};
-  if (::futimens(file.number(), times.data()) != 0 && !meansNotHere(errno)) fail(errno);
+  if (::futimens(file.get(), times.data()) != 0 && !meansNotHere(errno)) fail(errno);
 }
 
-}  // namespace kova::posix
+}  // namespace kova::native

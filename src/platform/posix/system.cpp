@@ -87,7 +87,7 @@ void checkWords(const std::vector<std::string_view>& words) {
 }
 
 void check(int error) {
-  if (error != 0) posix::fail(error);
+  if (error != 0) native::fail(error);
 }
 
 // What a started program gets: a session of its own, plain signals, nothing open.

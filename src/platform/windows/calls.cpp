@@ -6,7 +6,13 @@
 #include <cstring>
 #include <system_error>
 
-namespace kova::windows {
+namespace kova {
+
+Handle::~Handle() {
+  if (open()) ::CloseHandle(native_);
+}
+
+namespace native {
 
 namespace {
 
@@ -64,4 +70,6 @@ std::wstring nameOf(const Path& path) {
   return full.starts_with(L"\\\\") ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;
 }
 
-}  // namespace kova::windows
+}  // namespace native
+
+}  // namespace kova

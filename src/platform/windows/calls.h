@@ -6,11 +6,14 @@
 
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "platform/file_system.h"
+#include "platform/handle.h"
 
-namespace kova::windows {
+namespace kova::native {
+
+/// Length of the longest name where the disk does not tell, in UTF-16 units.
+inline constexpr DWORD usualNameLimit = 255;
 
 /// Ends a call that went wrong, with the C library's description: English on every system.
 [[noreturn]] void fail(DWORD error = ::GetLastError());
@@ -27,26 +30,4 @@ std::string narrow(std::wstring_view wide);
 /// A path as calls take it: a drive alone is its root, and a long path is marked as one.
 std::wstring nameOf(const Path& path);
 
-/// Owner of a handle.
-class Handle {
- public:
-  explicit Handle(HANDLE handle = nullptr)
-      : handle_(handle == INVALID_HANDLE_VALUE ? nullptr : handle) {}
-  Handle(const Handle&) = delete;
-  Handle& operator=(const Handle&) = delete;
-  Handle(Handle&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
-  Handle& operator=(Handle&& other) noexcept {
-    std::swap(handle_, other.handle_);
-    return *this;
-  }
-  ~Handle() {
-    if (open()) ::CloseHandle(handle_);
-  }
-  HANDLE get() const { return handle_; }
-  bool open() const { return handle_ != nullptr; }
-
- private:
-  HANDLE handle_;
-};
-
-}  // namespace kova::windows
+}  // namespace kova::native

@@ -14,17 +14,13 @@ namespace kova {
 
 namespace {
 
-using windows::Handle;
-using windows::narrow;
-using windows::wide;
-
 /// Value of a variable as UTF-8; empty if it is not set.
 std::string valueOf(const std::string& name) {
-  const std::wstring variable = wide(name);
+  const std::wstring variable = native::wide(name);
   std::wstring value(::GetEnvironmentVariableW(variable.c_str(), nullptr, 0), L'\0');
   const auto size = static_cast<DWORD>(value.size());
   value.resize(::GetEnvironmentVariableW(variable.c_str(), value.data(), size));
-  return narrow(value);
+  return native::narrow(value);
 }
 
 class WindowsEnvironment final : public Environment {
@@ -55,8 +51,9 @@ bool isAbsolute(std::string_view folder) {
 
 bool endsInExe(std::string_view name) {
   constexpr int size = 4;
-  return name.size() > size && ::CompareStringOrdinal(wide(name.substr(name.size() - size)).c_str(),
-                                                      size, L".exe", size, TRUE) == CSTR_EQUAL;
+  return name.size() > size &&
+         ::CompareStringOrdinal(native::wide(name.substr(name.size() - size)).c_str(), size,
+                                L".exe", size, TRUE) == CSTR_EQUAL;
 }
 
 // Programs only: a batch file would bring a shell.
@@ -68,7 +65,7 @@ std::wstring findProgram(const std::string& program) {
       folder = folder.substr(1, folder.size() - 2);
     }
     if (!isAbsolute(folder)) continue;
-    std::wstring file = windows::nameOf(Path{std::string(folder)} / leaf);
+    std::wstring file = native::nameOf(Path{std::string(folder)} / leaf);
     const DWORD attributes = ::GetFileAttributesW(file.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
       return file;
@@ -103,7 +100,7 @@ class WindowsProgramStarter final : public ProgramStarter {
     checkWords(words);
     const std::wstring file = findProgram(codePage_.toNative(words.front()));
     // As it stands: a folder may have two blanks in its name.
-    std::wstring line = wide(codePage_.toNative(commandLine));
+    std::wstring line = native::wide(codePage_.toNative(commandLine));
     STARTUPINFOW window{};
     window.cb = sizeof window;
     // Minimised, and with the focus, as the engineer expects of a generator.
@@ -111,8 +108,8 @@ class WindowsProgramStarter final : public ProgramStarter {
     window.wShowWindow = SW_SHOWMINIMIZED;
     PROCESS_INFORMATION process{};
     constexpr DWORD flags = CREATE_NEW_CONSOLE | CREATE_DEFAULT_ERROR_MODE;
-    windows::checked(::CreateProcessW(file.c_str(), line.data(), nullptr, nullptr, FALSE, flags,
-                                      nullptr, nullptr, &window, &process));
+    native::checked(::CreateProcessW(file.c_str(), line.data(), nullptr, nullptr, FALSE, flags,
+                                     nullptr, nullptr, &window, &process));
     const Handle task(process.hProcess);
     const Handle thread(process.hThread);
   }
@@ -144,7 +141,7 @@ std::vector<std::string> terminalWords(int /*argc*/, char** /*argv*/) {
   const std::unique_ptr<wchar_t*, decltype(&::LocalFree)> all(
       ::CommandLineToArgvW(::GetCommandLineW(), &count), &::LocalFree);
   std::vector<std::string> words;
-  for (int word = 1; word < count; ++word) words.push_back(narrow(all.get()[word]));
+  for (int word = 1; word < count; ++word) words.push_back(native::narrow(all.get()[word]));
   return words;
 }
 

@@ -23,7 +23,7 @@ std::map<HANDLE, std::string>& opened() {
 }
 
 std::string pathOf(const wchar_t* name) {
-  return windows::narrow(name);
+  return native::narrow(name);
 }
 
 std::string pathOf(HANDLE file) {
