@@ -56,9 +56,9 @@ void fillCopy(const Handle& from, const Handle& to) {
   keepTimes(state, to);
 }
 
-// Runs `look` for each entry of the folder, which is open as the number.
-template <class Look>
-void lookThrough(const Path& folder, Check visit) {
+// Runs `visit` for each entry of the folder, which is open as the number.
+template <class Visit>
+void forEachEntry(const Path& folder, Visit visit) {
   const auto close = [](DIR* open) { ::closedir(open); };
   const std::unique_ptr<DIR, decltype(close)> entries(::opendir(folder.native.c_str()), close);
   if (!entries) fail(errno);
@@ -202,7 +202,7 @@ void createFolder(const Path& folder, const Path& parent) {
 
 std::vector<std::string> plainFiles(const Path& folder) {
   std::vector<std::string> names;
-  lookThrough(folder, [&](int number, const dirent& entry) {
+  forEachEntry(folder, [&](int number, const dirent& entry) {
     if (entry.d_name[0] != '.' && isPlainFile(number, entry)) names.emplace_back(entry.d_name);
   });
   std::sort(names.begin(), names.end());
@@ -210,7 +210,7 @@ std::vector<std::string> plainFiles(const Path& folder) {
 }
 
 void forEachName(const Path& folder, const std::function<void(const std::string&)>& action) {
-  lookThrough(folder, [&](int /*number*/, const dirent& entry) { action(entry.d_name); });
+  forEachEntry(folder, [&](int /*number*/, const dirent& entry) { action(entry.d_name); });
 }
 
 // The folder itself is what is locked, so that nothing is left behind however the program ends.

@@ -16,9 +16,9 @@ constexpr int lockAttempts = 300;
 // What is just being removed is denied for a moment; a folder that is, stays so.
 constexpr int deniedAttempts = 20;
 
-// Runs `look` for each entry of the folder.
-template <class Look>
-void lookThrough(const Path& folder, Check visit) {
+// Runs `visit` for each entry of the folder.
+template <class Visit>
+void forEachEntry(const Path& folder, Visit visit) {
   WIN32_FIND_DATAW entry{};
   const HANDLE entries = ::FindFirstFileW(nameOf(folder / "*").c_str(), &entry);
   if (entries == INVALID_HANDLE_VALUE) {
@@ -117,7 +117,7 @@ std::vector<std::string> plainFiles(const Path& folder) {
   constexpr DWORD notListed = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE |
                               FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
   std::vector<std::string> names;
-  lookThrough(folder, [&](const WIN32_FIND_DATAW& entry) {
+  forEachEntry(folder, [&](const WIN32_FIND_DATAW& entry) {
     if ((entry.dwFileAttributes & notListed) != 0 || entry.cFileName[0] == L'.') return;
     std::string name = narrow(entry.cFileName);
     const bool isLink = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
@@ -128,7 +128,7 @@ std::vector<std::string> plainFiles(const Path& folder) {
 }
 
 void forEachName(const Path& folder, const std::function<void(const std::string&)>& action) {
-  lookThrough(folder, [&](const WIN32_FIND_DATAW& entry) { action(narrow(entry.cFileName)); });
+  forEachEntry(folder, [&](const WIN32_FIND_DATAW& entry) { action(narrow(entry.cFileName)); });
 }
 
 // A file that Windows removes with its handle, however the program ends.
