@@ -68,7 +68,7 @@ Path withoutLink(const Path& name);
 /// itself asks nobody, but is to fail like one that changes.
 void checkMayBeReplaced(const Path& target);
 /// State of a file that is to be replaced; nothing if there is none.
-std::optional<FileState> targetStamp(const Path& target);
+std::optional<FileState> targetState(const Path& target);
 /// Not open if it can't be read.
 Handle openTarget(const Path& target);
 /// Gives the next content of `target` the permissions that the file has, or those of a new one.

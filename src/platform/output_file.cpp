@@ -40,7 +40,7 @@ class ReplacingFile final : public OutputFile {
   }
 
   void flush() override {
-    former_ = native::targetStamp(target_);
+    former_ = native::targetState(target_);
     targetStays_ = former_ && former_->bytes == content_.size() && holds(target_, content_);
     if (!targetStays_) {
       const bool isNew = !temporary_;
@@ -52,7 +52,7 @@ class ReplacingFile final : public OutputFile {
   }
 
   void close() override {
-    if (targetStays_ && former_ != native::targetStamp(target_)) flushed_ = false;
+    if (targetStays_ && former_ != native::targetState(target_)) flushed_ = false;
     if (!flushed_) flush();
     if (!targetStays_) temporary_->replace(target_);
     temporary_.reset();

@@ -74,7 +74,7 @@ inline struct stat stateOf(const Handle& file) {
   return state;
 }
 
-inline FileState stampOf(const struct stat& state) {
+inline FileState asFileState(const struct stat& state) {
   constexpr std::int64_t second = 1'000'000'000;
   return {state.st_dev, state.st_ino, static_cast<std::uint64_t>(state.st_size),
           state.st_mtim.tv_sec * second + state.st_mtim.tv_nsec};

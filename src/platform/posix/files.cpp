@@ -144,7 +144,7 @@ mode_t newFileMode() {
 
 std::optional<FileState> state(const Path& file) {
   const auto state = stateOf(file.native);
-  return state && S_ISREG(state->st_mode) ? std::optional(stampOf(*state)) : std::nullopt;
+  return state && S_ISREG(state->st_mode) ? std::optional(asFileState(*state)) : std::nullopt;
 }
 
 bool isFolder(const Path& path) {

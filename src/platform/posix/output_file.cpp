@@ -116,9 +116,9 @@ void checkMayBeReplaced(const Path& target) {
   checkAccess(folder.empty() ? "." : folder, W_OK | X_OK);
 }
 
-std::optional<FileState> targetStamp(const Path& target) {
+std::optional<FileState> targetState(const Path& target) {
   const auto state = plainFileState(target);
-  return state ? std::optional(stampOf(*state)) : std::nullopt;
+  return state ? std::optional(asFileState(*state)) : std::nullopt;
 }
 
 Handle openTarget(const Path& target) {

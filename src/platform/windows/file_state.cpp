@@ -46,7 +46,7 @@ Handle openFolder(const Path& folder, DWORD access) {
   return openFile(name, access, shareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
 }
 
-std::optional<FileState> stateOf(const std::wstring& name) {
+std::optional<FileInformation> stateOf(const std::wstring& name) {
   const Handle file =
       openFile(name, FILE_READ_ATTRIBUTES, shareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
   if (!file.open()) {
@@ -60,26 +60,26 @@ std::optional<FileState> stateOf(const std::wstring& name) {
   return stateOf(file);
 }
 
-FileState stateOf(const Handle& file) {
-  FileState state{};
+FileInformation stateOf(const Handle& file) {
+  FileInformation state{};
   checked(::GetFileInformationByHandle(file.get(), &state));
   return state;
 }
 
-bool isFolder(const FileState& state) {
+bool isFolder(const FileInformation& state) {
   return (state.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-bool isPlainFile(const FileState& state) {
+bool isPlainFile(const FileInformation& state) {
   constexpr DWORD others = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE;
   return (state.dwFileAttributes & others) == 0;
 }
 
-bool isProtected(const FileState& state) {
+bool isProtected(const FileInformation& state) {
   return (state.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
 }
 
-FileState stampOf(const FileState& state) {
+FileState asFileState(const FileInformation& state) {
   // Windows counts tenths of a microsecond since 1601.
   constexpr std::int64_t since1970 = 116'444'736'000'000'000;
   const auto& written = state.ftLastWriteTime;
@@ -122,7 +122,7 @@ void keepAccessList(const std::wstring& from, const std::wstring& to) {
   }
 }
 
-void keepAttributes(const FileState& from, const Handle& to) {
+void keepAttributes(const FileInformation& from, const Handle& to) {
   constexpr DWORD kept = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
   FILE_BASIC_INFO information{};  // a time of 0 stays as it is
   information.LastWriteTime.LowPart = from.ftLastWriteTime.dwLowDateTime;
@@ -140,7 +140,7 @@ void allowRemoval(const std::wstring& name) {
 
 // A copy of a file that is protected against writing is so as well, and could not be removed.
 void unprotect(const Handle& file) {
-  FileState state{};
+  FileInformation state{};
   if (::GetFileInformationByHandle(file.get(), &state) == FALSE || !isProtected(state)) return;
   FILE_BASIC_INFO removable{};
   removable.FileAttributes = FILE_ATTRIBUTE_NORMAL;

@@ -20,22 +20,22 @@ Handle openFile(const std::wstring& name, DWORD access, DWORD share, DWORD how =
 bool meansAbsent(DWORD error);
 Handle openFolder(const Path& folder, DWORD access);
 
-using FileState = BY_HANDLE_FILE_INFORMATION;
+using FileInformation = BY_HANDLE_FILE_INFORMATION;
 /// State of a file or folder, links followed; nothing if there is none. Throws Failure if that
 /// can't be told.
-std::optional<FileState> stateOf(const std::wstring& name);
-FileState stateOf(const Handle& file);
-bool isFolder(const FileState& state);
-bool isPlainFile(const FileState& state);
-bool isProtected(const FileState& state);
-FileState stampOf(const FileState& state);
+std::optional<FileInformation> stateOf(const std::wstring& name);
+FileInformation stateOf(const Handle& file);
+bool isFolder(const FileInformation& state);
+bool isPlainFile(const FileInformation& state);
+bool isProtected(const FileInformation& state);
+FileState asFileState(const FileInformation& state);
 
 /// The file belongs to this account, or lies on a disk that knows no owners.
 bool isOwn(const Handle& file);
 /// Throws Failure if the file keeps no access list of another one although it could.
 void keepAccessList(const std::wstring& from, const std::wstring& to);
 /// Sets time and attributes as those of `from`: who may write it, who is shown it.
-void keepAttributes(const FileState& from, const Handle& to);
+void keepAttributes(const FileInformation& from, const Handle& to);
 /// A file that is protected against writing can be removed and replaced behind this.
 void allowRemoval(const std::wstring& name);
 /// As well, but nothing happens if that is not possible.

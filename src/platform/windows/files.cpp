@@ -46,7 +46,7 @@ bool leadsToFile(const Path& link) {
 std::optional<FileState> state(const Path& file) {
   const auto state = stateOf(nameOf(file));
   if (!state || !isPlainFile(*state)) return std::nullopt;
-  return stampOf(*state);
+  return asFileState(*state);
 }
 
 bool isFolder(const Path& path) {
@@ -59,7 +59,7 @@ Source openPlainFile(const Path& file) {
   Handle open = openFile(nameOf(file), GENERIC_READ, shareAll);
   if (!open.open()) fail();
   if (::GetFileType(open.get()) != FILE_TYPE_DISK) throw Failure("Not a plain file");
-  const std::uint64_t bytes = stampOf(stateOf(open)).bytes;
+  const std::uint64_t bytes = asFileState(stateOf(open)).bytes;
   return {std::move(open), bytes};
 }
 
@@ -98,7 +98,7 @@ void copy(const Path& from, const Path& to) {
 }
 
 void fillCopy(const Path& from, const Source& source, const TemporaryFile& copy) {
-  const FileState state = stateOf(source.file);
+  const FileInformation state = stateOf(source.file);
   keepAccessList(nameOf(from), nameOf(copy.name()));
   const auto room = std::min<std::uint64_t>(source.bytes + 1, readAhead);
   std::string buffer(static_cast<std::size_t>(room), '\0');

@@ -55,8 +55,8 @@ bool hasName(const Handle& file, const Path& name) {
                                 FILE_FLAG_OPEN_REPARSE_POINT);
   if (!named.open() && meansAbsent(::GetLastError())) return false;
   if (!named.open()) fail();
-  const FileState one = stampOf(stateOf(named));
-  const FileState other = stampOf(stateOf(file));
+  const FileState one = asFileState(stateOf(named));
+  const FileState other = asFileState(stateOf(file));
   return one.device == other.device && one.inode == other.inode;
 }
 
@@ -82,7 +82,7 @@ void removeIfStale(const Path& temporary) {
   // Nobody else has open what can be opened without sharing it.
   const Handle file =
       openFile(nameOf(temporary), access, 0, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT);
-  FileState state{};
+  FileInformation state{};
   if (!file.open() || ::GetFileInformationByHandle(file.get(), &state) == FALSE) return;
   const bool isLink = (state.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
   if (isLink || !isPlainFile(state) || state.nNumberOfLinks != 1) return;
@@ -120,7 +120,7 @@ void checkMayBeReplaced(const Path& target) {
   check(openFolder(target.parent(), FILE_ADD_FILE));
 }
 
-std::optional<FileState> targetStamp(const Path& target) {
+std::optional<FileState> targetState(const Path& target) {
   return state(target);
 }
 
