@@ -17,11 +17,8 @@ AHEAD_OF = {
     (INPUT, "Data Format"): ("combo box", PROPERTY, "Access"),
     (OUTPUT, "Data Format"): ("combo box", INPUT, "Data Format"),
     (PROPERTY, "Output ArrayType :"): ("check box", PROPERTY, "Device List")}
-# The keyboard has dead keys of its own: one that is lent for a key press is taken back half a second
-# later, whether the program has looked at it or not. A window that comes ahead of the window manager
-# is not brought to the front.
+# A window that comes ahead of the window manager is not brought to the front.
 SESSION = """
-setxkbmap us -variant intl || exit
 openbox --startup "touch '$XDG_RUNTIME_DIR/managed'" >/dev/null 2>&1 &
 until [ -e "$XDG_RUNTIME_DIR/managed" ]; do sleep 0.1; done
 exec "$0" "$@"

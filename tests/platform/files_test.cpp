@@ -1,41 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What every machine's file system promises.
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <regex>
 
-#include "platform/machine.h"
-#include "support/temporary_folder.h"
+#include "platform/real_files.h"
 
 namespace kova::test {
 
-using Names = std::set<std::string>;
 namespace fs = std::filesystem;
-
-class RealFiles : public ::testing::Test {
- protected:
-  Path path(const std::string& name) const {
-    return files->path(folder.path() + pathSeparator + name);
-  }
-  void replaceBy(const std::string& name, std::string_view content) const {
-    replace(*files, path(name), content);
-  }
-  template <class Act>
-  static std::string failureOf(Act act) {
-    try {
-      act();
-      return "no failure";
-    } catch (const Failure& failure) {
-      return failure.what();
-    }
-  }
-
-  TemporaryFolder folder;
-  Path here{folder.path()};
-  CodePage page = CodePage::windows1252();
-  std::unique_ptr<FileSystem> files = realFileSystem(page);
-};
 
 TEST_F(RealFiles, AReplacementIsWholeOrNotThere) {
   replaceBy("t.csv", "old");
@@ -81,7 +53,7 @@ TEST_F(RealFiles, AFileThatHoldsTheBytesAlreadyStays) {
 TEST_F(RealFiles, ACopyKeepsBytesTimeAndProtection) {
   for (const std::size_t size : {0U, 1U, 65536U, 300000U}) {
     folder.write("from", std::string(size, '\x95'));
-    fs::last_write_time(folder.path("from"), fs::file_time_type(std::chrono::hours(100)));
+    fs::last_write_time(folder.path("from"), fs::file_time_type(std::chrono::microseconds(7)));
     fs::permissions(folder.path("from"), fs::perms{0444});
     for (int time = 0; time < 2; ++time) files->copy(path("from"), path("to"));
     EXPECT_EQ(folder.read("to"), std::string(size, '\x95'));
@@ -124,8 +96,10 @@ TEST_F(RealFiles, TemporaryFilesHaveNewNamesAndAreRemovedOnceNobodyHoldsThem) {
              ".kova~1",
              "x.kova~0123456789abcdef",
              ".x.kova~0123456789abcdeF",
+             ".t.csv~1",
              ".x.kova~123456789abcdef"};
   for (const auto& name : kept) folder.write(name, "not a temporary file");
+  files->createFolder(path(".folder.kova~1"));
   for (const char* name : {".t.csv.kova~1", ".t.csv.kova~0123456789abcdef", ".x.kova~8"}) {
     folder.write(name, "left");
   }
@@ -140,7 +114,7 @@ TEST_F(RealFiles, TemporaryFilesHaveNewNamesAndAreRemovedOnceNobodyHoldsThem) {
     EXPECT_TRUE(std::regex_match(name, std::regex("\\.t\\.csv\\.kova~[0-9a-f]{16}"))) << name;
   }
   files->removeStaleTemporaryFiles(here);
-  kept.insert({".t.csv.kova~2", "precious"});
+  kept.insert({".folder.kova~1", ".t.csv.kova~2", "precious"});
   kept.merge(made);
   EXPECT_EQ(folder.names(), kept);
 }
@@ -175,6 +149,16 @@ TEST_F(RealFiles, LongPathsAreWrittenAndRead) {
   // Within reach of what removes the folder.
   for (Path end = here; fs::exists((end / longName).native); end = end / "d") {
     fs::rename((end / longName).native, (end / "d").native);
+  }
+}
+
+TEST(CodePages, KeepEveryByteApart) {
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
+  for (int number = 1250; number <= 1258; ++number) {
+    const CodePage page = CodePage::windows(number);
+    EXPECT_EQ(page.name(), "Windows-" + std::to_string(number));
+    EXPECT_EQ(page.fromNative(page.toNative(all)), all) << number;
   }
 }
 

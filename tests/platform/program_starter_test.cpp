@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -8,17 +7,15 @@
 #include <regex>
 #include <thread>
 
-#include "platform/machine.h"
-#include "support/temporary_folder.h"
+#include "platform/real_files.h"
 
 namespace kova::test {
 
-class ProgramStarter : public ::testing::Test {
- protected:
+struct ProgramStarter : testing::Test {
   void SetUp() override { std::filesystem::current_path(folder.path()); }
   void TearDown() override { std::filesystem::current_path("/"); }
 
-  /// The program "record" of a subfolder writes its words, what it has open and whether it belongs
+  /// The program "record" of a subfolder writes its words, what it has open, and whether it belongs
   /// to the session of another, to "out".
   void writeProgram(const std::string& where) const {
     const std::string file = where + "/record";
@@ -36,7 +33,7 @@ class ProgramStarter : public ::testing::Test {
   std::string written(const std::string& name, const std::string& end) const {
     using Clock = std::chrono::steady_clock;
     const auto giveUp = Clock::now() + std::chrono::minutes(2);
-    std::string content = folder.read(name);
+    std::string content;
     while (content.find(end) == std::string::npos && Clock::now() < giveUp) {
       std::this_thread::sleep_for(std::chrono::milliseconds(5));
       content = folder.read(name);
@@ -55,42 +52,31 @@ TEST_F(ProgramStarter, SearchesAbsoluteFoldersOnlyAndHandsWordsOver) {
   ::setenv("PATH", (unusable + ":" + folder.path("far") + ":/bin:/usr/bin").c_str(), 1);
   ::dup2(STDERR_FILENO, 9);
   ASSERT_NE(std::freopen("record", "r", stdin), nullptr);
-
-  start("record  a;b \xB0 $(x) '*");
-
-  EXPECT_EQ(written("far/out", "end"), "[a;b][\u00B0][$(x)]['*]/dev/null\nend\n");
-  ::close(9);
-  for (const char* line : {"", "  ", "./record a", "/bin/true", "missing", "true -o", "-record"}) {
-    EXPECT_THROW(start(line), Failure) << line;
-  }
-  EXPECT_THROW(start(std::string_view("true a\0b", 8)), Failure);
-  ::setenv("PATH", unusable.c_str(), 1);
-  try {
-    start("record");
-    ADD_FAILURE() << "it was started";
-  } catch (const Failure& failure) {
-    EXPECT_STREQ(failure.what(), "record is on the search path but may not be executed");
-  }
-  ::unsetenv("PATH");
-  EXPECT_THROW(start("record"), Failure);
-}
-
-TEST_F(ProgramStarter, HandsOnNoSignalsThatAreBlockedOrIgnored) {
-  ::setenv("PATH", "/bin:/usr/bin", 1);
   static_cast<void>(std::signal(SIGUSR1, SIG_IGN));
   sigset_t blocked{};
   sigemptyset(&blocked);
   sigaddset(&blocked, SIGTERM);
   ::pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
 
-  start("cp /proc/self/status status");
+  start("record  a;b \xB0 $(x) '*");
 
+  EXPECT_EQ(written("far/out", "end"), "[a;b][\u00B0][$(x)]['*]/dev/null\nend\n");
+  start("cp /proc/self/status status");
   // The last digits: those ahead of them are of signals that the C library keeps for itself.
-  const std::string status = written("status", "SigCgt");
-  EXPECT_TRUE(std::regex_search(status, std::regex("SigBlk:.*0000000\n"))) << status;
-  EXPECT_TRUE(std::regex_search(status, std::regex("SigIgn:.*0000000\n"))) << status;
+  const std::regex none("SigBlk:.*0000000\nSigIgn:.*0000000\n");
+  EXPECT_TRUE(std::regex_search(written("near/status", "SigCgt"), none));
+  ::close(9);
   ::pthread_sigmask(SIG_UNBLOCK, &blocked, nullptr);
   static_cast<void>(std::signal(SIGUSR1, SIG_DFL));
+  for (const char* line : {"", "  ", "./record a", "/bin/true", "missing", "true -o", "-record"}) {
+    EXPECT_THROW(start(line), Failure) << line;
+  }
+  EXPECT_THROW(start(std::string_view("true a\0b", 8)), Failure);
+  ::setenv("PATH", unusable.c_str(), 1);
+  EXPECT_EQ(failureOf([] { start("record"); }),
+            "record is on the search path but may not be executed");
+  ::unsetenv("PATH");
+  EXPECT_THROW(start("record"), Failure);
 }
 
 }  // namespace kova::test

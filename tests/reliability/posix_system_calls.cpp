@@ -7,6 +7,7 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -67,6 +68,12 @@ Result call(const char* name, File file, Arguments... arguments) {
   return callWith<Result>({}, name, file, arguments...);
 }
 
+/// A call that a run is not struck at.
+template <class Result = int, class... Arguments>
+Result unlessRefused(const char* name, Arguments... arguments) {
+  return systemCalls().refused.contains(name) ? fail() : pass<Result>(name, arguments...);
+}
+
 int flush(const char* name, int file) {
   SystemCalls::Call* const noted = noteOf(name, file);
   if (strikes(noted)) return fail();
@@ -74,8 +81,6 @@ int flush(const char* name, int file) {
 }
 
 }  // namespace
-
-const CallsOfARun callsOfARun{.kinds = 16, .silent = {"futimens", "linkat", "opendir", "unlink"}};
 
 extern "C" {
 
@@ -131,7 +136,7 @@ int rename(const char* from, const char* to) noexcept {
 int renameat2(int a, const char* from, int b, const char* to, unsigned flags) noexcept {
   SystemCalls::Call* const noted = noteOf("rename", from);
   if (strikes(noted)) return fail();
-  return keep(noted, pass("renameat2", a, from, b, to, flags), to);
+  return keep(noted, unlessRefused("renameat2", a, from, b, to, flags), to);
 }
 int linkat(int from, const char* path, int to, const char* name, int flags) noexcept {
   // Of a file without a name, which is known by its number alone.
@@ -148,6 +153,18 @@ int mkdir(const char* path, mode_t mode) noexcept {
 }
 int stat(const char* path, struct stat* state) noexcept {
   return call("stat", path, state);
+}
+int fstatfs(int file, struct statfs* state) noexcept {
+  return unlessRefused("fstatfs", file, state);
+}
+ssize_t getxattr(const char* path, const char* name, void* value, size_t size) noexcept {
+  return unlessRefused<ssize_t>("getxattr", path, name, value, size);
+}
+ssize_t fgetxattr(int file, const char* name, void* value, size_t size) noexcept {
+  return unlessRefused<ssize_t>("fgetxattr", file, name, value, size);
+}
+int fsetxattr(int file, const char* name, const void* value, size_t size, int flags) noexcept {
+  return unlessRefused("fsetxattr", file, name, value, size, flags);
 }
 DIR* opendir(const char* path) {
   return strikes(noteOf("opendir", path)) ? (fail(), nullptr) : pass<DIR*>("opendir", path);

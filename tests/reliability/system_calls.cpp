@@ -19,7 +19,9 @@ SystemCalls::Call* note(const char* name, std::string path) {
 bool strikes(const SystemCalls::Call* noted) {
   const SystemCalls& calls = systemCalls();
   const std::size_t number = calls.made.size();
-  return noted != nullptr && (number == calls.at || (calls.onwards && number > calls.at));
+  if (noted == nullptr) return false;
+  return number == calls.at || (calls.onwards && number > calls.at) ||
+         calls.refused.contains(noted->name);
 }
 
 }  // namespace kova::test

@@ -22,7 +22,8 @@ struct SystemCalls {
   std::size_t at = 0;       ///< number of the call that fails, from 1; 0 lets all pass
   int error = 0;            ///< with which it fails; 0 kills the program in place of that
   bool onwards = false;     ///< whether all later calls fail as well
-  bool flushes = false;     ///< whether flushes reach the disk; without, a run takes milliseconds
+  std::set<std::string> refused = {};  ///< calls that fail with the error each time
+  bool flushes = false;  ///< whether flushes reach the disk; without, a run takes milliseconds
   std::vector<Call> made = {};
 };
 
@@ -33,12 +34,5 @@ SystemCalls& systemCalls();
 SystemCalls::Call* note(const char* name, std::string path);
 /// The call is to fail, or to kill the program.
 bool strikes(const SystemCalls::Call* noted);
-
-/// What a run of the wizard calls here.
-struct CallsOfARun {
-  std::size_t kinds = 0;
-  std::set<std::string> silent;  ///< may fail without a word
-};
-extern const CallsOfARun callsOfARun;
 
 }  // namespace kova::test

@@ -44,12 +44,12 @@ class Desk {
                    Qt::MouseButton button = Qt::LeftButton) const {
     QTest::mouseDClick(view.windowHandle(), button, {}, target.mapTo(&view, place));
   }
+  QPlainTextEdit& box() const { return widget<QPlainTextEdit>("deviceNamesInputText"); }
   /// Clicks into the device box at the end of a line.
   void clickLine(int line) const {
-    auto& edit = widget<QPlainTextEdit>("deviceNamesInputText");
-    QTextCursor cursor(edit.document()->findBlockByNumber(line));
+    QTextCursor cursor(box().document()->findBlockByNumber(line));
     cursor.movePosition(QTextCursor::EndOfBlock);
-    click(*edit.viewport(), edit.cursorRect(cursor).center());
+    click(*box().viewport(), box().cursorRect(cursor).center());
   }
   /// Another window comes to the front and goes.
   static void visitAnotherWindow(const std::function<void()>& act = {}) {
