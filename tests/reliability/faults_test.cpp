@@ -37,7 +37,7 @@ TEST(Restoring, LosesNoPresentTableWhateverFails) {
     project.wizard->answers.push_back(Answer::yes);
     systemCalls() = {.folder = wizard.state.project.projectPath, .at = ++at, .error = EIO};
     const auto sets = backupSetsOf(wizard);
-    if (!sets.empty()) restoreIfWanted(wizard, sets.front());
+    if (!sets.empty()) confirmAndRestore(wizard, sets.front());
     struck = std::exchange(systemCalls(), {}).made.size() >= at;
     SCOPED_TRACE("call " + std::to_string(at));
     const std::string table = std::string("MAGNET") + pathSeparator + "exports.csv";

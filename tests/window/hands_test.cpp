@@ -109,7 +109,7 @@ TEST_F(Hands, AHeldKeyIsOneAct) {
 }
 
 TEST_F(Hands, AHeldKeyIsOneActAlsoWhereItsRepeatsLookLikePresses) {
-  HeldKeys held(true);
+  KeyRepeatFilter held(true);
   qApp->installEventFilter(&held);
   int acts = 0;
   form.EditCmd.onClick = form.HistoryCheck.onClick = [&] { ++acts; };

@@ -18,13 +18,13 @@ namespace {
 
 TEST(LayoutTemplates, ThatDoNotFitTheirWindowAreRefused) {
   const std::vector<std::array<std::string, 3>> cases = {
-      {"Frame5", "-", "\"ProjectDir\" stands nowhere"},
-      {"Frame5", "ProjectDir Folder", "\"Folder\" is no control, or lacks its sketch"},
-      {"Frame5", "ProjectDir ProjectDir", "\"ProjectDir\" stands twice"},
+      {"Frame5", "-", "\"ProjectDir\" is not placed"},
+      {"Frame5", "ProjectDir Folder", "\"Folder\" needs a control or a layout template"},
+      {"Frame5", "ProjectDir ProjectDir", "\"ProjectDir\" is placed twice"},
       {"Frame5", "ProjectDir Units", "\"Units\" is outside its frame"},
-      {"Frame5", "< ProjectDir", "\"<\" is no control, or lacks its sketch"},
-      {"Frame5", "^ ProjectDir", "\"^\" is no control, or lacks its sketch"},
-      {"Frame3", "InputDataFormat <\n^ InputDataSize", "\"InputDataSize\" stands in another cell"}};
+      {"Frame5", "< ProjectDir", "\"<\" needs a control or a layout template"},
+      {"Frame5", "^ ProjectDir", "\"^\" needs a control or a layout template"},
+      {"Frame3", "InputDataFormat <\n^ InputDataSize", "\"InputDataSize\" overlaps another cell"}};
   const CodePage page = CodePage::windows1252();
   for (const auto& [name, picture, expected] : cases) {
     auto layoutTemplates = mainWindowTemplates();
