@@ -9,7 +9,7 @@
 namespace kova {
 namespace {
 
-/// Of what comes up without the focus, screen readers speak notifications alone.
+/// Screen readers speak only notifications of widgets that do not have the focus.
 QAccessibleInterface* describe(const QString& /*className*/, QObject* object) {
   auto* line = dynamic_cast<AnnouncingLabel*>(object);
   return line == nullptr ? nullptr : new QAccessibleWidget(line, QAccessible::Notification);
@@ -31,7 +31,7 @@ int AnnouncingLabel::heightForWidth(int width) const {
   return std::max(QLabel::heightForWidth(width), least);
 }
 
-void AnnouncingLabel::say(const QString& message) {
+void AnnouncingLabel::announce(const QString& message) {
   if (message == text()) return;
   setText(message);
   setToolTip(toToolTip(message));

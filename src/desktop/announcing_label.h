@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A line of text that a screen reader speaks whenever it changes, wherever the focus is.
+// A text that a screen reader speaks whenever it changes, wherever the focus is.
 #pragma once
 
 #include <QLabel>
@@ -9,11 +9,11 @@ namespace kova {
 class AnnouncingLabel : public QLabel {
  public:
   explicit AnnouncingLabel(QWidget* parent);
-  /// Room for two lines, so that what stands above stays where it is when a message is long.
+  /// At least two lines, so that a long message does not move the widgets above.
   int heightForWidth(int width) const override;
 
-  /// Shows `message`, and has it spoken if it is another one than before.
-  void say(const QString& message);
+  /// Shows `message`, and has it spoken if it has changed.
+  void announce(const QString& message);
 };
 
 }  // namespace kova

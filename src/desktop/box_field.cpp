@@ -19,8 +19,8 @@ BoxField::BoxField(TextField& field, const CodePage& codePage, QWidget* parent)
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   connect(this, &QPlainTextEdit::textChanged, this, &BoxField::takeEdit);
   connect(this, &QPlainTextEdit::cursorPositionChanged, this, &BoxField::takeCaret);
-  connect(this, &QPlainTextEdit::cursorPositionChanged, this, &BoxField::lightLine);
-  lightLine();
+  connect(this, &QPlainTextEdit::cursorPositionChanged, this, &BoxField::highlightLine);
+  highlightLine();
 }
 
 void BoxField::refresh() {
@@ -46,19 +46,19 @@ void BoxField::takeEdit() {
   const std::size_t caret = textPosition(raw, textCursor().position());
   shown_ = toTextLines(raw, codePage_);
   differs_ = toShownLines(shown_, codePage_) != raw;
-  // The model may bring another text into the box while it takes this one.
+  // The model may change the box's text while it processes this one.
   const std::string text = shown_;
   field_.edit(text, caret);
 }
 
 void BoxField::takeCaret() {
-  // The toolkit tells of the caret ahead of the edit that moved it.
+  // The toolkit reports the caret before the edit that moved it.
   if (refreshing_ || document()->revision() != revision_) return;
   field_.setCaret(textPosition(document()->toRawText(), textCursor().position()));
 }
 
 void BoxField::keyPressEvent(QKeyEvent* event) {
-  // A name ends with its line, whatever is held down with Enter.
+  // Enter ends a name, whatever modifier is held.
   if (event->matches(QKeySequence::InsertLineSeparator)) {
     textCursor().insertBlock();
   } else {
@@ -72,19 +72,19 @@ void BoxField::mousePressEvent(QMouseEvent* event) {
   };
   const auto before = selected();
   FieldWidget::mousePressEvent(event);
-  // No other press selects something anew.
+  // No other press changes the selection.
   thirdClick_ =
       textCursor().hasSelection() && selected() != before && event->modifiers() == Qt::NoModifier;
-  leaveOutLineEnd();
+  excludeLineEnding();
 }
 
 void BoxField::mouseMoveEvent(QMouseEvent* event) {
   FieldWidget::mouseMoveEvent(event);
-  leaveOutLineEnd();
+  excludeLineEnding();
 }
 
-/// A third click selects a line with its end; what is typed then would join it with the next one.
-void BoxField::leaveOutLineEnd() {
+/// A third click selects a line with its ending. Typing over it would join it with the next line.
+void BoxField::excludeLineEnding() {
   QTextCursor cursor = textCursor();
   const int start = cursor.anchor();
   if (!thirdClick_ || cursor.position() <= start || !cursor.atBlockStart()) return;
@@ -95,7 +95,7 @@ void BoxField::leaveOutLineEnd() {
   setTextCursor(cursor);
 }
 
-void BoxField::lightLine() {
+void BoxField::highlightLine() {
   QTextEdit::ExtraSelection line;
   line.cursor = textCursor();
   line.cursor.clearSelection();
@@ -106,7 +106,7 @@ void BoxField::lightLine() {
 
 void BoxField::changeEvent(QEvent* event) {
   FieldWidget::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) lightLine();
+  if (event->type() == QEvent::PaletteChange) highlightLine();
 }
 
 QSize BoxField::sizeOf(int columns, int lines) const {

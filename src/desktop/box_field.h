@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A text field of several lines on screen.
+// A multi-line text field on screen.
 #pragma once
 
 #include <QPlainTextEdit>
@@ -28,15 +28,15 @@ class BoxField : public FieldWidget<QPlainTextEdit> {
 
  private:
   void takeEdit();
-  void lightLine();
-  void leaveOutLineEnd();
-  /// With room for so many characters and lines.
+  void highlightLine();
+  void excludeLineEnding();
+  /// Size for this number of characters and lines.
   QSize sizeOf(int columns, int lines) const;
 
-  std::string shown_;        ///< the text of the model that stands in the box
-  int revision_ = 0;         ///< of the document as the model knows it
-  bool thirdClick_ = false;  ///< is what the mouse is doing
-  bool differs_ = false;     ///< the box holds something that the model's text can't hold
+  std::string shown_;        ///< the model's text that the box shows
+  int revision_ = 0;         ///< of the document that the model knows
+  bool thirdClick_ = false;  ///< the mouse selects a line
+  bool differs_ = false;     ///< the box has characters that the model's text can't have
 };
 
 }  // namespace kova

@@ -12,7 +12,7 @@ namespace {
 
 constexpr double readable = 4.5;
 
-/// So many tenths of `one`, the rest of `other`.
+/// Mixes `tenths` of `one` with the rest of `other`.
 QColor blend(const QColor& one, const QColor& other, int tenths) {
   const auto part = [tenths](int of, int with) {
     return (of * tenths + with * (10 - tenths)) / 10;
@@ -21,7 +21,7 @@ QColor blend(const QColor& one, const QColor& other, int tenths) {
           part(one.blue(), other.blue())};
 }
 
-/// As the eye weighs the three lights of a screen, which are not linear.
+/// Relative luminance as the eye perceives it.
 double luminance(const QColor& colour) {
   const auto linear = [](double light) {
     return light <= 0.04045 ? light / 12.92 : std::pow((light + 0.055) / 1.055, 2.4);
@@ -30,14 +30,14 @@ double luminance(const QColor& colour) {
          0.0722 * linear(colour.blueF());
 }
 
-/// How well a text is told from its background: 1 not at all, 21 black from white.
+/// Contrast ratio of a text: from 1 (invisible) to 21 (black on white).
 double contrast(const QColor& text, const QColor& background) {
   constexpr double glare = 0.05;
   const auto [dark, light] = std::minmax({luminance(text), luminance(background)});
   return (light + glare) / (dark + glare);
 }
 
-/// As close to the background as can still be read.
+/// The readable colour closest to the background.
 QColor palest(const QColor& text, const QColor& background) {
   int tenths = 5;
   while (tenths < 10 && contrast(blend(text, background, tenths), background) < readable) ++tenths;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a view hangs on the model, which outlives it.
+// Connections of a view to callbacks of the model, which outlives it.
 #pragma once
 
 #include <QScopeGuard>
@@ -10,13 +10,13 @@
 
 namespace kova {
 
-/// They leave the model together with the view that holds them.
+/// Disconnect when the view that holds them goes.
 using Connections = std::vector<QScopeGuard<Handler>>;
 
-template <class Listener, class Call>
-void connectView(Connections& connections, Listener& listener, Call call) {
-  listener = std::move(call);
-  connections.emplace_back([&listener] { listener = {}; });
+template <class Callback, class Function>
+void connectCallback(Connections& connections, Callback& callback, Function function) {
+  callback = std::move(function);
+  connections.emplace_back([&callback] { callback = {}; });
 }
 
 }  // namespace kova

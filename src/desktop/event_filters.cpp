@@ -14,7 +14,7 @@ bool isEnter(const QKeyEvent& key) {
   return key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
 }
 
-/// Such a key may press something.
+/// The key can press a control.
 bool mayPress(const QKeyEvent& key) {
   return isEnter(key) || key.key() == Qt::Key_Space || key.key() == Qt::Key_Select;
 }
@@ -26,7 +26,7 @@ bool isTypedInto(const QObject* widget, const QKeyEvent& key) {
 
 }  // namespace
 
-bool AccessKeyFilter::eventFilter(QObject* watched, QEvent* event) {
+bool ControlInputFilter::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Shortcut && !static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
     if (auto* button = qobject_cast<QAbstractButton*>(watched)) {
       button->setFocus(Qt::ShortcutFocusReason);
@@ -41,9 +41,9 @@ bool AccessKeyFilter::eventFilter(QObject* watched, QEvent* event) {
   return QObject::eventFilter(watched, event);
 }
 
-HeldKeys::HeldKeys(bool inPairs) : inPairs_(inPairs) {}
+KeyRepeatFilter::KeyRepeatFilter(bool inPairs) : inPairs_(inPairs) {}
 
-bool HeldKeys::eventFilter(QObject* watched, QEvent* event) {
+bool KeyRepeatFilter::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Shortcut) return shortcutRepeats_;
   const bool press = event->type() == QEvent::KeyPress;
   const bool release = event->type() == QEvent::KeyRelease;
@@ -55,7 +55,7 @@ bool HeldKeys::eventFilter(QObject* watched, QEvent* event) {
   if (press) return markRepeat(*watched, key);
   if (!release) {
     shortcutRepeats_ = isRepeat(key);
-    // The filter for screen readers copies keys without their times: it has to come after this one.
+    // The screen reader filter drops the times of keys, so it has to run after this one.
     QCoreApplication::instance()->installEventFilter(this);
   } else if (key.timestamp() != 0) {
     releasedKey_ = key.key();
@@ -64,13 +64,13 @@ bool HeldKeys::eventFilter(QObject* watched, QEvent* event) {
   return false;
 }
 
-bool HeldKeys::isRepeat(const QKeyEvent& press) const {
+bool KeyRepeatFilter::isRepeat(const QKeyEvent& press) const {
   return press.isAutoRepeat() ||
          (inPairs_ && press.key() == releasedKey_ && press.timestamp() == releasedAt_);
 }
 
-/// Hands on a repeat that the toolkit has not recognized, as what it is. False if it is none.
-bool HeldKeys::markRepeat(QObject& window, QKeyEvent& press) const {
+/// Resends a repeat that the toolkit has not recognised, marked as one. False if it is not one.
+bool KeyRepeatFilter::markRepeat(QObject& window, QKeyEvent& press) const {
   if (press.isAutoRepeat() || !mayPress(press) || !isRepeat(press)) return false;
   QKeyEvent repeat(press.type(), press.key(), press.modifiers(), press.nativeScanCode(),
                    press.nativeVirtualKey(), press.nativeModifiers(), press.text(), true);
@@ -81,9 +81,9 @@ bool HeldKeys::markRepeat(QObject& window, QKeyEvent& press) const {
 }
 
 bool InputBlocker::eventFilter(QObject* watched, QEvent* event) {
-  const bool act =
+  const bool isInput =
       event->isInputEvent() || event->type() == QEvent::Shortcut || event->type() == QEvent::Close;
-  return act || QObject::eventFilter(watched, event);
+  return isInput || QObject::eventFilter(watched, event);
 }
 
 }  // namespace kova

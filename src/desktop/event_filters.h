@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Acts of the engineer that the toolkit would carry out differently.
+// Filters for input that the toolkit would handle differently.
 #pragma once
 
 #include <QObject>
@@ -8,20 +8,20 @@ class QKeyEvent;
 
 namespace kova {
 
-/// An access key presses its button at once, where the toolkit would wait for a moment and let
-/// further keys overtake it; the wheel turns nothing that does not have the focus.
-class AccessKeyFilter : public QObject {
+/// Lets an access key press its button at once, where the toolkit would wait and let further keys
+/// overtake it. The wheel changes only the control that has the focus.
+class ControlInputFilter : public QObject {
  public:
   using QObject::QObject;
   bool eventFilter(QObject* watched, QEvent* event) override;
 };
 
-/// A held key is one press of whatever it presses, in all windows; what moves or types repeats.
-class HeldKeys : public QObject {
+/// A held key presses a control once, in all windows. Keys that move or type still repeat.
+class KeyRepeatFilter : public QObject {
  public:
-  /// With `inPairs` each repeat of a held key is a release and a press of the same time, as an X
-  /// server sends them. Under load the toolkit takes such a press for a new one.
-  explicit HeldKeys(bool inPairs);
+  /// With `inPairs`, a repeat is a release and a press with the same time, as an X server sends it.
+  /// Under load the toolkit mistakes such a press for a new one.
+  explicit KeyRepeatFilter(bool inPairs);
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
@@ -34,7 +34,7 @@ class HeldKeys : public QObject {
   quint64 releasedAt_ = 0;
 };
 
-/// Keeps the engineer's acts from all windows once the program has ended.
+/// Blocks user input in all windows once the program has ended.
 class InputBlocker : public QObject {
  public:
   using QObject::QObject;

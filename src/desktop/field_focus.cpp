@@ -29,8 +29,7 @@ bool FieldFocus::eventFilter(QObject* watched, QEvent* event) {
   } else if (event->type() == QEvent::FocusOut) {
     if (movesBetweenFields(static_cast<QFocusEvent*>(event)->reason())) enter(nullptr);
   } else if (event->type() == QEvent::MouseButtonPress && !widget->isActiveWindow()) {
-    // The toolkit has moved the focus already. Of that it tells once the window is active, as if
-    // nothing but the window had changed.
+    // The toolkit has already moved the focus. It reports that later, as a mere window switch.
     enter(widget->window()->focusWidget());
   }
   return QObject::eventFilter(watched, event);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Which text field of a window has the input focus as the wizard sees it: switching windows, a
-// message box or a menu that opens or closes is neither an entry nor a leaving.
+// Tracks which text field has the input focus, as the wizard sees it. Switching windows and opening
+// or closing a message box or menu do not count as focus changes.
 #pragma once
 
 #include <QWidget>
@@ -14,7 +14,7 @@ class FieldFocus : public QObject {
  public:
   using QObject::QObject;
 
-  /// Follows the focus in and out of `widget`, which shows `field`, or null if it is no text field.
+  /// Tracks the focus of `widget`, which shows `field`, or null if it is not a text field.
   void watch(QWidget& widget, TextField* field);
   bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -18,12 +18,12 @@ FieldMarks::FieldMarks(const std::vector<ShownField>& fields, const CodePage& co
       marked_(std::move(marked)),
       marks_(fields.size()),
       signs_(fields.size()) {
-  afterAction_.setSingleShot(true);
-  connect(&afterAction_, &QTimer::timeout, this, &FieldMarks::markAll);
+  afterEvent_.setSingleShot(true);
+  connect(&afterEvent_, &QTimer::timeout, this, &FieldMarks::markAll);
 }
 
-void FieldMarks::follow() {
-  if (!afterAction_.isActive()) afterAction_.start(0);
+void FieldMarks::scheduleUpdate() {
+  if (!afterEvent_.isActive()) afterEvent_.start(0);
 }
 
 void FieldMarks::recolour() {

@@ -16,13 +16,13 @@ namespace kova {
 class FieldMarks : public QObject {
  public:
   /// `fields` are those of the main window. They and the wizard outlive the object.
-  /// `marked` runs after each look at them.
+  /// `marked` runs after each check of the fields.
   FieldMarks(const std::vector<ShownField>& fields, const CodePage& codePage, const Wizard& wizard,
              Handler marked);
 
-  /// Has the marks follow the texts as soon as the running act is through.
-  void follow();
-  /// Gives the marks the colours of the palette in use.
+  /// Updates the marks after the current event.
+  void scheduleUpdate();
+  /// Applies the current palette to the marks.
   void recolour();
 
  private:
@@ -34,8 +34,8 @@ class FieldMarks : public QObject {
   const Wizard& wizard_;
   const Handler marked_;
   std::vector<std::string> marks_;  ///< the warning that each field shows
-  std::vector<MarkSign*> signs_;    ///< of each field, null as long as it needs none
-  QTimer afterAction_;
+  std::vector<MarkSign*> signs_;    ///< of each field, null until it needs one
+  QTimer afterEvent_;
 };
 
 }  // namespace kova

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What fields of one and of several lines have in common: what of the engineer's clicks and keys
-// reaches the model.
+// What single-line and multi-line fields share: which clicks and keys reach the model.
 #pragma once
 
 #include <QContextMenuEvent>
@@ -13,7 +12,7 @@
 
 namespace kova {
 
-/// A toolkit's text widget that mirrors a text field.
+/// A text widget that shows a text field of the model.
 template <class Edit>
 class FieldWidget : public Edit {
  public:
@@ -21,10 +20,10 @@ class FieldWidget : public Edit {
       : Edit(parent), field_(field), codePage_(codePage) {}
 
  protected:
-  /// The caret of the widget becomes that of the model.
+  /// Passes the widget's caret to the model.
   virtual void takeCaret() = 0;
 
-  /// An access key that leads nowhere at the moment is no text.
+  /// An access key without a target must not be typed as text.
   void keyPressEvent(QKeyEvent* event) override {
     const Qt::KeyboardModifiers held = event->modifiers();
     const bool withAlt = (held & Qt::AltModifier) && !(held & Qt::ControlModifier);
@@ -44,12 +43,12 @@ class FieldWidget : public Edit {
     Edit::mouseReleaseEvent(event);
     if (event->button() != Qt::LeftButton || std::exchange(endsDoubleClick_, false)) return;
     if (!this->rect().contains(event->position().toPoint())) return;
-    // The toolkit selects a whole text without a word on the caret.
+    // When it selects all, the toolkit does not report the caret.
     takeCaret();
     field_.click();
   }
 
-  /// The menu key opens the window's menu; with Shift and F10 the field's own menu comes up.
+  /// The Menu key opens the window's menu, Shift+F10 the field's own.
   void contextMenuEvent(QContextMenuEvent* event) override {
     if (event->reason() == QContextMenuEvent::Keyboard && event->modifiers() == Qt::NoModifier) {
       event->ignore();
@@ -60,7 +59,7 @@ class FieldWidget : public Edit {
 
   TextField& field_;
   const CodePage& codePage_;
-  bool refreshing_ = false;  ///< what changes in the widget comes from the model
+  bool refreshing_ = false;  ///< the model is changing the widget
 
  private:
   bool endsDoubleClick_ = false;

@@ -8,16 +8,19 @@
 #include <algorithm>
 #include <utility>
 
+#include "desktop/action_button.h"
 #include "desktop/box_field.h"
+#include "desktop/caption_label.h"
+#include "desktop/frame_box.h"
 #include "desktop/line_field.h"
 #include "desktop/line_list.h"
-#include "desktop/small_widgets.h"
+#include "desktop/option_box.h"
 #include "desktop/text_conversion.h"
 
 namespace kova {
 namespace {
 
-constexpr int lineHeight = 225;  // of a drawn text, in twips
+constexpr int lineHeight = 225;  // of text, in twips
 
 LineField::Characters charactersOf(const ControlDesign& design) {
   const Width width = widthOf(design);
@@ -26,15 +29,15 @@ LineField::Characters charactersOf(const ControlDesign& design) {
   return {.wanted = 32, .least = 16};
 }
 
-/// A screen reader speaks the entries of a list that is open, and none of a closed one.
-void speakEntry(QComboBox& list, int index) {
+/// By themselves, screen readers speak the entries of an open list only.
+void announceEntry(QComboBox& list, int index) {
   if (!list.hasFocus() || !QAccessible::isActive()) return;
   QAccessibleEvent entry(list.view(), QAccessible::Focus);
   entry.setChild(index);
   QAccessible::updateAccessibility(&entry);
 }
 
-/// However a button is pressed, the field that had the focus has been left before.
+/// However a button is pressed, the field with the focus loses it first.
 void takeFocus(QAbstractButton& button) {
   if (!button.hasFocus()) button.setFocus(Qt::OtherFocusReason);
 }
@@ -48,14 +51,14 @@ FormWidgets::FormWidgets(QWidget& window, const std::vector<LayoutTemplate>& lay
       controls_(std::move(controls)),
       codePage_(codePage),
       changed_(std::move(changed)) {
-  // A frame is made ahead of what lies in it.
+  // Frames come first, as the parents of the other controls.
   for (const bool frames : {true, false}) {
     for (const DesignedControl& control : controls_) {
       if ((control.design->kind == ControlKind::frame) == frames) make(control);
     }
   }
   namings_ = layOut(window_, layoutTemplates, shown_);
-  for (const Naming& naming : namings_) join(naming);
+  for (const Naming& naming : namings_) applyNaming(naming);
   for (const Handler& show : labels_) show();
   setTabOrder();
 }
@@ -69,15 +72,15 @@ void FormWidgets::make(const DesignedControl& control) {
   made->setToolTip(toToolTip(toShown(design.toolTip, codePage_)));
   made->setAccessibleDescription(toShown(design.toolTip, codePage_));
   made->setAccessibleName(accessibleName(design));
-  made->installEventFilter(&accessKeys_);
+  made->installEventFilter(&inputFilter_);
   auto* const* field = std::get_if<TextField*>(&control.control);
   focus_.watch(*made, field == nullptr ? nullptr : *field);
   shown_.emplace(design.name, Shown{.design = &design, .widget = made});
 }
 
 template <class Control, class Show>
-void FormWidgets::follow(Control& control, Show show) {
-  connectView(connections_, control.notifyView, [this, show] {
+void FormWidgets::bind(Control& control, Show show) {
+  connectCallback(connections_, control.notifyView, [this, show] {
     show();
     changed_();
   });
@@ -86,15 +89,15 @@ void FormWidgets::follow(Control& control, Show show) {
 
 template <class Edit>
 QWidget* FormWidgets::makeField(TextField& field, Edit* edit) {
-  follow(field, [&field, edit] {
+  bind(field, [&field, edit] {
     edit->refresh();
     edit->setEnabled(field.enabled());
   });
-  connectView(connections_, field.takeFocus, [edit] {
+  connectCallback(connections_, field.takeFocus, [edit] {
     if (!edit->isVisible() || !edit->isEnabled()) throw Failure("the field can't take the focus");
     edit->setFocus(Qt::OtherFocusReason);
   });
-  connectView(connections_, field.selectAll, [edit] { edit->selectAll(); });
+  connectCallback(connections_, field.selectAll, [edit] { edit->selectAll(); });
   return edit;
 }
 
@@ -111,16 +114,17 @@ QWidget* FormWidgets::make(TextField& field, const ControlDesign& design, QWidge
   return made;
 }
 
-/// A screen reader toggles a button without a press.
-template <class Control, class IsOn, class Act>
-QWidget* FormWidgets::makeToggle(Control& control, QAbstractButton* button, IsOn isOn, Act act) {
+/// Listens to toggles, as a screen reader toggles a button without a click.
+template <class Control, class IsOn, class Action>
+QWidget* FormWidgets::makeToggle(Control& control, QAbstractButton* button, IsOn isOn,
+                                 Action action) {
   QObject::connect(button, &QAbstractButton::toggled, button, [=, &control](bool on) {
-    // Of two options the one that takes over tells of it.
+    // Of two options, only the newly selected one reports it.
     if (on == std::invoke(isOn, control) || (button->autoExclusive() && !on)) return;
     takeFocus(*button);
-    std::invoke(act, control);
+    std::invoke(action, control);
   });
-  follow(control, [=, &control] { button->setChecked(std::invoke(isOn, control)); });
+  bind(control, [=, &control] { button->setChecked(std::invoke(isOn, control)); });
   return button;
 }
 
@@ -141,14 +145,14 @@ QWidget* FormWidgets::make(CommandButton& button, const ControlDesign& design, Q
     takeFocus(*made);
     button.click();
   });
-  follow(button, [&button, made] { made->setEnabled(button.enabled()); });
+  bind(button, [&button, made] { made->setEnabled(button.enabled()); });
   return made;
 }
 
 QWidget* FormWidgets::make(Frame& frame, const ControlDesign& design, QWidget& parent) {
   auto* made = new FrameBox(frame, &parent);
   made->setTitle(caption(design));
-  follow(frame, [&frame, made] { made->setEnabled(frame.enabled()); });
+  bind(frame, [&frame, made] { made->setEnabled(frame.enabled()); });
   return made;
 }
 
@@ -165,31 +169,31 @@ QWidget* FormWidgets::make(Label& label, const ControlDesign& design, QWidget& p
     }
     made->setEnabled(label.enabled());
   });
-  follow(label, labels_.back());
+  bind(label, labels_.back());
   return made;
 }
 
 QWidget* FormWidgets::make(ListBox& list, const ControlDesign& design, QWidget& parent) {
   auto* made = new LineList(list, codePage_, toShown(design.hintIfEmpty, codePage_), &parent);
-  follow(list, [made] { made->refresh(); });
+  bind(list, [made] { made->refresh(); });
   return made;
 }
 
 QWidget* FormWidgets::make(DropDownList& list, const ControlDesign& /*design*/, QWidget& parent) {
-  // As wide as its entries, which are there already. To name that or another policy would make the
-  // pop-up ahead of its use, and lay the window out once more.
+  // As wide as its entries by default. Setting a size policy would create the pop-up early and lay
+  // out the window again.
   auto* made = new QComboBox(&parent);
   made->setFocusPolicy(Qt::StrongFocus);
   QObject::connect(made, &QComboBox::activated, made, [&list](int index) { list.select(index); });
   QObject::connect(made, &QComboBox::currentIndexChanged, made,
-                   [made](int index) { speakEntry(*made, index); });
-  follow(list, [this, &list, made] {
+                   [made](int index) { announceEntry(*made, index); });
+  bind(list, [this, &list, made] {
     const auto& entries = list.entries();
     for (auto shown = static_cast<std::size_t>(made->count()); shown < entries.size(); ++shown) {
       made->addItem(toShown(entries[shown], codePage_));
     }
     made->setCurrentIndex(list.selectedIndex());
-    // A screen reader speaks the value of a list that takes typed text, and of no other.
+    // A screen reader speaks the value of editable lists only.
     made->setAccessibleDescription(made->currentText());
     made->setEnabled(list.enabled());
   });
@@ -200,25 +204,24 @@ QString FormWidgets::caption(const ControlDesign& design) const {
   return withAccessKey(toShown(design.caption.text, codePage_), design.caption.key);
 }
 
-/// What a label names goes by that in the end; a text field without one goes by its frame.
+/// Labels replace this name later. A text field without a label is named after its frame.
 QString FormWidgets::accessibleName(const ControlDesign& design) const {
-  const bool goesByFrame = design.kind == ControlKind::textBox && !design.container.empty();
-  const ControlDesign& named = goesByFrame ? *shown_.at(design.container).design : design;
-  const bool goesByCaption = named.kind == ControlKind::frame;
-  return toShown(goesByCaption ? named.caption.text : design.accessibleName, codePage_);
+  const bool usesFrame = design.kind == ControlKind::textBox && !design.container.empty();
+  const ControlDesign& named = usesFrame ? *shown_.at(design.container).design : design;
+  const bool usesCaption = named.kind == ControlKind::frame;
+  return toShown(usesCaption ? named.caption.text : design.accessibleName, codePage_);
 }
 
-void FormWidgets::join(const Naming& naming) {
+void FormWidgets::applyNaming(const Naming& naming) {
   auto& label = *static_cast<CaptionLabel*>(widget(naming.label));
   QWidget* field = widget(naming.field);
   if (naming.leads) label.leadTo(*field);
   const ControlDesign& design = *shown_.at(naming.label).design;
   if (design.container == shown_.at(naming.field).design->container) return;
-  // A screen reader speaks a drop-down list by a label that lies in the same frame, and by none
-  // that stands outside.
-  auto* spoken = new QLabel(toShown(design.caption.text, codePage_), field->parentWidget());
-  spoken->setBuddy(field);
-  spoken->hide();
+  // A screen reader names a drop-down list by a label in the same frame only.
+  auto* hidden = new QLabel(toShown(design.caption.text, codePage_), field->parentWidget());
+  hidden->setBuddy(field);
+  hidden->hide();
 }
 
 void FormWidgets::setTabOrder() {

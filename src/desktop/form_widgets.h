@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The widgets of one window, made by a loop over its design table. Each mirrors its control and
-// carries the engineer's acts into it.
+// The widgets of one window, made from its design table. Each shows its control and passes user
+// input to it.
 #pragma once
 
 #include <QAbstractButton>
@@ -28,17 +28,17 @@ struct ShownField {
 
 class FormWidgets {
  public:
-  /// Fills `window` as `layout templates` show it. `changed` runs after each change of what a
-  /// control shows. The controls outlive the object.
+  /// Fills `window` by its layout templates. `changed` runs after each change of a control. The
+  /// controls outlive the object.
   FormWidgets(QWidget& window, const std::vector<LayoutTemplate>& layoutTemplates,
               std::vector<DesignedControl> controls, const CodePage& codePage, Handler changed);
 
   /// The widget of a control.
   QWidget* widget(std::string_view name) const { return shown_.at(name).widget; }
-  /// What the widget shows; none if it is not one of this window.
+  /// The control that the widget shows; nothing if it is not one of this window.
   std::optional<ControlPointer> control(const QWidget* widget) const;
   const std::vector<ShownField>& fields() const { return fields_; }
-  /// First of the widgets that take the focus at this moment, in the order of the Tab key.
+  /// First widget in Tab order that takes the focus now.
   QWidget* firstInTabOrder() const;
 
  private:
@@ -52,27 +52,27 @@ class FormWidgets {
   QWidget* make(ListBox& list, const ControlDesign& design, QWidget& parent);
   QWidget* make(DropDownList& list, const ControlDesign& design, QWidget& parent);
 
-  /// Attaches what shows the state of a control, and shows it.
+  /// Runs `show` now and after each change of the control.
   template <class Control, class Show>
-  void follow(Control& control, Show show);
+  void bind(Control& control, Show show);
   template <class Edit>
   QWidget* makeField(TextField& field, Edit* edit);
-  template <class Control, class IsOn, class Act>
-  QWidget* makeToggle(Control& control, QAbstractButton* button, IsOn isOn, Act act);
+  template <class Control, class IsOn, class Action>
+  QWidget* makeToggle(Control& control, QAbstractButton* button, IsOn isOn, Action action);
   QString caption(const ControlDesign& design) const;
   QString accessibleName(const ControlDesign& design) const;
-  void join(const Naming& naming);
+  void applyNaming(const Naming& naming);
   void setTabOrder();
 
   QWidget& window_;
   const std::vector<DesignedControl> controls_;
   const CodePage& codePage_;
   const Handler changed_;
-  AccessKeyFilter accessKeys_;
+  ControlInputFilter inputFilter_;
   FieldFocus focus_;
   ShownControls shown_;
   std::vector<Naming> namings_;
-  std::vector<Handler> labels_;  ///< each shows one of them
+  std::vector<Handler> labels_;  ///< each updates one label
   std::vector<ShownField> fields_;
   std::vector<QWidget*> tabOrder_;
   Connections connections_;

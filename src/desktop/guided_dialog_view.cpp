@@ -11,7 +11,7 @@
 
 namespace kova {
 
-// Not a child of the main window: the toolkit would end the process with that one alone.
+// Not a child of the main window: otherwise the process would end with the main window.
 GuidedDialogView::GuidedDialogView(ExportHelper& helper, const CodePage& codePage,
                                    QWidget& mainWindow)
     : helper_(helper),
@@ -20,13 +20,13 @@ GuidedDialogView::GuidedDialogView(ExportHelper& helper, const CodePage& codePag
       widgets_(*this, guidedDialogTemplates(), designedControls(helper), codePage,
                [this] { markDefault(); }) {
   setObjectName(QStringLiteral("ExportHelper"));
-  connectView(connections_, helper_.window.notifyView, [this] { refresh(); });
-  connectView(connections_, helper_.window.raise, [this] { bringUp(); });
+  connectCallback(connections_, helper_.window.notifyView, [this] { refresh(); });
+  connectCallback(connections_, helper_.window.raise, [this] { bringToFront(); });
   mainWindow_.installEventFilter(this);
   markDefault();
 }
 
-/// Shows what Enter does in the box.
+/// Marks the button that Enter presses.
 void GuidedDialogView::markDefault() {
   const char* name = helper_.nextParam.enabled() ? "nextParam" : "DoneParam";
   auto* button = qobject_cast<QPushButton*>(widgets_.widget(name));
@@ -48,20 +48,20 @@ void GuidedDialogView::refresh() {
   show();
 }
 
-void GuidedDialogView::bringUp() {
+void GuidedDialogView::bringToFront() {
   setWindowState(windowState() & ~Qt::WindowMinimized);
   raise();
   activateWindow();
 }
 
-/// Stays in front of the main window, and on its own when that one has gone.
+/// Detaches the dialog from the main window when that one is closed.
 bool GuidedDialogView::eventFilter(QObject* watched, QEvent* event) {
-  const bool gone = watched == &mainWindow_ && event->type() == QEvent::Close;
-  if (gone && windowHandle() != nullptr) windowHandle()->setTransientParent(nullptr);
+  const bool closes = watched == &mainWindow_ && event->type() == QEvent::Close;
+  if (closes && windowHandle() != nullptr) windowHandle()->setTransientParent(nullptr);
   return QDialog::eventFilter(watched, event);
 }
 
-/// It opens with the focus on a button; what is typed there is meant for the box.
+/// The dialog opens with the focus on a button, but typed text is meant for the box.
 void GuidedDialogView::keyPressEvent(QKeyEvent* event) {
   QWidget* box = widgets_.widget("ParamText");
   const bool isText = !event->text().isEmpty() && event->text().front().isPrint() &&

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The guided dialog on screen: a window of its own beside the main window.
+// The guided dialog on screen: a window next to the main window.
 #pragma once
 
 #include <QDialog>
@@ -12,10 +12,10 @@ namespace kova {
 
 class GuidedDialogView : public QDialog {
  public:
-  /// Comes up in the middle of `mainWindow`, and stays when that one is closed.
+  /// Appears in the middle of `mainWindow`, and stays open when that one is closed.
   GuidedDialogView(ExportHelper& helper, const CodePage& codePage, QWidget& mainWindow);
 
-  /// The Escape key and the window's own close control.
+  /// Called for the Escape key and the window's close control.
   void reject() override { helper_.window.unload(); }
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -25,7 +25,7 @@ class GuidedDialogView : public QDialog {
  private:
   void markDefault();
   void refresh();
-  void bringUp();
+  void bringToFront();
 
   ExportHelper& helper_;
   const CodePage& codePage_;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Where the controls of a window stand: each frame, and the window itself, is a picture of words.
+// The layout of a window and of each frame in it, drawn as a table of words.
 #pragma once
 
 #include <map>
@@ -9,15 +9,15 @@
 
 namespace kova {
 
-/// A line is a row, and a word in it a cell: a control, or a further layout template. "<" belongs
-/// to the cell to its left, "^" to the one above, "-" is empty, and so is what a line lacks at its
-/// end. Rows and columns with nothing in them take the room that is left over.
+/// Each line is a row, and each word a cell: a control or another layout template. "<" extends the
+/// cell to its left, "^" the one above, "-" is empty, and so are missing words at the end of a
+/// line. Empty rows and columns take the remaining space.
 struct LayoutTemplate {
-  std::string_view name;  ///< of the frame, or of the word that stands for it
+  std::string_view name;  ///< of the frame, or the word that refers to it
   const char* picture = "";
 };
 
-/// The layout templates of the two windows. The first one is that of the window itself.
+/// The layout templates of the two windows, beginning with the window itself.
 std::vector<LayoutTemplate> mainWindowTemplates();
 std::vector<LayoutTemplate> guidedDialogTemplates();
 
@@ -31,10 +31,10 @@ struct TemplateCell {
 
 struct Grid {
   std::vector<TemplateCell> cells{};
-  std::map<int, bool> rows{};  ///< whether anything stands in a row
+  std::map<int, bool> rows{};  ///< true if a row is not empty
   std::map<int, bool> columns{};
 
-  /// The cell that covers a place, null if none does.
+  /// The cell at a place, or null.
   const TemplateCell* at(int row, int column) const;
   const TemplateCell* rightOf(const TemplateCell& cell) const {
     return at(cell.row, cell.column + cell.columns);

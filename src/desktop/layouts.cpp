@@ -6,25 +6,25 @@
 #include <set>
 #include <utility>
 
-#include "desktop/small_widgets.h"
+#include "desktop/frame_side.h"
 
 namespace kova {
 namespace {
 
-/// More room would say more of it than it holds.
+/// A wider control would promise more content than it takes.
 bool keepsItsWidth(const ControlDesign& design) {
   return design.kind == ControlKind::checkBox || design.kind == ControlKind::optionButton ||
          (design.kind == ControlKind::textBox && widthOf(design) != Width::rest);
 }
 
-/// It takes all the width that the window has to give.
+/// The control takes all remaining width.
 bool growsWide(const ControlDesign& design) {
   return holdsLines(design) ||
          (design.kind == ControlKind::textBox && widthOf(design) == Width::rest);
 }
 
 void require(bool holds, std::string_view word, const char* what) {
-  if (!holds) throw Failure("sketch of a window: \"" + std::string(word) + "\" " + what);
+  if (!holds) throw Failure("layout template: \"" + std::string(word) + "\" " + what);
 }
 
 QGridLayout& gridIn(QWidget& widget) {
@@ -44,13 +44,13 @@ class Layouts {
   std::vector<Naming> run(QWidget& window, std::string_view layoutTemplate) {
     fill(gridIn(window), layoutTemplate, "");
     for (const auto& [name, control] : controls_) {
-      require(placed_.contains(name), name, "stands nowhere");
+      require(placed_.contains(name), name, "is not placed");
     }
     return std::move(namings_);
   }
 
  private:
-  /// True if something in `layout` grows wide.
+  /// True if a control in `layout` grows wide.
   bool fill(QGridLayout& layout, std::string_view layoutTemplate, std::string_view frame) {
     const Grid& grid = grids_.at(layoutTemplate);
     for (const auto& [row, filled] : grid.rows) layout.setRowStretch(row, filled ? 0 : 1);
@@ -75,10 +75,10 @@ class Layouts {
 
   void check(const Grid& grid, const TemplateCell& cell, std::string_view frame) {
     const Shown* control = at(&cell);
-    require(grid.at(cell.row, cell.column) == &cell, cell.word, "stands in another cell");
-    require(placed_.insert(cell.word).second, cell.word, "stands twice");
+    require(grid.at(cell.row, cell.column) == &cell, cell.word, "overlaps another cell");
+    require(placed_.insert(cell.word).second, cell.word, "is placed twice");
     require(grids_.contains(cell.word) || (control != nullptr && !isFrame(&cell)), cell.word,
-            "is no control, or lacks its sketch");
+            "needs a control or a layout template");
     require(control == nullptr || control->design->container == frame, cell.word,
             "is outside its frame");
   }
@@ -88,15 +88,15 @@ class Layouts {
     if (const Shown* control = at(&cell)) {
       layout.addWidget(control->widget, cell.row, cell.column, cell.rows, cell.columns);
       if (isFrame(&cell)) return fill(gridIn(*control->widget), cell.word, cell.word);
-      // The last step stands apart from what is above it.
+      // Sets the last step apart from the controls above.
       if (control->design->kind == ControlKind::finishButton) {
         layout.setContentsMargins(0, layout.verticalSpacing(), 0, 0);
       }
       return growsWide(*control->design);
     }
     if (const TemplateCell* right = grid.rightOf(cell); isFrame(right)) {
-      auto& beside = *static_cast<QGroupBox*>(at(right)->widget);
-      auto* side = new BesideFrame(beside, beside.parentWidget());
+      auto& box = *static_cast<QGroupBox*>(at(right)->widget);
+      auto* side = new FrameSide(box, box.parentWidget());
       layout.addWidget(side, cell.row, cell.column, cell.rows, cell.columns);
       return fill(gridIn(*side), cell.word, frame);
     }

@@ -20,18 +20,18 @@ struct Shown {
 };
 using ShownControls = std::map<std::string_view, Shown>;
 
-/// A label and a field that it names: the one right of it, to which its access key leads, or the
-/// one below a text of several lines. Labels in a layout template of their own left of frames name
-/// the fields in the same row of each, and lead into the first.
+/// A label and a field that it names: the one to its right, which its access key reaches, or the
+/// one below a multi-line text. Labels in a layout template of their own to the left of frames name
+/// the fields in the same row of each frame; their access keys lead to the first.
 struct Naming {
   std::string label;
   std::string field;
   bool leads = false;
 };
 
-/// Lays out `window` and all frames in it, and says which labels name which fields. Throws Failure
-/// where the layout templates name what is not there, name something twice or outside of its frame,
-/// or leave a control out.
+/// Lays out `window` and all frames in it, and returns which labels name which fields. Throws
+/// Failure if the layout templates have an unknown name, place something twice or outside its
+/// frame, or leave out a control.
 std::vector<Naming> layOut(QWidget& window, const std::vector<LayoutTemplate>& layoutTemplates,
                            const ShownControls& controls);
 

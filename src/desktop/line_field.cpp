@@ -12,7 +12,7 @@
 namespace kova {
 namespace {
 
-// The toolkit's own size is that of so many letters x.
+// The toolkit's size hint is for this number of characters "x".
 constexpr int toolkitCharacters = 17;
 
 }  // namespace
@@ -43,8 +43,8 @@ void LineField::takeEdit(const QString& edited) {
   field_.edit(text, caret);
 }
 
-/// Puts what the model keeps of an edit in its place, so that Undo and Redo go on working: a text
-/// that is set from outside ends them.
+/// Replaces an edit with what the model keeps of it, as an edit of its own: setting the text would
+/// clear Undo and Redo.
 void LineField::replaceEdit(const QString& kept) {
   if (!isUndoAvailable()) return;
   const QScopedValueRollback<bool> guard(refreshing_, true);
@@ -52,16 +52,16 @@ void LineField::replaceEdit(const QString& kept) {
   const QString former = text();
   const auto [from, in] = std::mismatch(former.begin(), former.end(), kept.begin(), kept.end());
   const auto start = static_cast<int>(from - former.begin());
-  const auto behind = std::mismatch(former.rbegin(), std::make_reverse_iterator(from),
-                                    kept.rbegin(), std::make_reverse_iterator(in));
-  const auto end = static_cast<int>(former.size() - (behind.first - former.rbegin()));
-  const auto added = (behind.second.base() - in);
+  const auto after = std::mismatch(former.rbegin(), std::make_reverse_iterator(from), kept.rbegin(),
+                                   std::make_reverse_iterator(in));
+  const auto end = static_cast<int>(former.size() - (after.first - former.rbegin()));
+  const auto added = (after.second.base() - in);
   setSelection(start, end - start);
   insert(kept.mid(start, added));
 }
 
 void LineField::takeCaret() {
-  // Of what an input method, Undo or Redo does, the toolkit tells the caret ahead of the edit.
+  // For input methods, Undo and Redo, the toolkit reports the caret before the edit.
   if (refreshing_ || text() != before_) return;
   field_.setCaret(textPosition(text(), cursorPosition()));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A text field of one line on screen.
+// A single-line text field on screen.
 #pragma once
 
 #include <QLineEdit>
@@ -10,10 +10,10 @@ namespace kova {
 
 class LineField : public FieldWidget<QLineEdit> {
  public:
-  /// How many characters it has room for.
+  /// Width in characters.
   struct Characters {
     int wanted = 0;
-    int least = 0;  ///< on a screen with little room
+    int least = 0;  ///< on a small screen
   };
   LineField(TextField& field, const CodePage& codePage, Characters characters, QWidget* parent);
 
@@ -33,7 +33,7 @@ class LineField : public FieldWidget<QLineEdit> {
   QSize sizeFor(int characters) const;
 
   Characters characters_;
-  QString before_;  ///< what stood in the field when the model last knew of it
+  QString before_;  ///< the text that the model last knew
 };
 
 }  // namespace kova

@@ -43,12 +43,12 @@ QVariant LineModel::data(const QModelIndex& index, int role) const {
 
 QString LineModel::name(int row) const {
   const QString line = data(index(row), Qt::DisplayRole).toString();
-  constexpr QStringView behindExportName = u"] ";
-  return line.mid(line.indexOf(behindExportName) + behindExportName.size());
+  constexpr QStringView afterExportName = u"] ";
+  return line.mid(line.indexOf(afterExportName) + afterExportName.size());
 }
 
-/// The view gives all lines the size of one; it is asked for once a layout. Adding up characters
-/// takes a fraction of the time in which the toolkit would lay out a thousand lines.
+/// The view asks for one size per layout and uses it for all lines. Adding up characters is much
+/// faster than letting the toolkit lay out a thousand lines.
 QSize LineModel::sizeOfWidest() const {
   const QFontMetricsF metrics(view_.font(), &view_);
   std::array<qreal, 256> widths{};  // of the characters met so far
@@ -83,7 +83,7 @@ LineList::LineList(ListBox& list, const CodePage& codePage, QString emptyText, Q
   setTabKeyNavigation(false);
   connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
           [this](const QItemSelection& selected) {
-            // A screen reader clears the selection ahead of making a new one.
+            // A screen reader clears the selection before it makes a new one.
             if (!refreshing_ && !inKeyPress_ && !selected.isEmpty()) takeSelection();
           });
 }
@@ -101,8 +101,7 @@ void LineList::refresh() {
       setCurrentIndex(lines_.index(row));
     }
   }
-  // Changes come one by one, and the toolkit paints for the others by itself: what is left is
-  // another text in a line.
+  // Otherwise the toolkit repaints by itself. What remains is a changed text of a line.
   if (!selects && !rowsChanged) scheduleDelayedItemsLayout();
 }
 
@@ -111,7 +110,7 @@ int LineList::shownRow() const {
   return selected.isEmpty() ? ListBox::none : selected.first().row();
 }
 
-/// Of what the toolkit has selected by itself.
+/// Passes the toolkit's own selection to the model.
 void LineList::takeSelection() {
   const int row = shownRow();
   if (row != ListBox::none && row != list_.selectedIndex()) {
@@ -129,7 +128,7 @@ void LineList::mousePressEvent(QMouseEvent* event) {
 void LineList::mouseDoubleClickEvent(QMouseEvent* event) {
   const QModelIndex line = indexAt(event->position().toPoint());
   if (event->button() != Qt::LeftButton || !line.isValid()) return;
-  // The first click may have brought another project into the list.
+  // The first click may have opened another project.
   if (line.row() == list_.selectedIndex()) {
     list_.doubleClick();
   } else {
@@ -141,7 +140,7 @@ void LineList::currentChanged(const QModelIndex& now, const QModelIndex& before)
   if (hasFocus()) {
     QListView::currentChanged(now, before);
   } else {
-    // The class in between would tell a screen reader that the focus is in the line.
+    // The direct base would report to screen readers that the line has the focus.
     QAbstractItemView::currentChanged(now, before);  // NOLINT(bugprone-parent-virtual-call)
   }
 }
@@ -165,7 +164,7 @@ void LineList::keyboardSearch(const QString& typed) {
   sinceTyped_.start();
   sought_ += typed;
   const int rows = lines_.rowCount({});
-  // A first letter goes on to the next of its kind; those behind it may find the same line.
+  // A first character moves on to the next match; further ones may match the same line.
   const int start = list_.selectedIndex() + (sought_.size() == typed.size() ? 1 : 0);
   for (int i = 0; i < rows; ++i) {
     const int row = (std::max(start, 0) + i) % rows;

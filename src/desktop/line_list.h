@@ -11,17 +11,17 @@
 
 namespace kova {
 
-/// The lines as the toolkit's views ask for them, read from the model at that moment.
+/// Provides the lines to the toolkit's view, read from the model on demand.
 class LineModel : public QAbstractListModel {
  public:
   LineModel(const ListBox& list, const CodePage& codePage, QListView* view);
 
-  /// Brings the number of rows up to that of the lines. False if it is the same.
+  /// Updates the number of rows. False if it is unchanged.
   bool refresh();
 
   int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : rows_; }
   QVariant data(const QModelIndex& index, int role) const override;
-  /// A line from its property name on.
+  /// A line from its property name on, without the export name.
   QString name(int row) const;
 
  private:
@@ -33,14 +33,14 @@ class LineModel : public QAbstractListModel {
   int rows_ = 0;
 };
 
-/// One act of the engineer, by mouse, keyboard or assistive program, is one selection.
+/// Each user action, by mouse, keyboard or assistive program, makes one selection.
 class LineList : public QListView {
  public:
-  /// `emptyText` stands in the list while it has no lines.
+  /// The list shows `emptyText` while it has no lines.
   LineList(ListBox& list, const CodePage& codePage, QString emptyText, QWidget* parent);
 
   void refresh();
-  /// By the property name, whatever its case.
+  /// Searches by property name, ignoring case.
   void keyboardSearch(const QString& typed) override;
 
   QSize sizeHint() const override { return sizeOf(40, 8); }
@@ -58,7 +58,7 @@ class LineList : public QListView {
  private:
   int shownRow() const;
   void takeSelection();
-  /// With room for so many characters and lines.
+  /// Size for this number of characters and lines.
   QSize sizeOf(int columns, int lines) const;
 
   ListBox& list_;
@@ -66,9 +66,9 @@ class LineList : public QListView {
   QString emptyText_;
   bool refreshing_ = false;
   bool inKeyPress_ = false;
-  int shownRow_ = ListBox::none;  ///< that was selected at the last mirroring
-  int place_ = 0;                 ///< of the line that was selected last
-  QString sought_;                ///< as far as it has been typed
+  int shownRow_ = ListBox::none;  ///< selected at the last refresh
+  int place_ = 0;                 ///< of the last selected line
+  QString sought_;                ///< typed so far
   QElapsedTimer sinceTyped_;
 };
 

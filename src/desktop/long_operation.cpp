@@ -7,24 +7,24 @@
 namespace kova {
 namespace {
 
-constexpr qint64 patience = 300;  // milliseconds
-// On a slow display a repaint takes longer than the copy of a file.
+constexpr qint64 delay = 300;  // milliseconds
+// On a slow display a repaint takes longer than copying a file.
 constexpr qint64 pause = 100;  // milliseconds
 
 }  // namespace
 
 LongOperation::LongOperation(QLabel& line, std::function<void()> finished)
     : line_(line), finished_(std::move(finished)) {
-  afterAction_.setSingleShot(true);
-  connect(&afterAction_, &QTimer::timeout, this, &LongOperation::end);
+  afterEvent_.setSingleShot(true);
+  connect(&afterEvent_, &QTimer::timeout, this, &LongOperation::end);
 }
 
 void LongOperation::progress(std::size_t files) {
-  if (!afterAction_.isActive()) {
-    // It fires when the handler that runs now is through.
-    afterAction_.start(0);
+  if (!afterEvent_.isActive()) {
+    // Fires after the current handler.
+    afterEvent_.start(0);
     sinceStart_.start();
-    nextShown_ = patience;
+    nextShown_ = delay;
   }
   if (sinceStart_.elapsed() < nextShown_) return;
   nextShown_ = sinceStart_.elapsed() + pause;

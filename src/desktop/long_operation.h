@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Shows that a long act is under way. The act runs inside one event, so nothing but this is painted
-// until it ends.
+// Shows the progress of a long operation. The operation runs inside one event, so nothing else is
+// painted until it ends.
 #pragma once
 
 #include <QElapsedTimer>
@@ -15,10 +15,10 @@ namespace kova {
 
 class LongOperation : public QObject {
  public:
-  /// `line` shows how far an act is; `finished` shows in it again what stood there.
+  /// Shows progress in `line`; `finished` restores its text.
   LongOperation(QLabel& line, std::function<void()> finished);
 
-  /// So many files are done by now.
+  /// Reports the number of files done so far.
   void progress(std::size_t files);
 
  private:
@@ -28,8 +28,8 @@ class LongOperation : public QObject {
   const std::function<void()> finished_;
   QElapsedTimer sinceStart_;
   qint64 nextShown_ = 0;  // milliseconds since the start
-  QTimer afterAction_;
-  std::optional<QScopeGuard<void (*)()>> busyCursor_;  ///< while the act is shown
+  QTimer afterEvent_;
+  std::optional<QScopeGuard<void (*)()>> busyCursor_;  ///< while progress is shown
 };
 
 }  // namespace kova

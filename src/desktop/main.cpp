@@ -13,20 +13,20 @@
 
 namespace {
 
-/// The toolkit would abort without a word that helps.
+/// Without a display the toolkit aborts with an unhelpful message.
 bool hasDisplay(int argc, char** argv) {
-  const auto namesPlatform = [](const char* argument) {
+  const auto selectsPlatform = [](const char* argument) {
     return std::string_view(argument).find("-platform") != std::string_view::npos;
   };
   return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || kova::missingDisplay().empty() ||
-         std::any_of(argv, argv + argc, namesPlatform);
+         std::any_of(argv, argv + argc, selectsPlatform);
 }
 
-/// The toolkit ends the process without a display, and before that says a lot of its own parts.
-void tellOfDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& /*text*/) {
+/// Replaces the toolkit's messages when it can't open the display, and ends the process.
+void reportDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& /*text*/) {
   if (type != QtFatalMsg) return;
-  std::cerr << "kova-setup-wizard needs a display, and the one that it was given does not answer: "
-            << "DISPLAY is \"" << qgetenv("DISPLAY").constData() << "\".\n";
+  std::cerr << "kova-setup-wizard can't open its display: DISPLAY is \""
+            << qgetenv("DISPLAY").constData() << "\".\n";
   std::_Exit(1);
 }
 
@@ -38,12 +38,12 @@ int main(int argc, char** argv) {
     std::cerr << "kova-setup-wizard needs a display: " << kova::missingDisplay() << ".\n";
     return 1;
   }
-  qInstallMessageHandler(&tellOfDisplay);
+  qInstallMessageHandler(&reportDisplay);
   const QApplication application(argc, argv);
   qInstallMessageHandler(nullptr);
   QApplication::setApplicationName(QStringLiteral("kova-setup-wizard"));
   QApplication::setDesktopFileName(QStringLiteral("kova-setup-wizard"));
-  // Found without a search of the desktop's icon themes, which would take a sixth of the start.
+  // A resource, as searching the desktop's icon themes would take a sixth of the start.
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icon.png")));
   const kova::Machine machine = kova::realMachine(codePage);
   kova::SetupWizard setup(machine.platform(), {});

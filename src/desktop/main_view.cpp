@@ -11,6 +11,7 @@
 #include <QWindow>
 
 #include "core/status.h"
+#include "desktop/action_button.h"
 #include "desktop/colours.h"
 #include "desktop/layout_template.h"
 #include "desktop/message_boxes.h"
@@ -28,7 +29,7 @@ QAction* addEntry(QMenu& menu, std::string_view name, std::string_view caption, 
   return action;
 }
 
-/// In all windows. The other colours of the desktop stay.
+/// Adapts the colours of texts in all windows, and keeps the desktop's other colours.
 void keepTextsReadable() {
   const QPalette palette = QApplication::palette();
   const QPalette readable = withReadableTexts(palette);
@@ -40,20 +41,20 @@ void keepTextsReadable() {
 MainView::MainView(SetupWizard& setup, const CodePage& codePage)
     : setup_(setup),
       codePage_(codePage),
-      heldKeys_(QGuiApplication::platformName() == QStringLiteral("xcb")) {
+      keyRepeatFilter_(QGuiApplication::platformName() == QStringLiteral("xcb")) {
   setObjectName(QStringLiteral("Form1"));
   afterPalette_.setSingleShot(true);
   connect(&afterPalette_, &QTimer::timeout, this, &keepTextsReadable);
   afterPointer_.setSingleShot(true);
   connect(&afterPointer_, &QTimer::timeout, this, &MainView::refreshStatusLine);
   keepTextsReadable();
-  // At once, as long as there are no widgets that would all take over the colours once more.
+  // Spread the palette now, before there are widgets to update.
   QCoreApplication::sendPostedEvents(this, QEvent::ApplicationPaletteChange);
   buildForm();
   buildMenu();
   helper_ = std::make_unique<GuidedDialogView>(setup_.helper, codePage_, *this);
-  attach();
-  qApp->installEventFilter(&heldKeys_);
+  connectModel();
+  qApp->installEventFilter(&keyRepeatFilter_);
 }
 
 void MainView::buildForm() {
@@ -62,8 +63,8 @@ void MainView::buildForm() {
   form_ = new QWidget(area);
   widgets_ = std::make_unique<FormWidgets>(*form_, mainWindowTemplates(),
                                            designedControls(setup_.wizard.form), codePage_, [this] {
-                                             if (marks_) marks_->follow();
-                                             if (review_) review_->follow();
+                                             if (marks_) marks_->scheduleUpdate();
+                                             if (review_) review_->scheduleRefresh();
                                            });
   marks_ = std::make_unique<FieldMarks>(widgets_->fields(), codePage_, setup_.wizard,
                                         [this] { refreshStatusLine(); });
@@ -73,37 +74,37 @@ void MainView::buildForm() {
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(area, 1);
-  layout->addWidget(buildFoot(form_->layout()->contentsMargins()));
+  layout->addWidget(buildStatusBar(form_->layout()->contentsMargins()));
   setCentralWidget(all);
-  followFocus(*area);
+  trackFocus(*area);
 }
 
-/// The status line, and behind it the way to the review. Both are outside of the form.
-QWidget* MainView::buildFoot(const QMargins& margins) {
-  auto* foot = new QWidget;
-  statusLine_ = new AnnouncingLabel(foot);
+/// The status line and the button of the review, below the form.
+QWidget* MainView::buildStatusBar(const QMargins& margins) {
+  auto* bar = new QWidget;
+  statusLine_ = new AnnouncingLabel(bar);
   statusLine_->setObjectName(QStringLiteral("statusLine"));
-  auto* review = new ActionButton(false, foot);
+  auto* review = new ActionButton(false, bar);
   review->setObjectName(QStringLiteral("Review"));
   review->setText(QStringLiteral("Review"));
   review->setShortcut(QKeySequence(QStringLiteral("Alt+Q")));
   review->setToolTip(QStringLiteral("What Done will write, findings, and backups (Alt+Q)"));
   review->setAccessibleDescription(review->toolTip());
-  // A click there leaves no field of the form.
+  // A click must not take the focus from a field of the form.
   review->setFocusPolicy(Qt::TabFocus);
   connect(review, &QPushButton::clicked, this, &MainView::openReview);
-  auto* layout = new QHBoxLayout(foot);
+  auto* layout = new QHBoxLayout(bar);
   layout->setContentsMargins(margins.left(), 0, margins.right(), margins.bottom());
   layout->addWidget(statusLine_, 1);
   layout->addWidget(review);
-  return foot;
+  return bar;
 }
 
 void MainView::openReview() {
   if (!review_) {
     review_ = std::make_unique<ReviewWindow>(
         setup_.wizard, codePage_, [this](const std::string& property) { showInForm(property); });
-    // It will get a frame like this one.
+    // Its frame will be like this window's.
     const QSize edges = frameSize() - size();
     const QRect room = screen()->availableGeometry();
     review_->resize(review_->size().boundedTo(room.size() - edges));
@@ -123,16 +124,16 @@ void MainView::showInForm(const std::string& property) {
   selectProperty(setup_.wizard, property);
 }
 
-void MainView::followFocus(FormArea& area) {
+void MainView::trackFocus(FormArea& area) {
   widgets_->widget("Command1")->installEventFilter(this);
   connect(qApp, &QApplication::focusChanged, &area, [this, &area](QWidget*, QWidget* now) {
     if (now == nullptr || !form_->isAncestorOf(now)) return;
     refreshStatusLine();
-    // The message may have taken another line from the form.
+    // A longer message may have shrunk the form.
     centralWidget()->layout()->activate();
-    // A form that moved under the pressed mouse would take the click from what was pressed.
+    // Scrolling while the mouse is pressed would lose the click.
     if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
-    // The toolkit would show the caret of a field and not the field.
+    // By itself the toolkit would show only the field's caret.
     const QRect place(now->mapTo(form_, QPoint()), now->size());
     constexpr int margin = 8;
     area.ensureVisible(place.right(), place.bottom(), margin, margin);
@@ -148,27 +149,27 @@ void MainView::buildMenu() {
   addEntry(*guide_, "prpGuide", prpGuideCaption, form.prpGuide, codePage_);
 }
 
-void MainView::attach() {
+void MainView::connectModel() {
   Wizard& wizard = setup_.wizard;
   longOperation_ = std::make_unique<LongOperation>(*statusLine_, [this] { refreshStatusLine(); });
-  connectView(connections_, wizard.form.window.notifyView, [this] { refreshWindow(); });
-  connectView(connections_, wizard.form.window.raise, [this] {
+  connectCallback(connections_, wizard.form.window.notifyView, [this] { refreshWindow(); });
+  connectCallback(connections_, wizard.form.window.raise, [this] {
     raise();
     activateWindow();
   });
-  connectView(connections_, wizard.form.guide.open, [this] { guide_->popup(QCursor::pos()); });
-  connectView(connections_, wizard.statusLine.notifyView, [this] { refreshStatusLine(); });
-  connectView(connections_, wizard.progress,
-              [this](std::size_t files) { longOperation_->progress(files); });
-  connectView(connections_, wizard.giveEventsTheirTurn,
-              [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
-  connectView(connections_, wizard.endProcess, [this] {
+  connectCallback(connections_, wizard.form.guide.open, [this] { guide_->popup(QCursor::pos()); });
+  connectCallback(connections_, wizard.statusLine.notifyView, [this] { refreshStatusLine(); });
+  connectCallback(connections_, wizard.progress,
+                  [this](std::size_t files) { longOperation_->progress(files); });
+  connectCallback(connections_, wizard.giveEventsTheirTurn,
+                  [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
+  connectCallback(connections_, wizard.endProcess, [this] {
     qApp->installEventFilter(&inputBlocker_);
     QCoreApplication::exit(0);
   });
   if (!wizard.messageBox) {
-    connectView(connections_, wizard.messageBox,
-                messageBoxes(*this, codePage_, wizard.form.window.title));
+    connectCallback(connections_, wizard.messageBox,
+                    messageBoxes(*this, codePage_, wizard.form.window.title));
   }
 }
 
@@ -185,16 +186,15 @@ void MainView::refreshWindow() {
   resize(sizeHint().boundedTo(room));
   if (QWidget* first = widgets_->firstInTabOrder()) first->setFocus(Qt::OtherFocusReason);
   show();
-  // The window manager's frame is known when it has put the window on screen. It may have given it
-  // a size of its own choice.
+  // The frame's size is known once the window is on screen. A size that the window manager has
+  // chosen stays.
   const auto fit = [this, room, asked = size()] {
     if (size() == asked) resize(asked.boundedTo(room - (frameSize() - size())));
   };
   connect(windowHandle(), &QWindow::activeChanged, this, fit, Qt::SingleShotConnection);
 }
 
-/// On what Done would do under the pointer, on the control that has the focus, else on what
-/// happened last.
+/// About Done under the pointer, else about the control with the focus, else the last status.
 std::string MainView::message() const {
   const QWidget* done = widgets_->widget("Command1");
   const auto control = widgets_->control(done->underMouse() ? done : focusWidget());
@@ -206,8 +206,8 @@ std::string MainView::message() const {
 }
 
 void MainView::refreshStatusLine() {
-  if (review_) review_->follow();
-  statusLine_->say(toShown(message(), codePage_));
+  if (review_) review_->scheduleRefresh();
+  statusLine_->announce(toShown(message(), codePage_));
 }
 
 void MainView::openMenuByKey() {
@@ -215,10 +215,10 @@ void MainView::openMenuByKey() {
   guide_->setActiveAction(guide_->actions().first());
 }
 
-/// The pointer comes to Done, or leaves it.
+/// Called when the pointer enters or leaves Done.
 bool MainView::eventFilter(QObject* watched, QEvent* event) {
   const bool moves = event->type() == QEvent::Enter || event->type() == QEvent::Leave;
-  // The toolkit knows where the pointer is once the event is through.
+  // The toolkit knows the pointer's place after the event.
   if (moves) afterPointer_.start(0);
   return QMainWindow::eventFilter(watched, event);
 }
@@ -248,7 +248,7 @@ void MainView::contextMenuEvent(QContextMenuEvent* event) {
 void MainView::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() != QEvent::PaletteChange) return;
-  // A palette that is set while another one spreads does not reach the widgets.
+  // A palette set while another one is being applied does not reach the widgets.
   afterPalette_.start(0);
   if (marks_) marks_->recolour();
 }

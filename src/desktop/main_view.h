@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The main window on screen, with all that belongs to it: menu, status line, message boxes and the
-// guided dialog.
+// The main window on screen, with its menu, status line, message boxes and the guided dialog.
 #pragma once
 
 #include <QMainWindow>
@@ -13,18 +12,18 @@
 #include "desktop/announcing_label.h"
 #include "desktop/event_filters.h"
 #include "desktop/field_marks.h"
+#include "desktop/form_area.h"
 #include "desktop/form_widgets.h"
 #include "desktop/guided_dialog_view.h"
 #include "desktop/long_operation.h"
 #include "desktop/review_window.h"
-#include "desktop/small_widgets.h"
 #include "wizard/wiring.h"
 
 namespace kova {
 
 class MainView : public QMainWindow {
  public:
-  /// Hangs itself on the controls of `setup` and, unless it has some, gives it message boxes. Both
+  /// Connects to the controls of `setup`, and gives it message boxes unless it has some. Both
   /// outlive the view.
   MainView(SetupWizard& setup, const CodePage& codePage);
 
@@ -32,7 +31,7 @@ class MainView : public QMainWindow {
   QWidget* widget(std::string_view name) const { return widgets_->widget(name); }
   /// The guided dialog.
   GuidedDialogView& helper() const { return *helper_; }
-  /// The review, once it has been opened.
+  /// The review window, or null until it is opened.
   ReviewWindow* review() const { return review_.get(); }
 
  protected:
@@ -44,12 +43,12 @@ class MainView : public QMainWindow {
 
  private:
   void buildForm();
-  void followFocus(FormArea& area);
-  QWidget* buildFoot(const QMargins& margins);
+  void trackFocus(FormArea& area);
+  QWidget* buildStatusBar(const QMargins& margins);
   void openReview();
   void showInForm(const std::string& property);
   void buildMenu();
-  void attach();
+  void connectModel();
   void refreshWindow();
   std::string message() const;
   void refreshStatusLine();
@@ -65,7 +64,7 @@ class MainView : public QMainWindow {
   std::unique_ptr<LongOperation> longOperation_;
   std::unique_ptr<GuidedDialogView> helper_;
   std::unique_ptr<ReviewWindow> review_;
-  HeldKeys heldKeys_;
+  KeyRepeatFilter keyRepeatFilter_;
   InputBlocker inputBlocker_;
   QTimer afterPalette_;
   QTimer afterPointer_;

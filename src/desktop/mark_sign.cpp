@@ -10,7 +10,7 @@
 namespace kova {
 namespace {
 
-/// What of a field holds its text.
+/// The part of a field that contains its text.
 QWidget* insideOf(QWidget& field) {
   auto* area = qobject_cast<QAbstractScrollArea*>(&field);
   return area == nullptr ? &field : area->viewport();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A small sign at the right edge of a marked field, for those who do not see its colour.
+// A sign at the right edge of a marked field, for people who can't see its colour.
 #pragma once
 
 #include <QWidget>
@@ -8,7 +8,7 @@ namespace kova {
 
 class MarkSign : public QWidget {
  public:
-  /// Stands in `field` at once, and makes room for itself while it is shown.
+  /// A child of `field`, which makes room for it while it is shown.
   explicit MarkSign(QWidget& field);
   void setVisible(bool visible) override;
   bool eventFilter(QObject* watched, QEvent* event) override;

@@ -17,7 +17,7 @@
 namespace kova {
 namespace {
 
-// The toolkit lays out a label of a table's longest text for a good while.
+// Laying out a table's longest text in a label would take the toolkit too long.
 constexpr int longestLabel = 4000;  // characters
 
 struct AnswerButton {
@@ -25,7 +25,7 @@ struct AnswerButton {
   QMessageBox::StandardButton button;
 };
 
-/// The last one is also what the Escape key and the window's close control answer.
+/// The Escape key and the window's close control give the last answer.
 std::vector<AnswerButton> buttonsOf(const Message& message) {
   switch (message.buttons) {
     case Buttons::okCancel:
@@ -38,17 +38,17 @@ std::vector<AnswerButton> buttonsOf(const Message& message) {
   return {{Answer::ok, QMessageBox::Ok}};
 }
 
-/// A word over many lines, in which the toolkit would look for the end of a word line by line.
+/// The text has a word over many lines, which the toolkit is slow to wrap at words.
 bool hasEndlessWord(const QString& text) {
   constexpr int longestWord = 1000;
   int length = 0;
-  return std::any_of(text.begin(), text.end(), [&length](QChar letter) {
-    length = letter.isSpace() ? 0 : length + 1;
+  return std::any_of(text.begin(), text.end(), [&length](QChar character) {
+    length = character.isSpace() ? 0 : length + 1;
     return length > longestWord;
   });
 }
 
-/// Shows `text` where it wraps at any place and scrolls. Its size fits into `room`.
+/// A scrolling view of `text` that fits into `room`.
 QPlainTextEdit* scrollingText(QWidget& parent, const QString& text, const QSize& room) {
   auto* area = new QPlainTextEdit(&parent);
   area->setReadOnly(true);
@@ -65,22 +65,22 @@ QPlainTextEdit* scrollingText(QWidget& parent, const QString& text, const QSize&
   return area;
 }
 
-/// The box shows `whole`, with room for its title. A text that the screen has no room for scrolls.
-void fitToScreen(QMessageBox& box, const QString& whole, const QSize& screen) {
+/// Widens the box for its title, and lets a text that is too large for the screen scroll.
+void fitToScreen(QMessageBox& box, const QString& fullText, const QSize& screen) {
   auto* text = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
   auto* layout = qobject_cast<QGridLayout*>(box.layout());
   const QSize room = screen * 3 / 4;  // the rest is for buttons and title
   if (text == nullptr || layout == nullptr) return;
-  // Window managers set titles in bold and put buttons beside them.
+  // Window managers show titles in bold, with buttons next to them.
   constexpr int buttonsOfTheFrame = 150;
   const int title = text->fontMetrics().horizontalAdvance(box.windowTitle()) * 6 / 5;
   layout->setColumnMinimumWidth(layout->columnCount() - 1,
                                 std::min(title + buttonsOfTheFrame, room.width()));
-  // The toolkit wraps what is only too wide, but not within a word.
+  // The toolkit wraps lines that are too wide, but not within a word.
   const QSize wrapped =
       text->fontMetrics().boundingRect({{}, room}, Qt::TextWordWrap, text->text()).size();
-  if (text->text() == whole && wrapped.boundedTo(room) == wrapped) return;
-  delete layout->replaceWidget(text, scrollingText(box, whole, room));
+  if (text->text() == fullText && wrapped.boundedTo(room) == wrapped) return;
+  delete layout->replaceWidget(text, scrollingText(box, fullText, room));
   text->hide();
 }
 
@@ -95,10 +95,10 @@ MessageBox messageBoxes(QWidget& window, const CodePage& codePage, const std::st
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     const QString text = toShownMessage(message.text, codePage);
     box.setText(text.left(longestLabel));
-    AccessKeyFilter acts;
+    ControlInputFilter inputFilter;
     const auto buttons = buttonsOf(message);
     for (const AnswerButton& one : buttons) {
-      box.addButton(one.button)->installEventFilter(&acts);
+      box.addButton(one.button)->installEventFilter(&inputFilter);
       if (one.answer == message.enter) box.setDefaultButton(one.button);
     }
     box.setEscapeButton(buttons.back().button);

@@ -18,9 +18,9 @@ namespace kova {
 namespace {
 
 constexpr int propertyRole = Qt::UserRole;
-constexpr int wholeRole = Qt::UserRole + 1;
+constexpr int fullTextRole = Qt::UserRole + 1;
 constexpr int keyRole = Qt::UserRole + 2;
-constexpr int pathRole = Qt::UserRole + 3;  // keys of the line and of those that it lies below
+constexpr int pathRole = Qt::UserRole + 3;  // keys of the line and its parents
 constexpr int widestColumn = 48;            // characters
 
 QColor colourOf(Style style) {
@@ -37,9 +37,8 @@ QColor colourOf(Style style) {
   return {};
 }
 
-/// A screen reader hears of the view that gets the focus, and not of the line that is current
-/// there.
-void tellCurrent(QWidget& view) {
+/// Reports a view's current line to screen readers, as the toolkit reports only the view.
+void announceCurrent(QWidget& view) {
   const QAccessibleInterface* shown = QAccessible::queryAccessibleInterface(&view);
   QAccessibleInterface* current = shown == nullptr ? nullptr : shown->focusChild();
   if (current == nullptr) return;
@@ -51,14 +50,14 @@ QByteArray pathOf(const QTreeWidgetItem& item) {
   return item.data(0, pathRole).toByteArray();
 }
 
-/// How far a view is scrolled.
+/// Saves and restores a view's scroll position.
 class ScrolledPlace {
  public:
   explicit ScrolledPlace(QAbstractItemView& view)
       : view_(view),
         place_(view.horizontalScrollBar()->value(), view.verticalScrollBar()->value()) {}
   void restore() const {
-    view_.doItemsLayout();  // the bars have their new ends afterwards
+    view_.doItemsLayout();  // updates the range of the scroll bars
     view_.horizontalScrollBar()->setValue(place_.x());
     view_.verticalScrollBar()->setValue(place_.y());
   }
@@ -77,12 +76,12 @@ ReviewPageView::ReviewPageView(const CodePage& codePage,
       halves_(new QSplitter(this)),
       groups_(new QListWidget),
       lines_(new QTreeWidget),
-      whole_(new QLabel(this)) {
+      fullText_(new QLabel(this)) {
   halves_->addWidget(groups_);
   halves_->addWidget(lines_);
   halves_->setStretchFactor(1, 1);
   halves_->setChildrenCollapsible(false);
-  for (QLabel* label : {heading_, whole_}) {
+  for (QLabel* label : {heading_, fullText_}) {
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
   }
@@ -96,14 +95,14 @@ ReviewPageView::ReviewPageView(const CodePage& codePage,
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(heading_);
   layout->addWidget(halves_, 1);
-  layout->addWidget(whole_);
-  // Screen readers select a line without making it the current one.
+  layout->addWidget(fullText_);
+  // Screen readers select a line without making it current.
   connect(groups_, &QListWidget::itemSelectionChanged, this, [this] {
     fillLines();
     if (moved) moved();
   });
   connect(lines_, &QTreeWidget::itemSelectionChanged, this, [this] {
-    showWhole();
+    showFullText();
     if (moved) moved();
   });
   connect(lines_, &QTreeWidget::itemActivated, this, [chosen](QTreeWidgetItem* item) {
@@ -151,7 +150,7 @@ std::string ReviewPageView::chosenLine() const {
   return item == nullptr ? std::string() : item->data(0, keyRole).toByteArray().toStdString();
 }
 
-/// `page` is the one whose groups are on screen.
+/// `page` is the one on screen.
 const ReviewGroup* ReviewPageView::chosenOf(const ReviewPage& page) const {
   const QList<QListWidgetItem*> selected = groups_->selectedItems();
   if (selected.isEmpty()) return nullptr;
@@ -170,7 +169,7 @@ bool ReviewPageView::eventFilter(QObject* watched, QEvent* event) {
   const bool done = QWidget::eventFilter(watched, event);
   if (event->type() == QEvent::FocusIn && QAccessible::isActive()) {
     QMetaObject::invokeMethod(
-        watched, [view = static_cast<QWidget*>(watched)] { tellCurrent(*view); },
+        watched, [view = static_cast<QWidget*>(watched)] { announceCurrent(*view); },
         Qt::QueuedConnection);
   }
   return done;
@@ -189,7 +188,7 @@ void ReviewPageView::refillGroups(const std::string& chosen) {
   place.restore();
 }
 
-/// In the items that are there.
+/// Updates the texts and colours of the groups.
 void ReviewPageView::showGroups() {
   for (int row = 0; row < groups_->count(); ++row) {
     const ReviewGroup& group = page_.groups[static_cast<std::size_t>(row)];
@@ -205,7 +204,7 @@ void ReviewPageView::showGroups() {
   makeRoomForGroups();
 }
 
-/// They get the width of their names, as long as half of the page is left for the lines.
+/// Widens the groups to their names, up to half of the page.
 void ReviewPageView::makeRoomForGroups() {
   const int edges = 2 * groups_->frameWidth() + style()->pixelMetric(QStyle::PM_ScrollBarExtent);
   const int wanted = std::min(groups_->sizeHintForColumn(0) + edges, width() / 2);
@@ -216,7 +215,7 @@ void ReviewPageView::fillLines() {
   const QSignalBlocker quiet(lines_);
   putLines();
   if (lines_->topLevelItemCount() > 0) lines_->setCurrentItem(lines_->topLevelItem(0));
-  showWhole();
+  showFullText();
 }
 
 void ReviewPageView::refillLines() {
@@ -235,17 +234,17 @@ void ReviewPageView::refillLines() {
     (*each)->setExpanded(expanded.value(path, (*each)->isExpanded()));
   }
   place.restore();
-  showWhole();
+  showFullText();
 }
 
-/// Of the chosen group, none of them chosen.
+/// Fills in the lines of the chosen group, without choosing one.
 void ReviewPageView::putLines() {
   lines_->clear();
   const ReviewGroup* group = chosenOf(page_);
   if (group == nullptr) return;
   const QList<QTreeWidgetItem*> items = itemsOf(group->lines, {});
   lines_->addTopLevelItems(items);
-  // What a row that is new or gone holds is there for who wants to see it.
+  // Only the fields of changed rows are shown at once.
   for (QTreeWidgetItem* item : items) {
     item->setExpanded(item->text(0).startsWith(QLatin1Char(mark(Sign::changed))));
   }
@@ -256,12 +255,12 @@ void ReviewPageView::putLines() {
   }
 }
 
-void ReviewPageView::showWhole() {
+void ReviewPageView::showFullText() {
   const QList<QTreeWidgetItem*> selected = lines_->selectedItems();
-  const QString whole =
-      selected.isEmpty() ? QString() : selected.front()->data(0, wholeRole).toString();
-  whole_->setText(whole);
-  whole_->setVisible(!whole.isEmpty());
+  const QString text =
+      selected.isEmpty() ? QString() : selected.front()->data(0, fullTextRole).toString();
+  fullText_->setText(text);
+  fullText_->setVisible(!text.isEmpty());
 }
 
 QList<QTreeWidgetItem*> ReviewPageView::itemsOf(const std::vector<ReviewLine>& lines,
@@ -277,22 +276,22 @@ QList<QTreeWidgetItem*> ReviewPageView::itemsOf(const std::vector<ReviewLine>& l
 
 QTreeWidgetItem* ReviewPageView::itemOf(const ReviewLine& line, const QByteArray& path) const {
   auto* item = new QTreeWidgetItem;
-  QStringList spoken;
-  if (!line.accessible.empty()) spoken << shown(line.accessible);
+  QStringList accessible;
+  if (!line.accessible.empty()) accessible << shown(line.accessible);
   for (std::size_t column = 0; column < line.texts.size(); ++column) {
     const int at = static_cast<int>(column);
     const QString text = shown(line.texts[column]);
     const QString sign = at == 0 && !line.sign.empty() ? shown(line.sign) + u' ' : QString();
     item->setText(at, sign + text);
     item->setToolTip(at, toToolTip(text));
-    if (!text.isEmpty()) spoken << text;
+    if (!text.isEmpty()) accessible << text;
     if (line.style != Style::plain) {
       item->setBackground(at, tinted(palette(), colourOf(line.style)));
     }
   }
-  item->setData(0, Qt::AccessibleTextRole, spoken.join(QStringLiteral(", ")));
+  item->setData(0, Qt::AccessibleTextRole, accessible.join(QStringLiteral(", ")));
   item->setData(0, propertyRole, QByteArray::fromStdString(line.property));
-  item->setData(0, wholeRole, shown(line.whole));
+  item->setData(0, fullTextRole, shown(line.fullText));
   item->setData(0, keyRole, QByteArray::fromStdString(line.key));
   item->setData(0, pathRole, path);
   item->addChildren(itemsOf(line.below, path));

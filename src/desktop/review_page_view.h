@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A page of the review window: a list on the left, and what belongs to its line on the right.
+// A page of the review window: groups on the left, and the lines of one group on the right.
 #pragma once
 
 #include <QLabel>
@@ -16,21 +16,21 @@ namespace kova {
 
 class ReviewPageView : public QWidget {
  public:
-  /// `chosen` gets the property of the line that is double-clicked or entered.
+  /// `chosen` gets the property of a line on a double click or Enter.
   ReviewPageView(const CodePage& codePage, const std::function<void(const std::string&)>& chosen);
 
-  /// What is chosen and expanded stays so, wherever it is now, and the page stays scrolled as it
-  /// is. If the chosen group or line is gone, none is chosen.
+  /// Keeps the selection, expanded lines and scroll position. If the chosen group or line no longer
+  /// exists, none is chosen.
   void show(const ReviewPage& page);
 
   /// Key of the chosen group; empty if there is none.
   std::string chosenGroup() const;
-  /// Key of the chosen line, or of the one that it lies below; empty if there is none.
+  /// Key of the chosen line, or of its top-level line; empty if there is none.
   std::string chosenLine() const;
-  /// Where a page puts its buttons.
+  /// Adds a widget, such as buttons, below the lists.
   void addBelow(QWidget* widget);
 
-  /// Runs when another group or line is current.
+  /// Runs when another group or line is chosen.
   std::function<void()> moved;
 
  protected:
@@ -45,7 +45,7 @@ class ReviewPageView : public QWidget {
   void fillLines();
   void refillLines();
   void putLines();
-  void showWhole();
+  void showFullText();
   QList<QTreeWidgetItem*> itemsOf(const std::vector<ReviewLine>& lines,
                                   const QByteArray& above) const;
   QTreeWidgetItem* itemOf(const ReviewLine& line, const QByteArray& path) const;
@@ -57,7 +57,7 @@ class ReviewPageView : public QWidget {
   QSplitter* halves_;
   QListWidget* groups_;
   QTreeWidget* lines_;
-  QLabel* whole_;  ///< what the current line says, where its columns have no room for it
+  QLabel* fullText_;  ///< messages of the chosen line, which may not fit its columns
 };
 
 }  // namespace kova

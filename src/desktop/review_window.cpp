@@ -9,7 +9,7 @@
 namespace kova {
 namespace {
 
-constexpr int pause = 150;  // milliseconds behind the last act, so that typing is not slowed down
+constexpr int pause = 150;  // milliseconds after the last event, to keep typing fast
 constexpr QSize charactersAndLines(130, 32);
 
 }  // namespace
@@ -25,7 +25,7 @@ ReviewWindow::ReviewWindow(Wizard& wizard, const CodePage& codePage,
       restoreFile_(new QPushButton(QStringLiteral("Restore this f&ile ..."))) {
   setObjectName(QStringLiteral("review"));
   setWindowTitle(QStringLiteral("Review"));
-  // The program ends with the wizard's own windows.
+  // This window must not keep the program running.
   setAttribute(Qt::WA_QuitOnClose, false);
   setDocumentMode(true);
   addTab(writing_, QStringLiteral("&What Done will write"));
@@ -38,7 +38,7 @@ ReviewWindow::ReviewWindow(Wizard& wizard, const CodePage& codePage,
   row->addWidget(restoreFile_);
   row->addWidget(restoreSet_);
   backups_->addBelow(buttons);
-  backups_->moved = [this] { offerRestoring(); };
+  backups_->moved = [this] { updateButtons(); };
   connect(restoreSet_, &QPushButton::clicked, this, [this] { restore(false); });
   connect(restoreFile_, &QPushButton::clicked, this, [this] { restore(true); });
   connect(this, &QTabWidget::currentChanged, this, &ReviewWindow::refresh);
@@ -48,7 +48,7 @@ ReviewWindow::ReviewWindow(Wizard& wizard, const CodePage& codePage,
   const QSize wanted(charactersAndLines.width() * font.averageCharWidth(),
                      charactersAndLines.height() * font.lineSpacing());
   resize(wanted);
-  offerRestoring();
+  updateButtons();
 }
 
 void ReviewWindow::open() {
@@ -59,7 +59,7 @@ void ReviewWindow::open() {
   refresh();
 }
 
-void ReviewWindow::follow() {
+void ReviewWindow::scheduleRefresh() {
   if (isVisible()) soon_.start(pause);
 }
 
@@ -71,7 +71,7 @@ void ReviewWindow::keyPressEvent(QKeyEvent* event) {
   }
 }
 
-/// What is on disk may have changed while the window was behind others.
+/// The disk may have changed while another window was active.
 void ReviewWindow::changeEvent(QEvent* event) {
   QTabWidget::changeEvent(event);
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) refresh();
@@ -97,13 +97,13 @@ std::optional<BackupSet> ReviewWindow::chosenBackups(bool fileOnly) const {
   return kova::chosenBackups(wizard_, sets_, backups_->chosenGroup(), fileOnly ? file : "");
 }
 
-void ReviewWindow::offerRestoring() {
+void ReviewWindow::updateButtons() {
   restoreSet_->setEnabled(chosenBackups(false).has_value());
   restoreFile_->setEnabled(chosenBackups(true).has_value());
 }
 
 void ReviewWindow::restore(bool fileOnly) {
-  if (const auto chosen = chosenBackups(fileOnly)) restoreIfWanted(wizard_, *chosen);
+  if (const auto chosen = chosenBackups(fileOnly)) confirmAndRestore(wizard_, *chosen);
   refreshBackups();
 }
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The review: what Done will write, findings, and backups. A window of its own that follows the
-// form.
+// The review window: what Done will write, findings, and backups. It follows the form.
 #pragma once
 
 #include <QPushButton>
@@ -17,15 +16,14 @@ namespace kova {
 
 class ReviewWindow : public QTabWidget {
  public:
-  /// `chosen` gets the property of a line that the engineer wants to see in the form. The wizard
-  /// outlives the window.
+  /// `chosen` gets the property to show in the form. The wizard outlives the window.
   ReviewWindow(Wizard& wizard, const CodePage& codePage,
                const std::function<void(const std::string&)>& chosen);
 
   /// Shows the window in front of the others.
   void open();
-  /// Something in the wizard may have changed: shows it soon, if the window is on screen.
-  void follow();
+  /// Refreshes the window soon, if it is visible.
+  void scheduleRefresh();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -35,7 +33,7 @@ class ReviewWindow : public QTabWidget {
   void refresh();
   void refreshBackups();
   std::optional<BackupSet> chosenBackups(bool fileOnly) const;
-  void offerRestoring();
+  void updateButtons();
   void restore(bool fileOnly);
 
   Wizard& wizard_;

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
 
-/// Most characters have the same number in the code page, which spares the search.
+/// Most characters have the same number in the code page, so they need no search.
 char byteOf(char32_t character, const CodePage& page) {
   const char same = static_cast<char>(static_cast<unsigned char>(character));
   return page.character(same) == character ? same : page.byte(character);
@@ -60,7 +60,7 @@ QString toShownMessage(std::string_view text, const CodePage& page) {
 
 int shownPosition(std::string_view text, std::size_t caret) {
   auto position = static_cast<int>(std::min(caret, text.size()));
-  // Between CR and LF there is no place; the end of the line is the nearest.
+  // There is no position between CR and LF; the end of the line is the nearest.
   for (auto end = text.find(lineEnd); end < caret; end = text.find(lineEnd, end + lineEnd.size())) {
     --position;
   }

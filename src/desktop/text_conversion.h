@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one place where the toolkit's text meets the wizard's single-byte text.
+// Converts between the toolkit's text and the wizard's single-byte text.
 #pragma once
 
 #include <QString>
@@ -11,34 +11,33 @@
 
 namespace kova {
 
-/// Text of one line, a caption or a list line as the toolkit shows it: one character a byte.
+/// Single-line text as the toolkit shows it: one character per byte.
 QString toShown(std::string_view text, const CodePage& page);
-/// A text the other way. What the code page lacks becomes "?".
+/// The reverse. Characters that the code page lacks become "?".
 std::string toText(QStringView shown, const CodePage& page);
 
-/// Lines as a multi-line box holds them: a line ending of CR LF stands between two blocks, a lone
-/// LF is a line separator within its block.
+/// Text as a multi-line box holds it: CR LF separates two blocks, a lone LF becomes a line
+/// separator within its block.
 QString toShownLines(std::string_view text, const CodePage& page);
-/// The raw text of a box's document the other way.
+/// The reverse, from the raw text of a box's document.
 std::string toTextLines(QStringView raw, const CodePage& page);
 
-/// Lines as a message shows them.
+/// Text as a message box shows it.
 QString toShownMessage(std::string_view text, const CodePage& page);
 
-/// Position in the box's document of a caret position in `text`, where CR LF counts as two.
+/// Converts a caret position in `text`, where CR LF counts as two, to one in the box's document.
 int shownPosition(std::string_view text, std::size_t caret);
-/// Caret position in the text of a position in the raw text of a document or of a line.
+/// Converts a position in raw text, of a document or a line, to a caret position in the text.
 std::size_t textPosition(QStringView raw, int position);
 
-/// What a field of one line keeps of an edit that made `before` into `after`: a pasted text ends at
-/// its first line ending. `position` is the place behind the edit and follows the cut.
+/// What a single-line field keeps of an edit from `before` to `after`: pasted text is cut at its
+/// first line ending. `position` is the end of the edit and moves with the cut.
 QString withoutPastedLines(const QString& before, const QString& after, int& position);
 
-/// A tool tip that shows `text` as it stands, markup or not.
+/// A tool tip that shows `text` literally, even if it looks like markup.
 QString toToolTip(const QString& text);
 
-/// A caption with its access key, if it has one, in the toolkit's spelling. An "&" of the caption
-/// shows as such.
+/// A caption in the toolkit's notation, with its access key if it has one and its "&" escaped.
 QString withAccessKey(const QString& caption, char key);
 
 }  // namespace kova

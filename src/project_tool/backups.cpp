@@ -8,7 +8,7 @@ namespace {
 
 BackupSet chosenSet(const Tool& tool, const Path& folder, const RestoreOptions& options) {
   const auto set = findBackupSet(backupSets(*tool.machine.files, folder), options.timestamp);
-  if (!set) throw Failure("there are no backups of " + std::to_string(options.timestamp));
+  if (!set) throw Failure("there is no backup of " + std::to_string(options.timestamp));
   return partOf(*set, options.files);
 }
 
@@ -48,7 +48,7 @@ ExitStatus restore(const Tool& tool, const RestoreOptions& options) {
   printList(tool, "kept as ", restored.kept);
   if (restored.failure.empty()) return ExitStatus::noFindings;
   printList(tool, "not restored ", restored.missing);
-  tool.complain(restored.failure);
+  tool.printError(restored.failure);
   return ExitStatus::error;
 }
 

@@ -38,7 +38,7 @@ ExitStatus check(const Tool& tool, const CheckOptions& options) {
     printText(tool, all);
   }
   for (const Checked& checked : all) {
-    if (!checked.failure.empty()) tool.complain(checked.directory + ": " + checked.failure);
+    if (!checked.failure.empty()) tool.printError(checked.directory + ": " + checked.failure);
   }
   if (std::any_of(all.begin(), all.end(), couldNotBeRead)) return ExitStatus::error;
   const bool isClean = std::all_of(all.begin(), all.end(),

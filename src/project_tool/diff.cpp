@@ -24,7 +24,7 @@ bool isTimestamp(const std::string& text) {
          std::stoll(text) <= std::numeric_limits<std::int32_t>::max();
 }
 
-/// What a set holds, and what is there of its files now.
+/// The files of a backup set, then and now.
 States sinceBackups(const Tool& tool, const Path& folder, const std::string& timestamp) {
   const FileSystem& files = *tool.machine.files;
   const auto sets = backupSets(files, folder);
@@ -32,7 +32,7 @@ States sinceBackups(const Tool& tool, const Path& folder, const std::string& tim
   const auto set = timestamp.empty()
                        ? std::optional(sets.front())
                        : findBackupSet(sets, static_cast<std::int32_t>(std::stoll(timestamp)));
-  if (!set) throw Failure("there are no backups of " + timestamp);
+  if (!set) throw Failure("there is no backup of " + timestamp);
   States states{filesOf(files, folder, *set), projectFiles(files, folder)};
   std::erase_if(states.after,
                 [&](const auto& file) { return !states.before.contains(file.first); });
@@ -46,8 +46,8 @@ void printDifference(const Tool& tool, const FileDifference& file) {
   for (const RowChange& row : file.rows) {
     tool.printLine(std::string("  ") + mark(row.sign) + ' ' + tool.shown(textOf(row)));
   }
-  for (const std::string& message : file.form) {
-    tool.printLine((file.rows.empty() ? "  form only: " : "  form: ") + tool.shown(message));
+  for (const std::string& message : file.formatting) {
+    tool.printLine("  " + tool.shown(message));
   }
 }
 

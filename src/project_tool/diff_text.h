@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Differences as lines: a sign, what it is about, and what has become of it.
+// Prints differences as lines: a sign, the file or row, and the change.
 #pragma once
 
 #include "project_tool/tool.h"

@@ -25,7 +25,7 @@ Json jsonOf(const Tool& tool, const Finding& finding) {
 std::string uriOf(const std::string& path) {
   constexpr std::string_view digits = "0123456789ABCDEF";
   constexpr std::string_view plain = "-._~";
-  // A drive would be taken for a scheme.
+  // Without a separator before it, a drive would look like a scheme.
   const bool hasDrive = pathSeparators.size() > 1 && path.find(':') == 1;
   std::string uri = hasDrive ? '/' + path.substr(0, 2) : "";
   for (const char character : path.substr(hasDrive ? 2 : 0)) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Findings as people, scripts and code scanners read them.
+// Findings as text, JSON and SARIF, for people, scripts and code scanners.
 #pragma once
 
 #include <string>
@@ -10,14 +10,14 @@
 
 namespace kova {
 
-/// A directory and what was found in it, or why it could not be read.
+/// A directory with its findings, or the reason why it could not be read.
 struct Checked {
   std::string directory;  ///< as on the command line
   std::vector<Finding> findings;
   std::string failure;
 };
 
-/// A line a finding, as compilers print them: "file:line:column: severity: text [rule]".
+/// One line per finding, in the manner of compilers: "file:line:column: severity: message [rule]".
 void printText(const Tool& tool, const std::vector<Checked>& all);
 void printJson(const Tool& tool, const std::vector<Checked>& all);
 /// The Static Analysis Results Interchange Format, version 2.1.0.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// JSON whose members stay in the order in which they are written.
+// JSON whose members keep the order in which they are added.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -10,7 +10,7 @@ namespace kova {
 
 using Json = nlohmann::ordered_json;
 
-/// Prints a document. A file name that is no UTF-8 loses what is none.
+/// Prints a document. Bytes of file names that are not UTF-8 are replaced.
 inline void print(const Tool& tool, const Json& document) {
   tool.out << document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
 }

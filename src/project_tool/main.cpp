@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// kova-project: looks at projects of the wizard from scripts and remote shells.
+// kova-project: works on projects of the wizard from scripts and remote shells.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
@@ -13,17 +13,16 @@ namespace {
 
 using kova::ExitStatus;
 
-/// The command line: what was asked for, once it has been parsed.
+/// The command line and its parsed options.
 class CommandLine {
  public:
   CommandLine() {
     app_.name("kova-project");
     app_.set_version_flag("--version", "kova-project " KOVA_VERSION);
     app_.require_subcommand(1);
-    // They would make options of paths.
+    // Otherwise paths that start with a slash are taken for options.
     app_.allow_windows_style_options(false);
-    app_.footer(
-        "Ends with 0 if nothing was found, 1 if something was, 2 if something could not be done.");
+    app_.footer("Exit status: 0 no findings or differences, 1 findings or differences, 2 error.");
     addCheck();
     addDiff();
     addShow();
@@ -51,45 +50,46 @@ class CommandLine {
   }
 
   void addCheck() {
-    check_ = add("check", "Tell what is wrong with projects");
-    check_->add_option("--format", checkOptions_.format, "How findings are printed")
+    check_ = add("check", "Report problems in projects");
+    check_->add_option("--format", checkOptions_.format, "Output format")
         ->check(CLI::IsMember({"text", "json", "sarif"}))
         ->capture_default_str();
     check_->add_option("directory", checkOptions_.directories, "Project directories")->required();
   }
 
   void addDiff() {
-    diff_ = add("diff", "Compare a project, row by row, with its backups or with another project");
+    diff_ = add("diff", "Compare a project row by row with a backup or another project");
     diff_->add_option("directory", diffOptions_.directory, "Project directory")->required();
     diff_->add_option("other", diffOptions_.other,
-                      "Stamp of backups, from which the project has changed to what it is, or a "
-                      "directory to which it is to change; the newest backups without it");
+                      "Backup timestamp, or another project directory, to compare with (default: "
+                      "the newest backup)");
   }
 
   void addShow() {
     show_ = add("show", "Print a project as the wizard reads it");
-    show_->add_option("--format", showOptions_.format, "How it is printed")
+    show_->add_option("--format", showOptions_.format, "Output format")
         ->check(CLI::IsMember({"text", "json"}))
         ->capture_default_str();
     show_->add_option("directory", showOptions_.directory, "Project directory")->required();
   }
 
   void addBackups() {
-    backups_ = add("backups", "List the backups of a project, the newest first");
+    backups_ = add("backups", "List the backups of a project, newest first");
     backups_->add_option("directory", directory_, "Project directory")->required();
   }
 
   void addRestore() {
-    restore_ = add("restore", "Bring back what backups hold; what is there is backed up first");
-    restore_->add_flag("--dry-run", restoreOptions_.dryRun, "Only tell what would change");
+    restore_ = add("restore", "Restore files from a backup (current files are backed up first)");
+    restore_->add_flag("--dry-run", restoreOptions_.dryRun,
+                       "Show what would change, and write nothing");
     restore_->add_option("directory", restoreOptions_.directory, "Project directory")->required();
-    restore_->add_option("stamp", restoreOptions_.timestamp, "Stamp of the backups")->required();
-    restore_->add_option("file", restoreOptions_.files, "Files to bring back; all without it");
+    restore_->add_option("timestamp", restoreOptions_.timestamp, "Backup timestamp")->required();
+    restore_->add_option("file", restoreOptions_.files, "Files to restore (default: all)");
   }
 
-  void addRules() { rules_ = add("rules", "Print the page of all rules"); }
+  void addRules() { rules_ = add("rules", "Print the page of all rules that check uses"); }
 
-  CLI::App app_{"Looks at projects of the server setup wizard."};
+  CLI::App app_{"Checks, compares and restores projects of the device server setup wizard."};
   CLI::App* check_ = nullptr;
   CLI::App* diff_ = nullptr;
   CLI::App* show_ = nullptr;
@@ -103,34 +103,34 @@ class CommandLine {
   std::string directory_;
 };
 
-/// The exit status, once everything has been printed.
-int printed(ExitStatus ending) {
+/// The exit status, or an error if the output could not be written.
+int flushed(ExitStatus status) {
   std::cout.flush();
-  if (std::cout) return static_cast<int>(ending);
-  std::cerr << "kova-project: the output could not be written\n";
+  if (std::cout) return static_cast<int>(status);
+  std::cerr << "kova-project: could not write the output\n";
   return static_cast<int>(ExitStatus::error);
 }
 
-int run(const kova::Tool& tool, std::vector<std::string> words) {
+int run(const kova::Tool& tool, std::vector<std::string> arguments) {
   CommandLine line;
-  // It echoes words of the command line.
+  // The message may contain arguments, which must not control the terminal.
   line.app().failure_message([&](const CLI::App*, const CLI::Error& error) {
-    tool.complain(error.what());
+    tool.printError(error.what());
     return "Run with --help for more information.\n";
   });
   try {
-    // The parser takes them from the end.
-    std::reverse(words.begin(), words.end());
-    line.app().parse(std::move(words));
-  } catch (const CLI::ParseError& asked) {
-    // Help and version come this way as well; a wrong command line must not look like findings.
-    return line.app().exit(asked) == 0 ? printed(ExitStatus::noFindings)
+    // The parser expects them in reverse order.
+    std::reverse(arguments.begin(), arguments.end());
+    line.app().parse(std::move(arguments));
+  } catch (const CLI::ParseError& error) {
+    // Help and version arrive here too. A wrong command line must not look like findings.
+    return line.app().exit(error) == 0 ? flushed(ExitStatus::noFindings)
                                        : static_cast<int>(ExitStatus::error);
   }
   try {
-    return printed(line.run(tool));
+    return flushed(line.run(tool));
   } catch (const std::exception& failure) {
-    tool.complain(failure.what());
+    tool.printError(failure.what());
     return static_cast<int>(ExitStatus::error);
   }
 }

@@ -13,12 +13,12 @@ constexpr std::string_view head = R"(# What kova-project checks
 
 <!-- Made by "kova-project rules"; a test compares it with the program. -->
 
-`kova-project check DIRECTORY` looks at a project as the wizard reads it, and tells what it finds
-by these rules. A *note* is worth knowing, a *warning* costs something, an *error* loses rows or
-keeps them from being read. A project that the wizard has written from good input breaks none.
+`kova-project check DIRECTORY` reads a project as the wizard does and reports findings by these
+rules. A *note* is for information, a *warning* points to wrong or misread data, an *error* loses
+rows or keeps them from being read. A project that the wizard writes from good input has none.
 
-An example shows the part of a file that matters. A byte that can't be shown here stands as its
-number, such as `<0A>` for an LF that has no CR ahead of it.
+An example shows the relevant part of a file. A byte that can't be shown here appears as its number,
+such as `<0A>` for an LF without a CR before it.
 )";
 
 constexpr std::size_t width = 100;
@@ -43,7 +43,7 @@ std::string shownByte(char character) {
   return {'<', digits[byte >> 4U], digits[byte & 15U], '>'};
 }
 
-/// Lines end as those of the page; what can't be shown in it stands as its number.
+/// Lines end as those of the page. Bytes that can't be shown appear as their number.
 std::string shownExample(std::string_view text) {
   std::string shown;
   for (std::size_t at = 0; at < text.size(); ++at) {
@@ -67,7 +67,7 @@ void printExample(const Tool& tool, const Example& example) {
   tool.out << "\nIn `" << example.file << "`:\n\n```text\n"
            << shownExample(example.broken) << "```\n";
   if (example.kept.empty()) return;
-  tool.out << "\nThis is in order:\n\n```text\n" << shownExample(example.kept) << "```\n";
+  tool.out << "\nThis is correct:\n\n```text\n" << shownExample(example.kept) << "```\n";
 }
 
 }  // namespace
@@ -79,7 +79,7 @@ ExitStatus listRules(const Tool& tool) {
     tool.out << "\n## " << rule.id << "\n\n*" << nameOf(rule.severity) << ".* " << rule.title
              << ".\n\n"
              << wrapped(std::string(rule.impact)) << '\n'
-             << wrapped("**What to do:** " + std::string(rule.fix));
+             << wrapped("**Fix:** " + std::string(rule.fix));
     printExample(tool, rule.example);
   }
   return ExitStatus::noFindings;

@@ -9,7 +9,7 @@
 namespace kova {
 namespace {
 
-/// A project as JSON. Texts of tables are typed texts, so they stay texts where they mean numbers.
+/// A project as JSON. Table fields that hold typed text stay text, even where they mean numbers.
 class JsonProject {
  public:
   JsonProject(const Tool& tool, const ProjectReading& project) : tool_(tool), project_(project) {}
@@ -103,7 +103,7 @@ class JsonProject {
   const ProjectReading& project_;
 };
 
-/// A table of columns and their texts, as its file has them, one row a paragraph.
+/// Prints the fields of a table as they are in its file, one line per row.
 void printRows(const Tool& tool, const ProjectReading& project, std::string_view file,
                std::size_t count) {
   const TableText& table = project.table(file);
@@ -131,7 +131,7 @@ void printNames(const Tool& tool, const std::string& title, const DeviceNames& n
 
 void printText(const Tool& tool, const ProjectReading& project) {
   if (project.properties.rows.empty()) {
-    tool.printLine("No property");
+    tool.printLine("No properties");
     return;
   }
   const PropertyRecord& last = project.properties.rows.back();

@@ -10,7 +10,7 @@ namespace {
 
 std::string lineOf(const Tool& tool, std::string_view text) {
   std::string line = tool.codePage.printable(text);
-  // Runners of build jobs carry out a line that begins so, blanks of any script ahead of it or not.
+  // CI runners execute such a line as a command, even after spaces of any script.
   const auto sign = std::find_if(
       line.begin(), line.end(), [](char character) { return character > ' ' && character <= '~'; });
   const auto start = static_cast<std::size_t>(sign - line.begin());
@@ -23,7 +23,7 @@ std::string lineOf(const Tool& tool, std::string_view text) {
 std::string Tool::wizardText(const std::string& native) const {
   std::string text = codePage.fromNative(native);
   if (codePage.toNative(text) != native) {
-    throw Failure("the name has characters that " + codePage.name() + " lacks");
+    throw Failure("the name has characters that are not in " + codePage.name());
   }
   while (text.size() > 1 && pathSeparators.find(text.back()) != std::string_view::npos) {
     text.pop_back();
@@ -43,8 +43,8 @@ void Tool::printLine(std::string_view text) const {
   out << lineOf(*this, text);
 }
 
-void Tool::complain(const std::string& what) const {
-  errors << lineOf(*this, "kova-project: " + what);
+void Tool::printError(const std::string& message) const {
+  errors << lineOf(*this, "kova-project: " + message);
 }
 
 }  // namespace kova

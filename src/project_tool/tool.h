@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the commands of kova-project have in common.
+// The commands of kova-project and what they share.
 #pragma once
 
 #include <ostream>
@@ -12,7 +12,7 @@
 
 namespace kova {
 
-/// How a command ends; the meaning is that of the tools that it stands beside.
+/// Exit status of a command, as diff and grep use it.
 enum class ExitStatus : int { noFindings = 0, findings = 1, error = 2 };
 
 inline constexpr int formatVersion = 1;  ///< of the JSON that commands print
@@ -23,16 +23,16 @@ struct Tool {
   std::ostream& out;  ///< for documents; lines go through printLine
   std::ostream& errors;
 
-  /// A path of the command line as wizard text. Throws Failure if wizard text can't tell it.
+  /// A path of the command line as wizard text. Throws Failure if the code page lacks a character.
   std::string wizardText(const std::string& native) const;
-  /// A directory of the command line. Throws Failure, which names it, if there is none.
+  /// A directory of the command line. Throws Failure, with its name, if it does not exist.
   Path folder(const std::string& directory) const;
   /// Wizard text as the terminal shows it.
   std::string shown(const std::string& text) const { return codePage.toNative(text); }
-  /// A native text as one line, whatever it holds: texts of tables and names of files must neither
-  /// control the terminal nor pass for lines of the program's own.
+  /// Prints a native text as one line. Texts of tables and file names must neither control the
+  /// terminal nor look like lines of the program.
   void printLine(std::string_view text) const;
-  void complain(const std::string& what) const;
+  void printError(const std::string& message) const;
 };
 
 struct CheckOptions {
@@ -43,7 +43,7 @@ ExitStatus check(const Tool& tool, const CheckOptions& options);
 
 struct DiffOptions {
   std::string directory;
-  std::string other;  ///< a timestamp or a directory; empty for the newest backups
+  std::string other;  ///< a timestamp or a directory; empty for the newest backup
 };
 ExitStatus diff(const Tool& tool, const DiffOptions& options);
 
@@ -58,12 +58,12 @@ ExitStatus backups(const Tool& tool, const std::string& directory);
 struct RestoreOptions {
   std::string directory;
   std::int32_t timestamp = 0;
-  std::vector<std::string> files;  ///< all of the set if there are none
+  std::vector<std::string> files;  ///< empty for all files of the set
   bool dryRun = false;
 };
 ExitStatus restore(const Tool& tool, const RestoreOptions& options);
 
-/// The page of all rules.
+/// Prints the page of all rules.
 ExitStatus listRules(const Tool& tool);
 
 }  // namespace kova

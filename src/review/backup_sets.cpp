@@ -16,8 +16,7 @@
 namespace kova {
 namespace {
 
-// A walk timestamps each file by the clock, so a walk over a slow disk has several timestamps in a
-// row.
+// Each file gets the time of its copy, so a backup on a slow disk has several timestamps in a row.
 constexpr std::int32_t longestPause = 2;  // seconds
 
 bool holds(const BackupSet& set, const std::string& name) {
@@ -25,7 +24,7 @@ bool holds(const BackupSet& set, const std::string& name) {
                      [&](const BackedUpFile& file) { return file.name == name; });
 }
 
-/// The files may belong to the walk of the set.
+/// The files may belong to the set.
 bool continues(const BackupSet& set, std::int32_t timestamp,
                const std::vector<BackedUpFile>& files) {
   return timestamp - set.last <= longestPause &&
@@ -33,14 +32,14 @@ bool continues(const BackupSet& set, std::int32_t timestamp,
                       [&](const BackedUpFile& file) { return holds(set, file.name); });
 }
 
-/// All backups that a restoring makes are one set.
+/// Puts all backups that `restore` makes into one set.
 struct StoppedClock : Clock {
   explicit StoppedClock(std::int32_t moment) : now(moment) {}
   std::int32_t unixTime() const override { return now; }
   std::int32_t now;
 };
 
-bool isThereAlready(const FileSystem& files, const Path& file, const std::string& content) {
+bool isRestored(const FileSystem& files, const Path& file, const std::string& content) {
   try {
     return files.read(file) == content;
   } catch (const Failure&) {
@@ -116,7 +115,7 @@ ProjectFiles filesOf(const FileSystem& files, const Path& folder, const BackupSe
 BackupSet partOf(const BackupSet& set, const std::vector<std::string>& names) {
   if (names.empty()) return set;
   for (const std::string& name : names) {
-    if (!holds(set, name)) throw Failure("the backups of that time hold no " + name);
+    if (!holds(set, name)) throw Failure("the backup does not contain " + name);
   }
   BackupSet part = set;
   std::erase_if(part.files, [&](const BackedUpFile& file) {
@@ -127,8 +126,8 @@ BackupSet partOf(const BackupSet& set, const std::vector<std::string>& names) {
 
 namespace {
 
-/// The last timestamp ahead of `now` that no backup has. An entry replaces backups of its own
-/// second, and one is about to follow.
+/// The last free timestamp before `now`. The project is opened next, and that replaces backups of
+/// its own second.
 std::int32_t lastFreeTimestamp(const FileSystem& files, const Path& folder, std::int32_t now) {
   const std::vector<BackupSet> sets = backupSets(files, folder);
   std::int32_t timestamp = now - 1;
@@ -147,21 +146,21 @@ Restored restore(const Platform& platform, std::string_view folder, const Backup
                           naming(file.backup, [&] { return files.read(path / file.backup); }));
   }
   StoppedClock clock(lastFreeTimestamp(files, path, platform.clock.unixTime()));
-  // Whatever it finds is something that it has not written itself, so it backs it up.
+  // No file counts as written by the wizard, so every one is backed up.
   ProjectOnDisk nothingKnown;
   TableWriter tables(files, clock, path, nothingKnown);
   Restored restored;
-  const auto attempt = [&](const std::string& what, const auto& act) {
+  const auto attempt = [&](const std::string& name, const auto& action) {
     try {
-      act();
+      action();
     } catch (const Failure& failure) {
-      restored.failure = what + ": " + failure.what();
+      restored.failure = name + ": " + failure.what();
     }
   };
   for (const auto& content : contents) {
     const std::string& name = content.first;
     attempt(name, [&, file = path / name] {
-      if (!isThereAlready(files, file, content.second)) tables.replace(file, content.second);
+      if (!isRestored(files, file, content.second)) tables.replace(file, content.second);
       restored.files.push_back(name);
     });
     if (!restored.failure.empty()) break;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The backups of a project directory, by the moments at which they were made.
+// The backups of a project directory, in sets that were made together.
 #pragma once
 
 #include <cstdint>
@@ -13,49 +13,48 @@
 
 namespace kova {
 
-/// One file of a set, by its names in the machine's own form.
+/// One file of a set, with native names.
 struct BackedUpFile {
-  std::string name;  ///< whose backup it is
+  std::string name;  ///< of the file that was backed up
   std::string backup;
   std::uint64_t bytes = 0;
 };
 
-/// What one walk has copied. A walk that takes longer than a second has several timestamps.
+/// The files of one backup. A backup that takes longer than a second has several timestamps.
 struct BackupSet {
   std::int32_t first = 0;  ///< seconds since 1970-01-01 00:00:00 UTC
   std::int32_t last = 0;
-  std::vector<BackedUpFile> files;  ///< in the order of their names
+  std::vector<BackedUpFile> files;  ///< sorted by name
 };
 
-/// The sets of a folder, the newest first. Throws Failure if it can't be listed.
+/// The backup sets of a folder, newest first. Throws Failure if it can't be listed.
 std::vector<BackupSet> backupSets(const FileSystem& files, const Path& folder);
 
-/// The set that holds a timestamp.
+/// The set that covers a timestamp.
 std::optional<BackupSet> findBackupSet(const std::vector<BackupSet>& sets, std::int32_t timestamp);
 
 /// "2026-11-24 16:05:09" in the time zone of the machine.
 std::string localTime(std::int32_t timestamp);
-/// "5 minutes", "3 hours", "2 days"; "0 seconds" for what is to come.
+/// "5 minutes", "3 hours", "2 days"; "0 seconds" for a timestamp in the future.
 std::string ageText(std::int32_t timestamp, std::int32_t now);
 
 /// The tables in a set. Throws Failure if one can't be read.
 ProjectFiles filesOf(const FileSystem& files, const Path& folder, const BackupSet& set);
 
-/// What a restoring has done.
+/// The outcome of `restore`.
 struct Restored {
-  std::vector<std::string> files;    ///< that hold what the set holds, in its order
-  std::vector<std::string> kept;     ///< backups of what was there ahead of it
-  std::vector<std::string> missing;  ///< files that are as they were, since it has failed
-  std::string failure;               ///< why it ended ahead of its time
+  std::vector<std::string> files;    ///< restored, in the set's order
+  std::vector<std::string> kept;     ///< backups of the files as they were before
+  std::vector<std::string> missing;  ///< files left as they were after a failure
+  std::string failure;               ///< why it stopped; empty if it is complete
 };
 
-/// The part of a set that these files are; all of it if none is named. Throws Failure if the set
-/// lacks one of them.
+/// These files of a set; all of them if `names` is empty. Throws Failure if the set lacks one.
 BackupSet partOf(const BackupSet& set, const std::vector<std::string>& names);
 
-/// Gives the files of a set what they held then. What is there is backed up first; each file is
-/// replaced as a whole or not at all, and the first that can't be ends it. Files that are not in
-/// the set stay. Throws Failure, and has changed nothing, if one of the backups can't be read.
+/// Restores the files of a set. Current files are backed up first, each file is replaced
+/// atomically, and the first failure stops it. Files that are not in the set stay. If one of the
+/// backups can't be read, throws Failure and changes nothing.
 Restored restore(const Platform& platform, std::string_view folder, const BackupSet& set);
 
 }  // namespace kova

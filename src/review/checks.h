@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How each rule looks at a project. What a look is for stands in the table of rules.
+// The check of each rule. The table of rules describes them.
 #pragma once
 
 #include "review/findings.h"
@@ -8,11 +8,11 @@ namespace kova::checks {
 
 using Check = void(const ProjectReading& project, const Report& report);
 
-// The form of a file: file_checks.cpp.
+// Formatting of a file: file_checks.cpp.
 Check unreadable, lineFeedsOnly, mixedLineEndings, byteOrderMark, utf8Text, lackingCharacter,
     controlCharacter, comments, orphanBackup;
 
-// How far the readers come, columns and fields: column_checks.cpp.
+// Where reading stops, columns and fields: column_checks.cpp.
 Check stopped, tableFull, noRows, missingColumn, unknownColumn, repeatedColumn, unnamedColumn,
     emptyLine, tooManyFields, tooFewFields, openQuote, digitsForText, textForNumber;
 
@@ -21,7 +21,7 @@ Check namelessProperty, repeatedProperty, otherCase, separatorInName, longLocalN
     severalLocalNames, severalModuleCounts, unknownFormat, formatCase, unknownArrayType,
     unknownAccess, brokenRange, incompleteProcess;
 
-// Rows of the other tables and what they are for: cross_table_checks.cpp.
+// Rows of the other tables and their properties: cross_table_checks.cpp.
 Check historyWithoutProperty, historyDiffers, repeatedHistory, repeatedIndex, alarmWithoutProperty,
     alarmDiffers, severalAlarms, namelessAlarm, unreadDevices, namesWithoutProperty, listTooLong,
     repeatedDevice;

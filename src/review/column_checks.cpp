@@ -17,7 +17,7 @@ struct Reading {
   const ReadResult* result;
 };
 
-/// Every table that the wizard reads by itself, and how far it came.
+/// Every table that the wizard reads when it opens a project, and where reading stopped.
 std::vector<Reading> readings(const ProjectReading& project) {
   std::vector<Reading> all{{exportsFileName, &project.properties.result},
                            {historyFileName, &project.history.result},
@@ -28,17 +28,17 @@ std::vector<Reading> readings(const ProjectReading& project) {
   return all;
 }
 
-/// The table had no room for the line at which the reading has stopped.
+/// Reading stopped because the table was full.
 bool isFull(const Reading& reading) {
   return reading.result->rows >= tableRows && kindOfFile(reading.file) != TableKind::devices;
 }
 
-std::string linesBehind(const ProjectReading& project, const Reading& reading) {
+std::string unreadLines(const ProjectReading& project, const Reading& reading) {
   const auto& rows = project.table(reading.file).rows;
-  const auto behind = std::count_if(rows.begin(), rows.end(), [&](const TextRow& row) {
+  const auto unread = std::count_if(rows.begin(), rows.end(), [&](const TextRow& row) {
     return row.line >= reading.result->stop->line;
   });
-  return counted(static_cast<std::size_t>(behind), "line is", "lines are") + " not read";
+  return counted(static_cast<std::size_t>(unread), "line is", "lines are") + " not read";
 }
 
 template <class Visit>
@@ -63,14 +63,14 @@ bool isTagOf(const ColumnFacts& column, const std::string& upper) {
          (!upper.empty() && std::find(others.begin(), others.end(), upper) != others.end());
 }
 
-/// A column that the table has twice is known by its tag, but not at this place.
+/// A repeated column has a known tag, but the reader does not use it.
 bool isTagOfKind(TableKind kind, std::string_view tag) {
   const auto columns = columnsOf(kind);
   return std::any_of(columns.begin(), columns.end(),
                      [&](const ColumnFacts& column) { return isTagOf(column, upperCase(tag)); });
 }
 
-/// Looks at the columns of the header that the reader does not use.
+/// Visits the columns of the header that the reader does not use.
 template <class Visit>
 void eachUnusedColumn(const ProjectReading& project, Visit visit) {
   eachTable(project, [&](const std::string& name, const TableText& table) {
@@ -83,7 +83,7 @@ void eachUnusedColumn(const ProjectReading& project, Visit visit) {
   });
 }
 
-/// Looks at each field of a known column.
+/// Visits each field of a known column.
 template <class Visit>
 void eachField(const ProjectReading& project, Visit visit) {
   eachRow(project, [&](const std::string& name, const TableText& table, const TextRow& row) {
@@ -94,7 +94,7 @@ void eachField(const ProjectReading& project, Visit visit) {
   });
 }
 
-/// The wizard offers a list of words for it.
+/// The form offers a fixed list of words for the column.
 bool holdsWords(const ColumnFacts& column) {
   static constexpr std::array<std::string_view, 4> tags{
       tagOf(&PropertyRecord::outputFormat), tagOf(&HistoryRecord::format),
@@ -109,7 +109,7 @@ void stopped(const ProjectReading& project, const Report& report) {
     const auto& stop = reading.result->stop;
     if (!stop || stop->line == 0 || isFull(reading)) continue;
     report({reading.file, stop->line, 1},
-           "the reading ends here: " + stop->reason + "; " + linesBehind(project, reading));
+           "reading stops here: " + stop->reason + "; " + unreadLines(project, reading));
   }
 }
 
@@ -117,13 +117,13 @@ void tableFull(const ProjectReading& project, const Report& report) {
   for (const Reading& reading : readings(project)) {
     if (!reading.result->stop || !isFull(reading)) continue;
     report({reading.file, reading.result->stop->line, 1},
-           "row " + std::to_string(tableRows + 1) + "; " + linesBehind(project, reading));
+           "row " + std::to_string(tableRows + 1) + "; " + unreadLines(project, reading));
   }
 }
 
 void noRows(const ProjectReading& project, const Report& report) {
   const TableText& exports = project.table(exportsFileName);
-  if (exports.rows.empty()) report({exportsFileName}, "holds no property");
+  if (exports.rows.empty()) report({exportsFileName}, "has no properties");
 }
 
 void missingColumn(const ProjectReading& project, const Report& report) {
@@ -138,13 +138,13 @@ void missingColumn(const ProjectReading& project, const Report& report) {
 
 void unknownColumn(const ProjectReading& project, const Report& report) {
   eachUnusedColumn(project, [&](const Place& place, std::string_view tag, bool isTwice) {
-    if (!isTwice) report(place, "column " + quoted(tag) + " is none of the wizard's");
+    if (!isTwice) report(place, "unknown column " + quoted(tag));
   });
 }
 
 void repeatedColumn(const ProjectReading& project, const Report& report) {
   eachUnusedColumn(project, [&](const Place& place, std::string_view tag, bool isTwice) {
-    if (isTwice) report(place, "column " + quoted(tag) + " is there already");
+    if (isTwice) report(place, "column " + quoted(tag) + " appears twice");
   });
 }
 
@@ -154,13 +154,13 @@ void unnamedColumn(const ProjectReading& project, const Report& report) {
     const auto found = std::find_if(cells.begin(), cells.end(),
                                     [](const Cell& cell) { return cell.text.empty(); });
     if (found == cells.end()) return;
-    report({name, table.header.line, found->column}, "a column without a name");
+    report({name, table.header.line, found->column}, "column without a name");
   });
 }
 
 void emptyLine(const ProjectReading& project, const Report& report) {
   eachRow(project, [&](const std::string& name, const TableText& table, const TextRow& row) {
-    // Where names are asked for, such a line is skipped.
+    // The alarm reader skips rows without names.
     if (table.kind != TableKind::alarms && isEmpty(row)) report({name, row.line, 1}, "empty line");
   });
 }
@@ -190,7 +190,7 @@ void openQuote(const ProjectReading& project, const Report& report) {
     const auto found = std::find_if(row.cells.begin() + 1, row.cells.end(),
                                     [](const Cell& cell) { return cell.text == "\""; });
     if (found == row.cells.end()) return;
-    report({name, row.line, found->column}, "a quote that nothing closes");
+    report({name, row.line, found->column}, "quote is not closed");
   });
 }
 
@@ -198,7 +198,7 @@ void digitsForText(const ProjectReading& project, const Report& report) {
   eachField(project, [&](const Place& place, const TableText&, const ColumnFacts& column,
                          std::string_view text) {
     if (!holdsWords(column) || !isNumber(text)) return;
-    report(place, "a number, " + std::string(text) + ", in column " + std::string(column.tag));
+    report(place, "number " + std::string(text) + " in column " + std::string(column.tag));
   });
 }
 
@@ -206,10 +206,10 @@ void textForNumber(const ProjectReading& project, const Report& report) {
   eachField(project, [&](const Place& place, const TableText& table, const ColumnFacts& column,
                          std::string_view text) {
     if (column.kind == FieldKind::text || column.kind == FieldKind::made || isNumber(text)) return;
-    // Without a number of devices the reading stops, which is a matter of its own.
+    // Such a row stops the reader, which another rule reports.
     if (table.kind == TableKind::exports && column.tag == tagOf(&PropertyRecord::numModules))
       return;
-    report(place, quoted(text) + " is no number for column " + std::string(column.tag));
+    report(place, quoted(text) + " in column " + std::string(column.tag) + " is not a number");
   });
 }
 

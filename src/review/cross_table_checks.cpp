@@ -16,7 +16,7 @@
 namespace kova::checks {
 namespace {
 
-/// Looks at each line of a table with its text and the place of a column.
+/// Visits each line of a table, with the texts and places of its columns.
 template <class Visit>
 void eachLine(const ProjectReading& project, std::string_view file, Visit visit) {
   const TableText& table = project.table(file);
@@ -49,21 +49,20 @@ const PropertyRecord* propertyOf(const ProjectReading& project, const AlarmWatch
   });
 }
 
-/// A row says otherwise than its property about format and size.
+/// How a row's format or size differs from its property's.
 std::optional<std::string> differenceOf(const PropertyRecord& property, const std::string& format,
                                         std::int32_t size) {
-  const std::string& whole = property.outputFormat;
-  const std::string name = whole.substr(0, whole.find('.'));
-  // The line that Done adds for the property in the form has the format of the property itself.
-  const std::string single = std::string(singleValueName(name)) + whole.substr(name.size());
+  const std::string& full = property.outputFormat;
+  const std::string name = full.substr(0, full.find('.'));
+  // The row that Done adds for the property in the form has the format of the property itself.
+  const std::string single = std::string(singleValueName(name)) + full.substr(name.size());
   const bool isSame = upperCase(format) == upperCase(single) || format == name;
-  if (!isSame)
-    return "format " + format + ", while " + single + " belongs to the property's " + whole;
+  if (!isSame) return "format " + format + ", but the property's " + full + " requires " + single;
   if (static_cast<double>(size) == textValue(property.outputSize)) return std::nullopt;
-  return "size " + std::to_string(size) + ", while the property has " + property.outputSize;
+  return "size " + std::to_string(size) + ", but the property has " + property.outputSize;
 }
 
-/// Looks at each row of a table, and at the places of its columns.
+/// Visits each row of a table, with the places of its columns.
 template <class Rows, class Visit>
 void eachRow(const ProjectReading& project, std::string_view file, const TableReading<Rows>& table,
              Visit visit) {
@@ -74,7 +73,7 @@ void eachRow(const ProjectReading& project, std::string_view file, const TableRe
   }
 }
 
-/// Reports each row whose key an earlier one has already.
+/// Reports each row with the key of an earlier one.
 template <class Rows, class KeyOf>
 void reportRepeated(const ProjectReading& project, const Report& report, std::string_view file,
                     const TableReading<Rows>& table, Tag<typename Rows::value_type> tag,
@@ -85,7 +84,7 @@ void reportRepeated(const ProjectReading& project, const Report& report, std::st
     const std::string key = keyOf(row);
     const auto [first, isNew] = lines.emplace(key, place.line);
     if (isNew) return;
-    report(place, key + " is in line " + std::to_string(first->second) + " already");
+    report(place, key + " is already in line " + std::to_string(first->second));
   });
 }
 
@@ -121,7 +120,7 @@ void historyDiffers(const ProjectReading& project, const Report& report) {
     if (property == nullptr) return;
     if (storedLocalName(property->localName) != row.localName) {
       report(placeOf(&HistoryRecord::localName),
-             "local name " + row.localName + ", while the property has " + property->localName);
+             "local name " + row.localName + ", but the property has " + property->localName);
     } else if (const auto difference = differenceOf(*property, row.format, row.dataLength)) {
       report(placeOf(&HistoryRecord::format), row.propertyName + " has " + *difference);
     }
@@ -167,9 +166,9 @@ void severalAlarms(const ProjectReading& project, const Report& report) {
 void namelessAlarm(const ProjectReading& project, const Report& report) {
   eachLine(project, alarmFileName, [&](auto text, auto placeOf) {
     if (text(tagOf(&AlarmWatchRecord::propertyName)).empty()) {
-      report(placeOf(tagOf(&AlarmWatchRecord::propertyName)), "no property name");
+      report(placeOf(tagOf(&AlarmWatchRecord::propertyName)), "property name is missing");
     } else if (text(tagOf(&AlarmWatchRecord::localName)).empty()) {
-      report(placeOf(tagOf(&AlarmWatchRecord::localName)), "no local name");
+      report(placeOf(tagOf(&AlarmWatchRecord::localName)), "local name is missing");
     }
   });
 }
@@ -179,9 +178,9 @@ void unreadDevices(const ProjectReading& project, const Report& report) {
   eachLine(project, serverDevicesFile, [&, reported = false](auto text, auto placeOf) mutable {
     if (reported || !isOwnName(text(deviceNumberTag), text(deviceNameTag))) return;
     reported = true;
-    report(placeOf(deviceNameTag), "names of devices, but there is no " +
-                                       project.codePage->fromNative(project.devicesFile) +
-                                       " to read them from");
+    report(placeOf(deviceNameTag),
+           "device names are not read: " + project.codePage->fromNative(project.devicesFile) +
+               " does not exist");
   });
 }
 
@@ -198,8 +197,8 @@ void listTooLong(const ProjectReading& project, const Report& report) {
     eachLine(project, file, [&, limit = largest](auto text, auto placeOf) {
       const double number = textValue(text(deviceNumberTag));
       if (number >= 0 && number <= limit) return;
-      report(placeOf(deviceNumberTag),
-             "device " + plainNumberText(number) + " of " + plainNumberText(limit) + " devices");
+      report(placeOf(deviceNumberTag), "device " + plainNumberText(number) +
+                                           ", but the last device is " + plainNumberText(limit));
     });
   }
 }
@@ -211,7 +210,7 @@ void repeatedDevice(const ProjectReading& project, const Report& report) {
     eachLine(project, file, [&](auto text, auto placeOf) {
       const double number = textValue(text(deviceNumberTag));
       if (numbers.insert(number).second) return;
-      report(placeOf(deviceNumberTag), "device " + plainNumberText(number) + " is there already");
+      report(placeOf(deviceNumberTag), "device " + plainNumberText(number) + " already has a name");
     });
   }
 }

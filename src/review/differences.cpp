@@ -17,7 +17,7 @@
 namespace kova {
 namespace {
 
-/// A column and where it stands in both tables, -1 where it does not.
+/// A column and its position in both tables, -1 where it is missing.
 struct SharedColumn {
   std::string tag;
   FieldKind kind = FieldKind::text;
@@ -51,14 +51,14 @@ std::vector<std::string> namesOf(const TableText& table, const TextRow& row) {
   std::vector<std::string> names;
   for (const std::string_view tag : namingTags(table.kind)) {
     const std::string_view text = table.text(row, tag);
-    // Devices count by their number, however it is written.
+    // A device number may be written in several ways.
     names.push_back(table.kind == TableKind::devices ? plainNumberText(textValue(text))
                                                      : std::string(text));
   }
   return names;
 }
 
-/// What each row is known by, in one text.
+/// The names of each row as one text.
 std::vector<std::string> keysOf(const TableText& table) {
   std::vector<std::string> keys;
   for (const TextRow& row : table.rows) {
@@ -192,7 +192,7 @@ std::optional<FileDifference> compareFile(std::string_view name,
                                           const std::optional<std::string>& before,
                                           const std::optional<std::string>& after) {
   if (before == after) return std::nullopt;
-  FileDifference difference{.name = std::string(name), .rows = {}, .form = {}};
+  FileDifference difference{.name = std::string(name), .rows = {}, .formatting = {}};
   if (!before) difference.sign = Sign::added;
   if (!after) difference.sign = Sign::removed;
   const TableKind kind = kindOfFile(name);
@@ -200,9 +200,9 @@ std::optional<FileDifference> compareFile(std::string_view name,
   const TableText from = parseTable(kind, before ? std::string_view(*before) : std::string_view());
   const TableText to = parseTable(kind, after ? std::string_view(*after) : std::string_view());
   difference.rows = Comparison(from, to).run();
-  if (before && after) difference.form = formattingDifferences(from, to);
-  if (difference.rows.empty() && difference.form.empty() && before && after) {
-    difference.form = {"blanks or numbers are written in another way"};
+  if (before && after) difference.formatting = formattingDifferences(from, to);
+  if (difference.rows.empty() && difference.formatting.empty() && before && after) {
+    difference.formatting = {"Formatting only (spaces, number format)"};
   }
   return difference;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What differs between two states of a project, by rows and columns.
+// Differences between two states of a project, by rows and columns.
 #pragma once
 
 #include <cstddef>
@@ -20,7 +20,7 @@ enum class Sign : std::uint8_t { added, removed, changed, moved };
 /// "+", "-", "~" and ">".
 char mark(Sign sign);
 
-/// A field before and after, without the blanks around it.
+/// A field before and after, without the spaces around it.
 struct FieldChange {
   std::string column;  ///< its tag as the wizard writes it
   std::string before;
@@ -29,43 +29,42 @@ struct FieldChange {
 
 struct RowChange {
   Sign sign = Sign::changed;
-  bool moved = false;  ///< stands elsewhere among the rows that both have, also if it has changed
-  /// By which the row is known: export and property name; export, local and property name; local
-  /// and property name; number of the device.
+  bool moved = false;  ///< among the rows that both have; a changed row may have moved too
+  /// Identify the row: export and property name; export, local and property name; local and
+  /// property name; number of the device.
   std::vector<std::string> names;
-  std::size_t before = 0;  ///< place among the rows, from 1; 0 if it is not there
+  std::size_t before = 0;  ///< place among the rows, from 1; 0 if there is none
   std::size_t after = 0;
-  /// What differs; of a row that is new or gone all that it holds.
+  /// The fields that differ; all fields of an added or removed row.
   std::vector<FieldChange> fields;
 };
 
 struct FileDifference {
-  std::string name;           ///< in the machine's own form
+  std::string name;           ///< native
   Sign sign = Sign::changed;  ///< of the file; never moved
   std::vector<RowChange> rows;
-  /// What differs in form only, in messages: line endings, comments, columns, numbers.
-  std::vector<std::string> form;
+  /// Messages about formatting: line endings, comments, columns, spaces.
+  std::vector<std::string> formatting;
 };
 
-/// Compares two contents of a file; nothing stands for a file that is not there. Rows are known by
-/// their names and their place among those of the same names, columns by their tags. Fields that
-/// read as the same value are the same, and PROPERTY_ID never counts. A file that is no table has
-/// no rows. Nothing if both contents are equal.
+/// Compares two contents of a file; nothing means no file. Rows match by their names and
+/// their order among equal names, columns by their tags. Fields that read as the same value are
+/// equal, and PROPERTY_ID never counts. A file that is not a table has no rows. Returns nothing if
+/// the contents are equal.
 std::optional<FileDifference> compareFile(std::string_view name,
                                           const std::optional<std::string>& before,
                                           const std::optional<std::string>& after);
 
-/// Files that differ, in the order of their names.
+/// Files that differ, sorted by name.
 std::vector<FileDifference> compareProjects(const ProjectFiles& before, const ProjectFiles& after);
 
-/// What Done would change in the project directory. A table that can't be read counts as one that
-/// is not there.
+/// What Done would change in the project directory. A table that can't be read counts as missing.
 std::vector<FileDifference> comparePreview(const FileSystem& disk, const Preview& preview);
 
-/// The rows that differ, as the status line counts what is not yet written.
+/// Counts the rows that differ as the status line counts unwritten rows.
 Unwritten countChanges(const std::vector<FileDifference>& files);
 
-/// "MAGNET CURRENT", and for a row that has changed "MAGNET CURRENT: PROPERTY_SIZE 4 -> 8".
+/// "MAGNET CURRENT", or for a changed row "MAGNET CURRENT: PROPERTY_SIZE 4 -> 8".
 std::string textOf(const RowChange& row);
 
 }  // namespace kova

@@ -22,8 +22,8 @@ std::string_view nameOf(Severity severity) {
 std::vector<Finding> findFindings(const ProjectReading& project) {
   std::vector<Finding> findings;
   for (const Rule& rule : rules()) {
-    rule.check(project, [&](const Place& place, const std::string& what) {
-      findings.push_back({&rule, std::string(place.file), place.line, place.column, what});
+    rule.check(project, [&](const Place& place, const std::string& message) {
+      findings.push_back({&rule, std::string(place.file), place.line, place.column, message});
     });
   }
   std::stable_sort(findings.begin(), findings.end(), [](const Finding& one, const Finding& other) {

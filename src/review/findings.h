@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is wrong with a project, or will be: rules over its files as the wizard reads them.
+// Findings about a project: rules that check its files as the wizard reads them.
 #pragma once
 
 #include <cstddef>
@@ -15,19 +15,18 @@
 
 namespace kova {
 
-/// A note is worth knowing, a warning costs something, an error loses rows or keeps them from being
-/// read.
+/// A note is for information, a warning points to wrong or misread data, an error loses rows or
+/// keeps them from being read.
 enum class Severity : std::uint8_t { note, warning, error };
 
 std::string_view nameOf(Severity severity);
 
-using Report = std::function<void(const Place& place, const std::string& what)>;
+using Report = std::function<void(const Place& place, const std::string& message)>;
 
-/// A change of a text that makes a project break its rule, and one that keeps it, for the rule's
-/// page and its test.
+/// A change that breaks the rule, and a similar one that does not, for the rule's page and test.
 struct Example {
   std::string_view file;
-  std::string_view instead;  ///< of this text; of the whole file if it is empty
+  std::string_view instead;  ///< the text to replace; empty for the whole file
   std::string_view broken;
   std::string_view kept;
 };
@@ -35,25 +34,25 @@ struct Example {
 struct Rule {
   std::string_view id;
   Severity severity = Severity::warning;
-  std::string_view title;   ///< what it is
-  std::string_view impact;  ///< what it will do
+  std::string_view title;   ///< the problem
+  std::string_view impact;  ///< what it leads to
   std::string_view fix;     ///< what to do
   Example example;
   void (*check)(const ProjectReading& project, const Report& report) = nullptr;
 };
 
-/// All rules in the order of the page that lists them.
+/// All rules in the order of their page.
 std::span<const Rule> rules();
 
 struct Finding {
   const Rule* rule = nullptr;
-  std::string file;  ///< name in the machine's own form
+  std::string file;  ///< native name
   std::size_t line = 0;
   std::size_t column = 0;
-  std::string message;  ///< a message without its full stop, in wizard text
+  std::string message;  ///< without a full stop, as wizard text
 };
 
-/// Findings in the order of files, lines and columns.
+/// Findings sorted by file, line and column.
 std::vector<Finding> findFindings(const ProjectReading& project);
 
 }  // namespace kova

@@ -21,7 +21,7 @@ std::string namesOf(const LineEndings& ends) {
   return names.empty() ? "none" : names;
 }
 
-/// Lines up to the last row that are no comments and no rows: what is left of them are comments.
+/// Number of comment lines: all lines up to the last row that are neither header nor rows.
 std::size_t commentsOf(const TableText& table) {
   const std::size_t last = table.rows.empty() ? table.header.line : table.rows.back().line;
   return last - table.rows.size() - (table.header.line > 0 ? 1 : 0);
@@ -44,14 +44,14 @@ void compareColumns(const TableText& before, const TableText& after,
   std::vector<std::string> was = tagsOf(before);
   std::vector<std::string> is = tagsOf(after);
   for (const std::string& tag : was) {
-    if (!holds(is, tag)) messages.push_back("column \"" + tag + "\" is gone");
+    if (!holds(is, tag)) messages.push_back("column \"" + tag + "\" removed");
   }
   for (const std::string& tag : is) {
-    if (!holds(was, tag)) messages.push_back("column \"" + tag + "\" is new");
+    if (!holds(was, tag)) messages.push_back("column \"" + tag + "\" added");
   }
   std::erase_if(was, [&](const std::string& tag) { return !holds(is, tag); });
   std::erase_if(is, [&](const std::string& tag) { return !holds(was, tag); });
-  if (was != is) messages.emplace_back("the columns stand in another order");
+  if (was != is) messages.emplace_back("column order changed");
 }
 
 }  // namespace
@@ -61,7 +61,7 @@ std::vector<std::string> formattingDifferences(const TableText& before, const Ta
   const std::string endsBefore = namesOf(countLineEndings(before.content));
   const std::string endsAfter = namesOf(countLineEndings(after.content));
   if (endsBefore != endsAfter) {
-    messages.push_back("line ends: " + endsBefore + " -> " + endsAfter);
+    messages.push_back("line endings: " + endsBefore + " -> " + endsAfter);
   }
   const std::size_t was = commentsOf(before);
   const std::size_t is = commentsOf(after);

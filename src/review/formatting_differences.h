@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What of a table changes although its rows do not.
+// Differences between two tables apart from their rows.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@
 
 namespace kova {
 
-/// Messages without a full stop: line endings, comments, a byte order mark, columns.
+/// Messages about line endings, comments and columns, without a full stop.
 std::vector<std::string> formattingDifferences(const TableText& before, const TableText& after);
 
 }  // namespace kova

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the lines of a text end.
+// Counts the line endings of a text.
 #pragma once
 
 #include <cstddef>

@@ -9,10 +9,10 @@
 namespace kova {
 namespace {
 
-// Characters of a name for which every disk in use has room.
+// Every disk in use takes names of this length.
 constexpr std::size_t alwaysFits = 100;
 
-/// A folder under the one name by which it is known here.
+/// The form in which folders are stored here.
 Path withoutEndingSeparator(Path folder) {
   while (folder.native.size() > 1 && folder.native.back() == pathSeparator) {
     folder.native.pop_back();
@@ -25,8 +25,8 @@ Path folderOf(const Path& entry) {
   return parent.native.empty() ? Path{"."} : parent;
 }
 
-char otherCase(unsigned char letter) {
-  return static_cast<char>(std::islower(letter) != 0 ? std::toupper(letter) : std::tolower(letter));
+char otherCase(unsigned char byte) {
+  return static_cast<char>(std::islower(byte) != 0 ? std::toupper(byte) : std::tolower(byte));
 }
 
 std::string inOtherCase(std::string name) {
@@ -86,10 +86,10 @@ std::string OverlayFiles::read(const Path& file) const {
 
 std::unique_ptr<OutputFile> OverlayFiles::create(const Path& file) {
   const Path folder = folderOf(file);
-  // A thousand files mostly lie in one folder, which is looked for once.
-  if (folder != lastFolder_ && !folderExists(folder)) throw Failure("There is no such folder");
+  // Consecutive files mostly share a folder, so it is checked once.
+  if (folder != lastFolder_ && !folderExists(folder)) throw Failure("There is no such directory");
   lastFolder_ = folder;
-  if (folderExists(file)) throw Failure("The name is that of a folder");
+  if (folderExists(file)) throw Failure("The name is that of a directory");
   const std::string name = file.leaf();
   if (name.size() > alwaysFits && !nameFits(folder, name)) throw Failure("The name is too long");
   return std::make_unique<Output>(*this, file);
@@ -97,8 +97,8 @@ std::unique_ptr<OutputFile> OverlayFiles::create(const Path& file) {
 
 void OverlayFiles::createFolder(const Path& folder) {
   const Path name = withoutEndingSeparator(folder);
-  if (!folderExists(folderOf(name))) throw Failure("There is no folder above it");
-  if (folderExists(name) || fileExists(name)) throw Failure("The name is taken");
+  if (!folderExists(folderOf(name))) throw Failure("There is no parent directory");
+  if (folderExists(name) || fileExists(name)) throw Failure("The name is in use");
   folders_.insert(name);
 }
 
@@ -140,7 +140,7 @@ std::optional<FileState> OverlayFiles::state(const Path& file) const {
   const Remembered* remembered = find(file);
   if (remembered == nullptr) return below_.state(file);
   if (!remembered->content) return std::nullopt;
-  // No machine has a device and an inode of number 0.
+  // No real file has device and inode 0.
   return FileState{.bytes = remembered->content->size(), .modified = remembered->change};
 }
 
@@ -150,7 +150,7 @@ bool OverlayFiles::nameFits(const Path& folder, std::string_view name) const {
 
 bool OverlayFiles::ignoresCase(const Path& folder) const {
   const Path there = folderBelow(folder);
-  // A file that answers to both names tells it without a file being made.
+  // An existing file found under both cases spares creating one.
   for (const std::string& name : below_.plainFiles(there)) {
     const std::string other = inOtherCase(name);
     if (other != name) return below_.state(there / name) == below_.state(there / other);

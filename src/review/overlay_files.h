@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Files that only remember: they look like the machine's, and what is written to them stays here.
+// An overlay over the file system: reads pass through, writes stay in memory.
 #pragma once
 
 #include <cstdint>
@@ -15,16 +15,16 @@
 
 namespace kova {
 
-/// Passes on to the files below what nobody has written here. The files below stay as they are. A
-/// link counts as a file of its own.
+/// Reads from the files below whatever was not written here, and never changes them. A link counts
+/// as a file of its own.
 class OverlayFiles : public FileSystem {
  public:
   /// `below` outlives this.
   explicit OverlayFiles(const FileSystem& below) : below_(below) {}
 
-  /// Files that have been written here and not removed since, in the order of their last writing.
+  /// Files written here and not removed since, in the order of their last write.
   std::vector<Path> written() const;
-  /// Files of the machine that have been removed here.
+  /// Files of the file system below that were removed here.
   std::vector<Path> removed() const;
 
   Path path(std::string_view text) const override { return below_.path(text); }
@@ -42,27 +42,27 @@ class OverlayFiles : public FileSystem {
   bool nameFits(const Path& folder, std::string_view name) const override;
   std::string withoutCase(std::string_view name) const override { return below_.withoutCase(name); }
   bool ignoresCase(const Path& folder) const override;
-  /// Held at once: nobody else sees these files.
+  /// Succeeds at once: nobody else sees these files.
   std::unique_ptr<FolderLock> lock(const Path& folder) override;
   void flushAll(const Path&) override {}
   void removeStaleTemporaryFiles(const Path&) override {}
 
  private:
   struct Remembered {
-    std::optional<std::string> content;  ///< nothing if the file has been removed
-    std::int64_t change = 0;             ///< number of the change that made it
+    std::optional<std::string> content;  ///< nothing if the file was removed
+    std::int64_t change = 0;             ///< number of the last change
   };
   class Output;
 
   void remember(const Path& file, std::optional<std::string> content);
   const Remembered* find(const Path& file) const;
-  /// The folder itself, or the one above it that the machine has.
+  /// The folder, or its nearest parent that exists below.
   Path folderBelow(Path folder) const;
 
   const FileSystem& below_;
   std::map<Path, Remembered> files_;
-  std::set<Path> folders_;  ///< made here
-  Path lastFolder_;         ///< in which a file was created
+  std::set<Path> folders_;  ///< created here
+  Path lastFolder_;         ///< of the last created file
   std::int64_t changes_ = 0;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What Done would write, found out by letting it write into files that only remember.
+// What Done would write: runs it on an overlay that keeps the files in memory.
 #pragma once
 
 #include <map>
@@ -11,23 +11,23 @@
 
 namespace kova {
 
-/// The files of a Done that has not taken place.
+/// The files that Done would write now.
 struct Preview {
-  /// What each file would hold, by its path: tables, and copies of what somebody else has written
-  /// to them. Copies in the repository are not among them: they are the same tables again.
+  /// Contents by path: tables, and backups of tables that someone else has changed. Copies in the
+  /// repository are left out, as they equal the tables.
   std::map<Path, std::string> files;
-  std::vector<Path> tables;     ///< those of them that are no copies, in the order of their writing
-  bool addsHistoryRow = false;  ///< for the property that stands in the form
+  std::vector<Path> tables;     ///< without the backups, in the order of writing
+  bool addsHistoryRow = false;  ///< for the property in the form
   std::string folder;           ///< the project directory as wizard text
-  /// The message with which Done would end ahead of its time; what it would have written until then
-  /// is in `files`. Empty if it would come to its end.
+  /// The message of a failure that would stop Done; `files` has what it would write before. Empty
+  /// if Done would succeed.
   std::string failure;
 };
 
-/// Asks nothing, starts nothing, and changes neither the wizard nor the disk. Without a property
-/// Done writes nothing.
+/// Asks nothing, starts nothing, and changes neither the wizard nor the disk. Empty if there is no
+/// property.
 Preview preview(const Wizard& wizard);
-/// The same, written into `files`, which begin as those of the wizard.
+/// The same, written into `files`, a new overlay over those of the wizard.
 Preview preview(const Wizard& wizard, OverlayFiles& files);
 
 }  // namespace kova

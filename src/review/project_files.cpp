@@ -10,7 +10,7 @@ namespace kova {
 
 std::vector<std::string> filesInUse(const FileSystem& files, const Path& folder) {
   std::vector<std::string> inUse;
-  // At the end of time every backup is too old, and none is a number of fewer digits.
+  // At the latest time every backup counts as old, and none has too few digits.
   constexpr std::int32_t endOfTime = std::numeric_limits<std::int32_t>::max();
   for (const auto& [name, verdict] : classifyFiles(files, folder, endOfTime)) {
     if (verdict == FileVerdict::inUse) inUse.push_back(name);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tables that lie in a project directory.
+// The tables in a project directory.
 #pragma once
 
 #include <map>
@@ -10,17 +10,16 @@
 
 namespace kova {
 
-/// Contents of tables by the names of their files, in the machine's own form.
+/// Contents of tables by their native file names.
 using ProjectFiles = std::map<std::string, std::string, std::less<>>;
 
-/// Names of the folder's plain files that are no backups, sorted. Throws Failure if it can't be
-/// listed.
+/// Sorted names of the folder's plain files, without backups. Throws Failure if it can't be listed.
 std::vector<std::string> filesInUse(const FileSystem& files, const Path& folder);
 
-/// The tables of a folder, backups left out. Throws Failure if one can't be read.
+/// The tables of a folder, without backups. Throws Failure if one can't be read.
 ProjectFiles projectFiles(const FileSystem& files, const Path& folder);
 
-/// Runs `read`. A Failure within names the file.
+/// Runs `read`, and adds the file's name to a Failure.
 template <class Read>
 auto naming(const std::string& file, Read read) {
   try {

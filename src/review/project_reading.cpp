@@ -9,7 +9,7 @@
 namespace kova {
 namespace {
 
-/// The files as they have been read already, by their names as wizard text.
+/// Serves the files that are already in memory.
 TableSource tablesOf(const ProjectReading& reading) {
   return [&reading](std::string_view name, const ReadContent& read) {
     const auto found = reading.files.find(reading.codePage->toNative(name));
@@ -20,7 +20,7 @@ TableSource tablesOf(const ProjectReading& reading) {
   };
 }
 
-/// Reads the tables as the opening of a project does.
+/// Reads the tables in the way a project is opened.
 void readTables(const TableSource& tables, ProjectReading& reading) {
   Project project;
   reading.properties.result = readExports(tables, project);
@@ -42,7 +42,7 @@ void readTables(const TableSource& tables, ProjectReading& reading) {
   reading.devices = {std::move(project.deviceNames), std::move(others.devices)};
 }
 
-/// Reads the device names of each property, as its selection does.
+/// Reads the device names of each property, as the wizard does when it is selected.
 void readNameLists(const FileSystem& files, const TableSource& tables, ProjectReading& reading) {
   for (PropertyRecord& row : reading.properties.rows) {
     reading.foldedNames.push_back(files.withoutCase(row.propertyName));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A project as the wizard reads it, and its files as they are.
+// A project as the wizard reads it, together with its raw files.
 #pragma once
 
 #include <map>
@@ -16,21 +16,21 @@
 
 namespace kova {
 
-/// Where something is in a file. Lines and columns count from 1; 0 is the file as a whole.
+/// A place in a file. Lines and columns count from 1; line 0 is the whole file.
 struct Place {
   std::string_view file;
   std::size_t line = 0;
   std::size_t column = 0;
 };
 
-/// A table and how far its reader came.
+/// A table and the result of reading it.
 template <class Rows>
 struct TableReading {
   Rows rows;
   ReadResult result;
 };
 
-/// Moves, but does not copy: its tables are views into its files.
+/// Can be moved, but not copied: its tables are views into its files.
 struct ProjectReading {
   ProjectReading() = default;
   ProjectReading(const ProjectReading&) = delete;
@@ -39,27 +39,26 @@ struct ProjectReading {
   ProjectReading& operator=(ProjectReading&&) = default;
   ~ProjectReading() = default;
 
-  // Names of files are in the machine's own form.
+  // File names are native.
 
-  /// Each row holds the device names that the wizard reads as soon as it is selected.
+  /// Each row has the device names that the wizard reads when it is selected.
   TableReading<std::vector<PropertyRecord>> properties;
-  std::vector<std::string>
-      foldedNames;  ///< of the properties, as a disk compares them without case
+  std::vector<std::string> foldedNames;  ///< of the properties, for disks that ignore case
   TableReading<HistoryTable> history;
   TableReading<AlarmTable> alarms;
-  std::string devicesFile;  ///< from which the server's devices are read
+  std::string devicesFile;  ///< the server's device names
   TableReading<DeviceNames> devices;
   std::map<std::string, ReadResult, std::less<>> nameLists;  ///< by file name
 
   std::vector<std::string> names;                              ///< of all plain files
-  ProjectFiles files;                                          ///< the tables, backups left out
-  std::map<std::string, std::string, std::less<>> unreadable;  ///< why, by file name
+  ProjectFiles files;                                          ///< the tables, without backups
+  std::map<std::string, std::string, std::less<>> unreadable;  ///< reason by file name
   std::map<std::string, TableText, std::less<>> tables;        ///< views into `files`
   const CodePage* codePage = nullptr;
 
   /// The table of this name, or an empty one.
   const TableText& table(std::string_view name) const;
-  /// Where a column of row `row` is, counted from 0 among those that the reader has accepted.
+  /// Place of a column in a row, counted from 0 among the rows that the reader accepted.
   Place placeOf(std::string_view file, const ReadResult& result, std::size_t row,
                 std::string_view tag) const;
 };

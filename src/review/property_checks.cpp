@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::string_view nullFormat = "NULL";
 
-/// Looks at each row that the wizard has read, and at the places of its columns.
+/// Visits each row that the wizard has read, with the places of its columns.
 template <class Visit>
 void eachProperty(const ProjectReading& project, Visit visit) {
   const auto& [rows, result] = project.properties;
@@ -30,7 +30,7 @@ void eachProperty(const ProjectReading& project, Visit visit) {
   }
 }
 
-/// Reports each first row whose text, as `shown`, differs from that of the last row.
+/// Reports each text, as `shown`, that differs from the last row's, once.
 template <class Shown>
 void reportOthers(const ProjectReading& project, const Report& report, Tag<PropertyRecord> tag,
                   Shown shown) {
@@ -40,7 +40,7 @@ void reportOthers(const ProjectReading& project, const Report& report, Tag<Prope
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     const std::string text = shown(row);
     if (!reported.insert(text).second) return;
-    report(placeOf(tag), quoted(text) + ", while the last row has " + quoted(last));
+    report(placeOf(tag), quoted(text) + ", but the last row has " + quoted(last));
   });
 }
 
@@ -52,14 +52,14 @@ bool isFormat(std::string_view name) {
   return name == nullFormat || getFormatIndex(name) != getFormatIndex(nullFormat);
 }
 
-/// The name in the case in which it is one, or nothing.
+/// The name in the case that makes it a format, or nothing.
 std::string formatInOtherCase(std::string_view name) {
   const std::string upper = upperCase(name);
   const std::string lower = lowerCase(name);
   return isFormat(upper) ? upper : isFormat(lower) ? lower : std::string();
 }
 
-/// Looks at each format whose name is none of the list.
+/// Visits each format whose name is not in the list.
 template <class Visit>
 void eachUnknownFormat(const ProjectReading& project, Visit visit) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
@@ -93,10 +93,11 @@ std::string processOf(const PropertyRecord& row) {
 
 void namelessProperty(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    if (row.exportName.empty()) report(placeOf(&PropertyRecord::exportName), "no export name");
-    if (row.localName.empty()) report(placeOf(&PropertyRecord::localName), "no local name");
+    if (row.exportName.empty())
+      report(placeOf(&PropertyRecord::exportName), "export name is missing");
+    if (row.localName.empty()) report(placeOf(&PropertyRecord::localName), "local name is missing");
     if (row.propertyName.empty())
-      report(placeOf(&PropertyRecord::propertyName), "no property name");
+      report(placeOf(&PropertyRecord::propertyName), "property name is missing");
   });
 }
 
@@ -107,7 +108,7 @@ void repeatedProperty(const ProjectReading& project, const Report& report) {
     const auto [first, isNew] =
         lines.emplace(std::pair(row.exportName, row.propertyName), place.line);
     if (isNew) return;
-    report(place, row.propertyName + " is in line " + std::to_string(first->second) + " already");
+    report(place, row.propertyName + " is already in line " + std::to_string(first->second));
   });
 }
 
@@ -119,7 +120,7 @@ void otherCase(const ProjectReading& project, const Report& report) {
     const std::string& first = names.emplace(project.foldedNames.at(index++), name).first->second;
     if (first == name) return;
     report(placeOf(&PropertyRecord::propertyName),
-           name + " differs from " + first + " in case only");
+           name + " differs from " + first + " only in case");
   });
 }
 
@@ -128,7 +129,7 @@ void separatorInName(const ProjectReading& project, const Report& report) {
     const auto visit = [&](const std::string& name, std::string_view entry,
                            Tag<PropertyRecord> tag) {
       if (faultOfName(entry).empty()) return;
-      report(placeOf(tag), quoted(name) + " is no name of a file");
+      report(placeOf(tag), quoted(name) + " can't be a file name");
     };
     visit(row.exportName, row.exportName, &PropertyRecord::exportName);
     visit(row.localName, row.localName, &PropertyRecord::localName);
@@ -162,14 +163,14 @@ void severalModuleCounts(const ProjectReading& project, const Report& report) {
 
 void unknownFormat(const ProjectReading& project, const Report& report) {
   eachUnknownFormat(project, [&](const Place& place, std::string_view name) {
-    if (formatInOtherCase(name).empty()) report(place, quoted(name) + " is no format");
+    if (formatInOtherCase(name).empty()) report(place, quoted(name) + " is not a format");
   });
 }
 
 void formatCase(const ProjectReading& project, const Report& report) {
   eachUnknownFormat(project, [&](const Place& place, std::string_view name) {
     const std::string meant = formatInOtherCase(name);
-    if (!meant.empty()) report(place, quoted(name) + " is written " + quoted(meant));
+    if (!meant.empty()) report(place, quoted(name) + " must be written " + quoted(meant));
   });
 }
 
@@ -179,14 +180,14 @@ void unknownArrayType(const ProjectReading& project, const Report& report) {
     if (dot == std::string::npos || getArrayTypeIndex(row.outputFormat) != 0) return;
     const std::string type = row.outputFormat.substr(dot + 1);
     if (upperCase(type) != "UNKNOWN")
-      report(placeOf(&PropertyRecord::outputFormat), quoted(type) + " is no array type");
+      report(placeOf(&PropertyRecord::outputFormat), quoted(type) + " is not an array type");
   });
 }
 
 void unknownAccess(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     if (!isAccessMode(row.access))
-      report(placeOf(&PropertyRecord::access), quoted(row.access) + " is no access");
+      report(placeOf(&PropertyRecord::access), quoted(row.access) + " is not an access mode");
   });
 }
 
@@ -194,7 +195,7 @@ void brokenRange(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     if (!isBrokenRange(row.description)) return;
     report(placeOf(&PropertyRecord::description),
-           "the range in " + quoted(row.description) + " can't be taken apart");
+           "the range in " + quoted(row.description) + " can't be parsed");
   });
 }
 

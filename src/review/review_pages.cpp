@@ -37,7 +37,7 @@ Style styleOf(Sign sign) {
   return sign == Sign::removed ? Style::removed : Style::changed;
 }
 
-/// A line or a group with its sign.
+/// A line or group with its sign and style.
 template <class Signed>
 Signed withSign(Sign sign) {
   Signed result;
@@ -61,7 +61,7 @@ std::string joined(const std::vector<std::string>& names) {
   return text;
 }
 
-/// Null if there are several. The number of a device is what its row is known by.
+/// Null if there are several. A device's number only identifies its row.
 const FieldChange* onlyField(std::string_view file, const RowChange& row) {
   const FieldChange* only = nullptr;
   for (const FieldChange& field : row.fields) {
@@ -78,7 +78,7 @@ ReviewLine lineOf(std::string_view file, const RowChange& row) {
   line.key = joined(row.names);
   line.texts = {line.key + (alsoMoved ? " (moved)" : "")};
   line.property = propertyOf(file, row.names);
-  // A row of which there is just one thing to say has it in its own line.
+  // A single changed field fits into the row's own line.
   if (const FieldChange* only = onlyField(file, row)) {
     line.texts.front() += kindOfFile(file) == TableKind::devices ? "" : ": " + only->column;
     line.texts.insert(line.texts.end(), {only->before, only->after});
@@ -99,11 +99,11 @@ ReviewGroup groupOf(const FileSystem& files, const FileDifference& file) {
   group.key = file.name;
   group.name = files.text(file.name);
   for (const RowChange& row : file.rows) group.lines.push_back(lineOf(group.name, row));
-  for (const std::string& message : file.form) {
+  for (const std::string& message : file.formatting) {
     auto line = withSign<ReviewLine>(Sign::changed);
     line.key = message;
     line.texts = {message};
-    line.whole = message;
+    line.fullText = message;
     group.lines.push_back(std::move(line));
   }
   return group;
@@ -117,13 +117,12 @@ std::vector<ReviewGroup> groupsOf(const FileSystem& files,
   return groups;
 }
 
-/// "Done would change 3 rows in 2 files of DIRECTORY: 2 properties, 1 history row.", in the words
-/// of the status line.
+/// "Done would change 3 rows in 2 files of DIRECTORY: 2 properties, 1 history row."
 std::string headingOf(const Wizard& wizard, const Preview& done,
                       const std::vector<FileDifference>& files) {
-  if (!done.failure.empty()) return "Done would end with: " + done.failure;
-  if (done.files.empty()) return "Done would write nothing: there is no property yet.";
-  if (files.empty()) return "Done would change nothing: every file has these rows already.";
+  if (!done.failure.empty()) return "Done would fail: " + done.failure;
+  if (done.files.empty()) return "Done would write nothing: there are no properties yet.";
+  if (files.empty()) return "Done would change nothing: all files are up to date.";
   const Unwritten changes = countChanges(files);
   const std::string kinds = listed(changes);
   return "Done would change " + counted(changes.all(), "row") + " in " +
@@ -144,7 +143,7 @@ ReviewLine lineOf(const ProjectReading& project, const Finding& finding) {
   line.accessible = nameOf(severity);
   line.texts = {finding.line == 0 ? "" : std::to_string(finding.line), finding.message + '.',
                 std::string(finding.rule->impact), std::string(finding.rule->fix)};
-  line.whole = line.texts[1] + ' ' + line.texts[2] + ' ' + line.texts[3];
+  line.fullText = line.texts[1] + ' ' + line.texts[2] + ' ' + line.texts[3];
   const TableText& table = project.table(finding.file);
   for (const TextRow& row : table.rows) {
     if (row.line != finding.line) continue;
@@ -158,12 +157,12 @@ ReviewLine lineOf(const ProjectReading& project, const Finding& finding) {
   return line;
 }
 
-bool isGraver(const ReviewLine& one, const ReviewLine& other) {
+bool isMoreSevere(const ReviewLine& one, const ReviewLine& other) {
   return one.style == Style::removed ||
          (one.style == Style::changed && other.style == Style::plain);
 }
 
-/// One group a file, with the sign of its gravest finding.
+/// One group per file, with the sign of its most severe finding.
 std::vector<ReviewGroup> groupsOf(const ProjectReading& project,
                                   const std::vector<Finding>& findings) {
   std::vector<ReviewGroup> groups;
@@ -173,35 +172,33 @@ std::vector<ReviewGroup> groupsOf(const ProjectReading& project,
     groups.back().lines.push_back(lineOf(project, finding));
   }
   for (ReviewGroup& group : groups) {
-    const ReviewLine gravest =
-        *std::max_element(group.lines.begin(), group.lines.end(),
-                          [](const auto& one, const auto& other) { return isGraver(other, one); });
-    group.sign = gravest.sign;
-    group.accessible = gravest.accessible;
-    group.style = gravest.style;
+    const ReviewLine worst = *std::max_element(
+        group.lines.begin(), group.lines.end(),
+        [](const auto& one, const auto& other) { return isMoreSevere(other, one); });
+    group.sign = worst.sign;
+    group.accessible = worst.accessible;
+    group.style = worst.style;
   }
   return groups;
 }
 
 ReviewPage findingsPage(const FileSystem& files, const std::string& folder,
                         const CodePage& codePage) {
-  ReviewPage page{
-      .heading = {}, .columns = {"Line", "Finding", "What it does", "What to do"}, .groups = {}};
+  ReviewPage page{.heading = {}, .columns = {"Line", "Finding", "Impact", "Fix"}, .groups = {}};
   try {
     const ProjectReading project = readProject(files, folder, codePage);
     const std::vector<Finding> findings = findFindings(project);
     page.groups = groupsOf(project, findings);
-    page.heading = findings.empty()
-                       ? "Nothing found in what would lie in " + folder + " after Done."
-                       : counted(findings.size(), "finding") + " in what would lie in " + folder +
-                             " after Done.";
+    page.heading = findings.empty() ? "No findings in " + folder + " as Done would leave it."
+                                    : counted(findings.size(), "finding") + " in " + folder +
+                                          " as Done would leave it.";
   } catch (const Failure&) {
-    page.heading = "There is no project to look at yet.";
+    page.heading = "There is no project to check yet.";
   }
   return page;
 }
 
-/// The files of a set as they are now.
+/// The current files of a set.
 ProjectFiles presentOf(const ProjectFiles& all, const BackupSet& set) {
   ProjectFiles present;
   for (const BackedUpFile& file : set.files) {
@@ -216,7 +213,7 @@ ReviewLine lineOf(const FileSystem& files, const BackedUpFile& file,
       std::find_if(differences.begin(), differences.end(),
                    [&](const FileDifference& one) { return one.name == file.name; });
   if (difference == differences.end()) {
-    return {.key = file.name, .texts = {files.text(file.name), "as it is now"}};
+    return {.key = file.name, .texts = {files.text(file.name), "unchanged"}};
   }
   const ReviewGroup group = groupOf(files, *difference);
   return {.key = file.name,
@@ -227,7 +224,7 @@ ReviewLine lineOf(const FileSystem& files, const BackedUpFile& file,
           .below = group.lines};
 }
 
-/// Sets of several projects may be of the same second.
+/// Sets of different projects may have the same timestamp.
 std::string keyOf(const Wizard& wizard, const BackupSet& set) {
   return std::to_string(set.first) + ' ' + projectDirectory(wizard);
 }
@@ -246,12 +243,12 @@ ReviewGroup groupOf(const Wizard& wizard, const Path& folder, const ProjectFiles
     }
   } catch (const Failure& failure) {
     const std::string reported = wizard.platform.files.text(failure.what());
-    group.lines.push_back({.texts = {reported}, .whole = reported});
+    group.lines.push_back({.texts = {reported}, .fullText = reported});
   }
   return group;
 }
 
-/// A set holds no file of names that is not there already, and the last row says which one is read.
+/// Opening the project reads the device names of the last row's local name, if that file exists.
 bool willReadNames(const Wizard& wizard) {
   const WizardState& state = wizard.state;
   const std::string localName =
@@ -260,7 +257,7 @@ bool willReadNames(const Wizard& wizard) {
           : storedLocalName(
                 rowOf(state.project.exportTable, state.project.exportCount - 1).localName);
   const FileSystem& files = wizard.platform.files;
-  // Rather a name too many in the question than one too few.
+  // In doubt, the question counts the names as lost.
   return mayExist(files, files.path(projectFile(state.project, serverNamesFile(localName))));
 }
 
@@ -268,13 +265,13 @@ std::string restoreQuestion(const Wizard& wizard, const BackupSet& set) {
   const FileSystem& files = wizard.platform.files;
   const std::size_t rows =
       findLostByReading(wizard.state.project, wizard.state.onDisk, willReadNames(wizard)).all();
-  const std::string what = set.files.size() == 1 ? files.text(set.files.front().name)
-                                                 : counted(set.files.size(), "file");
-  return "Restore " + what + " as of " + localTime(set.first) + " ?\r\n" +
+  const std::string target = set.files.size() == 1 ? files.text(set.files.front().name)
+                                                   : counted(set.files.size(), "file");
+  return "Restore " + target + " as of " + localTime(set.first) + " ?\r\n" +
          (rows == 0 ? ""
                     : counted(rows, "row or name that is", "rows and names that are") +
                           " not yet written would be dropped. ") +
-         "What is there now is backed up first. The project is then read anew.";
+         "The current files are backed up first. The project will then be reloaded.";
 }
 
 }  // namespace
@@ -284,7 +281,7 @@ ReviewOfDone reviewDone(const Wizard& wizard, const CodePage& codePage) {
   const Preview done = preview(wizard, files);
   const auto differences = comparePreview(wizard.platform.files, done);
   return {.writing = {.heading = headingOf(wizard, done, differences),
-                      .columns = {"Row", "Is now", "Would be"},
+                      .columns = {"Row", "Now", "After Done"},
                       .groups = groupsOf(files, differences)},
           .findings = findingsPage(files, projectDirectory(wizard), codePage)};
 }
@@ -299,10 +296,10 @@ std::vector<BackupSet> backupSetsOf(const Wizard& wizard) {
 
 ReviewPage reviewBackups(const Wizard& wizard, const std::vector<BackupSet>& sets) {
   ReviewPage page{.heading = "There are no backups in this directory.",
-                  .columns = {"File or row", "Is now", "Would be"},
+                  .columns = {"File or row", "Now", "Restored"},
                   .groups = {}};
   if (sets.empty()) return page;
-  page.heading = "Choose a set to see what restoring it would change.";
+  page.heading = "Select a set to see what restoring it would change.";
   try {
     const Path folder = wizard.platform.files.path(projectDirectory(wizard));
     const ProjectFiles present = projectFiles(wizard.platform.files, folder);
@@ -332,7 +329,7 @@ bool selectProperty(Wizard& wizard, const std::string& property) {
   return true;
 }
 
-void restoreIfWanted(Wizard& wizard, const BackupSet& set) {
+void confirmAndRestore(Wizard& wizard, const BackupSet& set) {
   const Answer answer = wizard.messageBox({.text = restoreQuestion(wizard, set),
                                            .buttons = Buttons::yesNo,
                                            .title = "Restore a backup?",

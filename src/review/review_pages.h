@@ -19,29 +19,29 @@ namespace kova {
 enum class Style : std::uint8_t { plain, added, removed, changed };
 
 struct ReviewLine {
-  std::string key = {};         ///< which row, field, finding or file it is; empty if it is none
-  std::string sign = {};        ///< one character, or none
+  std::string key = {};         ///< identifies the row, field, finding or file; may be empty
+  std::string sign = {};        ///< one character, or empty
   std::string accessible = {};  ///< the sign as a word
   Style style = Style::plain;
-  std::vector<std::string> texts = {};  ///< one a column of the page
-  std::string property = {};            ///< that the line is about, empty if it is about none
-  std::string whole = {};               ///< its messages, which are longer than a column
+  std::vector<std::string> texts = {};  ///< one per column
+  std::string property = {};            ///< of the line, or empty
+  std::string fullText = {};            ///< its messages, often longer than a column
   std::vector<ReviewLine> below = {};
 
   bool operator==(const ReviewLine&) const = default;
 };
 
-/// What stands in the list on the left, and all lines that belong to it.
+/// An item of the list on the left, and its lines.
 struct ReviewGroup {
-  std::string key = {};  ///< which file or set of backups it is
+  std::string key = {};  ///< identifies the file or backup set
   std::string sign = {};
   std::string accessible = {};
   Style style = Style::plain;
   std::string name = {};
-  std::string age = {};  ///< of a set of backups
+  std::string age = {};  ///< of a backup set
   std::vector<ReviewLine> lines = {};
 
-  /// Time alone changes nothing but the age.
+  /// The age alone makes no difference.
   bool operator==(const ReviewGroup& other) const {
     return std::tie(key, sign, accessible, style, name, lines) ==
            std::tie(other.key, other.sign, other.accessible, other.style, other.name, other.lines);
@@ -56,7 +56,7 @@ struct ReviewPage {
   bool operator==(const ReviewPage&) const = default;
 };
 
-/// What Done would write, and the findings in what would lie on the disk afterwards.
+/// What Done would write, and the findings in the project after that.
 struct ReviewOfDone {
   ReviewPage writing;
   ReviewPage findings;
@@ -64,23 +64,22 @@ struct ReviewOfDone {
 
 ReviewOfDone reviewDone(const Wizard& wizard, const CodePage& codePage);
 
-/// The sets of backups, and what restoring each would change. `sets` are those of the page's
-/// groups.
+/// The page of backup sets, and what restoring each would change.
 ReviewPage reviewBackups(const Wizard& wizard, const std::vector<BackupSet>& sets);
 
-/// The set of a group of that page, or a file of it alone if `line` is the key of one. None if the
-/// set or the file is not there.
+/// The backup set of a group of that page, reduced to one file if `line` is that file's key.
+/// Nothing if there is no such set or file.
 std::optional<BackupSet> chosenBackups(const Wizard& wizard, const std::vector<BackupSet>& sets,
                                        const std::string& group, const std::string& line);
 
-/// The sets in the project directory; none if it can't be listed.
+/// The backup sets of the project directory; none if it can't be listed.
 std::vector<BackupSet> backupSetsOf(const Wizard& wizard);
 
-/// Selects the property in the form as a click on its line does. False if the table lacks it.
+/// Selects the property as a click in the list does. False if it does not exist.
 bool selectProperty(Wizard& wizard, const std::string& property);
 
-/// Asks once, gives the files of the set what they held, and enters the project anew. What was
-/// restored, and what was not, is told. Changes nothing without the answer yes.
-void restoreIfWanted(Wizard& wizard, const BackupSet& set);
+/// Asks for confirmation, restores the files of the set, opens the project again, and reports what
+/// was restored and what was not.
+void confirmAndRestore(Wizard& wizard, const BackupSet& set);
 
 }  // namespace kova

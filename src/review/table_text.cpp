@@ -95,7 +95,7 @@ TableText parseTable(TableKind kind, std::string_view content) {
       }
     }
   } catch (const Failure&) {
-    return table;  // the readers stop there as well, and tell why
+    return table;  // the readers stop there too, and report why
   }
   return table;
 }

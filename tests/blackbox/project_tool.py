@@ -42,7 +42,7 @@ class ProjectTool(unittest.TestCase):
         self.assertEqual(run("check", EXAMPLE, self.project), (0, "", ""))
         self.change("exports.csv", b"double", b"dauble")
         place = f"{self.project}{SEPARATOR}exports.csv:8:23"
-        line = f'{place}: warning: "dauble" is no format [unknown-format]\n'
+        line = f'{place}: warning: "dauble" is not a format [unknown-format]\n'
         self.assertEqual(run("check", self.project), (1, line, ""))
         status, out, complaint = run("check", self.project, "/nowhere")
         self.assertEqual((status, out), (2, line))

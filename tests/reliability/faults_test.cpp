@@ -262,7 +262,7 @@ TEST(Restoring, LosesNoPresentTableWhateverFailsAndIsFlushedInTheEnd) {
     project.wizard->answers.push_back(Answer::yes);
     systemCalls() = {.folder = folder, .at = at, .error = EIO};
     const auto sets = backupSetsOf(wizard);
-    if (!sets.empty()) restoreIfWanted(wizard, sets.front());
+    if (!sets.empty()) confirmAndRestore(wizard, sets.front());
     made = std::exchange(systemCalls(), {}).made;
     project.expectWholeTables({{"MAGNET/exports.csv", "long past"}});
     const bool reported = sets.empty() || project.messages().size() > 1;

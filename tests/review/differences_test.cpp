@@ -17,7 +17,7 @@ std::string linesOf(const std::optional<FileDifference>& difference) {
   for (const RowChange& row : difference->rows) {
     (lines += '\n') += mark(row.sign) + std::string(" ") + textOf(row);
   }
-  for (const std::string& message : difference->form) lines += "\n= " + message;
+  for (const std::string& message : difference->formatting) lines += "\n= " + message;
   return lines;
 }
 
@@ -45,13 +45,13 @@ TEST(Differences, GoByRowsAndColumns) {
        properties + "M,C,1\r\nM,A,1\r\nM,B,1\r\n", "~\n> M C"},
       {"exports.csv", "EXPORT_NAME,PROPERTY,NOTE\r\nM,A,x\r\nM,B,\r\n",
        "PROPERTY,EXPORT_NAME\r\nA,M\r\nB,M\r\n",
-       "~\n~ M A: NOTE x -> \"\"\n= column \"NOTE\" is gone\n= the columns stand in another order"},
+       "~\n~ M A: NOTE x -> \"\"\n= column \"NOTE\" removed\n= column order changed"},
       {"exports.csv", "#x\n\r\nPROPERTY\r\n;\r\nA\r\n", "PROPERTY\r\n A\r\n",
-       "~\n= line ends: CR LF and LF -> CR LF\n= comment lines: 2 -> 0"},
+       "~\n= line endings: CR LF and LF -> CR LF\n= comment lines: 2 -> 0"},
       {"almwatch.csv", alarms + "M,A,1\r\nM,A,2\r\n", alarms + "M,A,1.0\r\nM,A,3\r\nM,A,3\r\n",
        "~\n~ M A: HIGH 2 -> 3\n+ M A"},
       {"almwatch.csv", "LOCAL NAME,property,HIGH\r\nM,A,1\r\n", alarms + "M,A, 1\r\n",
-       "~\n= column \"LOCAL NAME\" is gone\n= column \"LOCALNAME\" is new"},
+       "~\n= column \"LOCAL NAME\" removed\n= column \"LOCALNAME\" added"},
       {"history.csv", "Export Name,Local Name,Property,Index\r\nM,E,A,1\r\n",
        "Export Name,Local Name,Property,Index\r\nM,E,A, 1\r\nM,F,A,1\r\n", "~\n+ M F A"},
       {"A-names.csv", devices + "0,X\r\n2,Y\r\n", devices + " 0,\r\n 2,Y\r\n 3,Z\r\n",
@@ -59,7 +59,7 @@ TEST(Differences, GoByRowsAndColumns) {
       {"A-names.csv", std::nullopt, devices + "0,X\r\n", "+\n+ 0"},
       {"A-names.csv", devices + "0,X\r\n", std::nullopt, "-\n- 0"},
       {"A-names.csv", devices + "0,X\r\n", devices + " 0,X\r\n",
-       "~\n= blanks or numbers are written in another way"},
+       "~\n= Formatting only (spaces, number format)"},
       {"A-names.csv", devices, devices, "equal"},
       {"notes.txt", "a", "b", "~"},
   };

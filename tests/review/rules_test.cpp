@@ -100,16 +100,16 @@ TEST(Rules, TellPlaceAndReason) {
   const std::vector<Case> cases = {
       {{"history.csv", " 2,MAGNET", " 32768,MAGNET", ""},
        "history.csv:3:1",
-       "the reading ends here: 32768 is outside -32768 to 32767; 1 line is not read"},
+       "reading stops here: 32768 is outside -32768 to 32767; 1 line is not read"},
       {{"almwatch.csv", "MAGEQM,#0,STATE", ";\r\nMAGEQM,#0, STATES", ""},
        "almwatch.csv:2:1",
-       "a comment"},
+       "comment line"},
       {{"exports.csv", "[0:250 A]", "[0;250 A]", ""},
        "exports.csv:9:64",
-       "the range in \"[0;250 A]Current of each supply\" can't be taken apart"},
+       "the range in \"[0;250 A]Current of each supply\" can't be parsed"},
       {{"history.csv", "#0, 4,FLOAT.CHANNEL, 18000", "#0, 4,LONG, 18000", ""},
        "history.csv:3:32",
-       "CURRENT has format LONG, while FLOAT.CHANNEL belongs to the property's float.CHANNEL"},
+       "CURRENT has format LONG, but the property's float.CHANNEL requires FLOAT.CHANNEL"},
   };
   for (const Case& one : cases) {
     const Project project;

@@ -76,7 +76,7 @@ TEST_F(Hands, APressAheadOfTheWindowLeavesTheFormerField) {
 }
 
 TEST_F(Hands, AHeldKeyIsOneActAlsoWhereItsRepeatsLookLikePresses) {
-  HeldKeys held(true);
+  KeyRepeatFilter held(true);
   int acts = 0;
   form.EditCmd.onClick = form.HistoryCheck.onClick = [&] { ++acts; };
   for (const bool inPairs : {false, true}) {
