@@ -1,18 +1,23 @@
 // SPDX-License-Identifier: MIT
 // Random user actions on the complete wizard, two bytes each. The bytes after 0xFF are the content
-// of every table that exists at the start.
+// of every table that exists at the start. The last actions are those of an engineer who makes no
+// mistakes: while there were no others, the status line counts what a comparison of the files
+// counts, and what was only added is written without a finding.
 #include <algorithm>
 #include <array>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
-#include <sstream>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/status.h"
 #include "harness.h"
+#include "review/differences.h"
+#include "review/findings.h"
 #include "review/preview.h"
 #include "support/engineer.h"
 #include "tables/number_text.h"
@@ -21,12 +26,9 @@ namespace kova::fuzz {
 namespace {
 
 using test::Engineer;
+using test::type;
+using test::words;
 using namespace std::string_view_literals;
-
-std::vector<std::string> words(const std::string& text) {
-  std::istringstream stream(text);
-  return {std::istream_iterator<std::string>(stream), {}};
-}
 
 // The corpus holds indexes into these lists and `others`. Append new actions to `others`.
 const std::vector<std::string> fields = words(
@@ -102,13 +104,73 @@ void finish(Engineer& engineer) {
           "Done ends where the preview ends");
 }
 
+/// A property as an engineer without mistakes defines it, with a name that is new.
+void addProperty(Engineer& engineer, Form1& form, unsigned with) {
+  const auto moment = static_cast<unsigned>(++engineer.clock.now);
+  std::mt19937 random(with + 256U * moment);
+  const auto below = [&](unsigned limit) { return static_cast<int>(random() % limit); };
+  const auto number = [&](unsigned limit) { return std::to_string(below(limit)); };
+  const std::string umlaut(static_cast<std::size_t>(below(2)), '\xDC');
+  type(form.PropertyName, "P" + umlaut + std::to_string(moment));
+  type(form.PropertyDescription, "\xFC " + number(99));
+  const int devices = std::stoi(form.NumDevices.text());
+  type(form.OutputDataSize, std::to_string(1 + below(static_cast<unsigned>(devices))));
+  type(form.InputDataSize, number(9));
+  type(form.MinValue, '-' + number(9));
+  type(form.MaxValue, number(900));
+  type(form.Units, below(2) == 0 ? "kV" : "none");
+  for (DropDownList* list :
+       {&form.OutputDataFormat, &form.ArrayTypeCombo, &form.InputDataFormat, &form.AccessMode}) {
+    list->select(below(static_cast<unsigned>(list->entries().size())));
+  }
+  const bool isProcess = below(6) == 0;
+  form.ProcessCheck.setValue(isProcess ? 1 : 0);
+  // Who watches a property reads values of it.
+  const bool isRead = form.OutputDataFormat.text() != "NULL";
+  for (CheckBox* box : {&form.HistoryCheck, &form.AlarmWatchCheck, &form.DeviceListCheck}) {
+    if (isRead && !isProcess) box->setValue(static_cast<std::int16_t>(below(2)));
+  }
+  test::click(engineer.control(below(2) == 0 ? "AddProperty" : "EditCmd"));
+}
+
+/// Reads the project again, its device names from the file that is read or not at all.
+void readAgain(Form1& form, bool withNames) {
+  const std::string folder = form.ProjectDir.text() + pathSeparator;
+  const std::string read = folder + form.LocalName.text() + "-devices.csv";
+  std::error_code noNames;
+  if (withNames) std::filesystem::rename(folder + "devices.csv", read, noNames);
+  const std::string server = form.ExportName.text();
+  for (const std::string& name : {std::string(), server}) type(form.ExportName, name);
+}
+
+void checkCount(const Wizard& wizard) {
+  const Preview done = preview(wizard);
+  require(done.failure.empty(), "Done comes to its end");
+  if (done.files.empty()) return;
+  Unwritten counted = findUnwritten(wizard.state.project, wizard.state.onDisk);
+  if (done.addsHistoryRow) ++counted.historyRows;
+  const Unwritten compared = countChanges(comparePreview(wizard.platform.files, done));
+  require(
+      counted == compared,
+      ("the status line counts " + listed(counted) + ", the files " + listed(compared)).c_str());
+}
+
+void checkFindings(const Wizard& wizard) {
+  static const CodePage page = CodePage::windows1252();
+  const std::string& folder = wizard.form.ProjectDir.text();
+  for (const Finding& found : findFindings(readProject(wizard.platform.files, folder, page))) {
+    require(false, (found.file + ": " + found.message).c_str());
+  }
+}
+
 /// Two bytes are an action and its argument.
 void play(Engineer& engineer, std::size_t action, std::uint8_t with) {
   Wizard& wizard = engineer.program.wizard;
   Form1& form = wizard.form;
   ExportHelper& dialog = engineer.program.helper;
-  const std::array<std::function<void()>, 19> others{
-      [&] { select(wizard, form.PropertyList, with); },
+  const auto select = [&] { fuzz::select(wizard, form.PropertyList, with); };
+  const std::array<std::function<void()>, 19 + goodActs> others{
+      select,
       [&] { test::clickAt(form.deviceNamesInputText, with); },
       [&] { form.almHiText.gotFocus(); },
       [&] { form.almMaskText.gotFocus(); },
@@ -128,7 +190,31 @@ void play(Engineer& engineer, std::size_t action, std::uint8_t with) {
       [&] { dialog.window.unload(); },
       [&] { engineer.answers.push_back(Answer::yes); },
       [&] { engineer.answers.push_back(Answer::cancel); },
-      [&] { engineer.clock.now = 1700200000; }};
+      [&] { engineer.clock.now = 1700200000; },
+      [&] {
+        for (const char letter : "QVXPUM"sv) type(form.ExportName, form.ExportName.text() + letter);
+      },
+      [&] { addProperty(engineer, form, with); },
+      [&] {
+        finish(engineer);
+        readAgain(form, with % 2 == 0);
+      },
+      [&] { type(form.NumDevices, std::to_string(1 + with % 9)); },
+      [&] {
+        type(form.deviceNamesInputText, std::to_string(with) + "\r\nB\r\n");
+        form.deviceNamesInputText.lostFocus();
+      },
+      [&] { form.DeviceListCheck.setValue(form.DeviceListCheck.ticked() ? 0 : 1); },
+      select,
+      [&] { form.EditCmd.click(); },
+      [&] {
+        type(form.PropertyDescription, std::to_string(with));
+        form.EditCmd.click();
+      },
+      [&] {
+        select();
+        form.RemoveProperty.click();
+      }};
   // Never write outside the home directory.
   const std::string& directory = form.ProjectDir.text();
   const bool atHome =
@@ -137,7 +223,6 @@ void play(Engineer& engineer, std::size_t action, std::uint8_t with) {
     const bool ofDialog = name.ends_with("Param") || name == "ParamText";
     return ofDialog ? dialog.window.loaded() : name != "Command1" || atHome;
   };
-  action %= fields.size() + clickable.size() + others.size();
   const std::size_t click = action - fields.size();
   if (action < fields.size()) {
     if (!offers(fields.at(action))) return;
@@ -150,18 +235,17 @@ void play(Engineer& engineer, std::size_t action, std::uint8_t with) {
   }
 }
 
-void makeProjects(const std::string& home, const std::string& content) {
-  for (const char* folder : {"/", "/MAG/", "/VAC/"}) {
-    std::filesystem::create_directory(home + folder);
-    for (const char* name :
-         {"exports.csv", "history.csv", "almwatch.csv", "MAGEQM-devices.csv", "VOLT-names.csv"}) {
-      if (!content.empty()) std::ofstream(home + folder + name, std::ios::binary) << content;
-    }
-  }
+void makeProjects(const test::TemporaryFolder& folder, const std::string& content) {
   std::string full = exportHeaderLine();
   for (int i = 0; i < 998; ++i) full += "FULL,FULEQM,P" + std::to_string(i) + ",1,,,,,, 2,,\r\n";
-  std::filesystem::create_directory(home + "/FULL");
-  std::ofstream(home + "/FULL/exports.csv", std::ios::binary) << full;
+  folder.write("home/FULL/exports.csv", full);
+  for (const char* project : {"home/", "home/MAG/", "home/VAC/"}) {
+    std::filesystem::create_directories(folder.path(project));
+    for (const std::string& name :
+         words("exports.csv history.csv almwatch.csv MAGEQM-devices.csv VOLT-names.csv")) {
+      if (!content.empty()) folder.write(project + name, content);
+    }
+  }
 }
 
 void checkRows(const Wizard& wizard) {
@@ -195,16 +279,24 @@ void check(std::string_view bytes) {
   std::filesystem::create_directory(outer.path("repo"));
   const std::string input(bytes);
   const auto end = std::min(input.find('\xff'), input.size());
-  makeProjects(outer.path("home"), input.substr(std::min(end + 1, input.size())));
+  makeProjects(outer, input.substr(std::min(end + 1, input.size())));
   Engineer engineer(outer.path("home"));
   engineer.environment.values["FEC_HOME"] = outer.path("repo");
   const Wizard& wizard = engineer.program.wizard;
   engineer.start();
+  bool onlyGood = end > 0;
+  bool onlyAdds = onlyGood;
   bool historyClicked = false;
   bool alarmClicked = false;
   const auto byte = [&](std::size_t at) { return static_cast<std::uint8_t>(input[at]); };
   for (std::size_t at = 0; at + 1 < end; at += 2) {
-    play(engineer, byte(at), byte(at + 1));
+    const std::size_t act = byte(at) % (firstGoodAct + goodActs);
+    play(engineer, act, byte(at + 1));
+    onlyGood &= act >= firstGoodAct;
+    onlyAdds &= onlyGood && (act <= doneOfGood || act == doneOfGood + 1);
+    if (onlyGood) checkCount(wizard);
+    if (onlyAdds && act == doneOfGood && wizard.state.project.exportCount > 0)
+      checkFindings(wizard);
     const WizardState& state = wizard.state;
     for (const auto count :
          {state.project.exportCount, state.project.historyCount, state.project.alarmCount}) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The property form: commit, add and remove, processes, device lists, the alarm panel.
+// The property form: what its controls commit and show, processes, device lists, the alarm panel.
 #include <algorithm>
-#include <array>
 
+#include "editing/device_panel.h"
 #include "support/flow.h"
 
 namespace kova::test {
@@ -25,6 +25,17 @@ struct Editing : Flow {
   void remove(int line) {
     form.PropertyList.select(line);
     form.RemoveProperty.click();
+  }
+  /// Gives fields, by their names, numbers from `first` on.
+  void number(int first) {
+    for (const std::string& field :
+         words("PropertyDescription Units MaxValue MinValue OutputDataSize InputDataSize "
+               "historyDeviceText ArchiveRateText PollRateText ArchiveHeartbeatText ShortDepthText "
+               "LongDepthText toleranceText almwDeviceText AlmSystemText almSeverityText "
+               "almCountThreshText almHiText almLoText almHiWarnText almLoWarnText almMaskText "
+               "almNormalText")) {
+      engineer.field(field).setText(std::to_string(first++));
+    }
   }
   const std::string& names() const { return form.deviceNamesInputText.text(); }
 };
@@ -53,7 +64,6 @@ TEST_F(Editing, AddAsksFirstAndTakesNoNameTwice) {
   form.InputDataFormat.setText("Integer");
   type(form.InputDataSize, "3");
   toggle(form.HistoryCheck);
-
   engineer.answers = {Answer::cancel};
   for (const int rows : {8, 9}) {
     form.AddProperty.click();
@@ -69,178 +79,141 @@ TEST_F(Editing, AddAsksFirstAndTakesNoNameTwice) {
   EXPECT_EQ(said(), "Property NEW already assigned");
 }
 
-TEST_F(Editing, ACommitTakesWhatTheFormAndItsPanelsHold) {
+TEST_F(Editing, ACommitTakesWhatTheFormAndItsPanelsHoldAndASelectionShowsIt) {
   open("MYSRV");
   type(form.LocalName, "MYSERVER");
   EXPECT_EQ(said(), truncated + "MYSERV");
-  int value = 0;
-  for (TextField* field :
-       {&form.historyDeviceText, &form.ArchiveRateText, &form.PollRateText,
-        &form.ArchiveHeartbeatText, &form.ShortDepthText, &form.LongDepthText, &form.toleranceText,
-        &form.almwDeviceText, &form.AlmSystemText, &form.almSeverityText, &form.almCountThreshText,
-        &form.almHiText, &form.almLoText, &form.almHiWarnText, &form.almLoWarnText,
-        &form.almMaskText, &form.almNormalText}) {
-    field->setText(std::to_string(++value));
-  }
-  type(form.PropertyDescription, "d");
-  type(form.MaxValue, "0");
+  number(2);
   form.InputDataFormat.setText("Long");
-  type(form.InputDataSize, "2");
-  type(form.OutputDataSize, "20");
+  form.OutputDataFormat.setText("Integer");
   form.ArrayTypeCombo.setText("CHANNEL");
-  for (const char* format : {"Single", "Integer", "NAME8"}) {
-    type(form.PropertyName, format);
-    form.OutputDataFormat.setText(format);
-    toggle(form.HistoryCheck);
-    toggle(form.AlarmWatchCheck);
-    form.EditCmd.click();
-  }
-  type(form.PropertyName, "Single");
-  EXPECT_EQ(shown(form.HistoryCheck, form.AlarmWatchCheck), "ticked, ticked");
-
-  form.AccessMode.setText("WRITE");
-  form.OutputDataFormat.setText("NULL");
-  form.InputDataFormat.setText("NULL");
-  EXPECT_EQ(form.InputDataSize.text(), "0");
-  type(form.InputDataSize, "3");
-  commit("NONE");
-
-  form.Command1.click();
-
-  EXPECT_EQ(tableRows("MYSRV/exports.csv"),
-            (Lines{"MYSRV,MYSERV,Single,20,float.CHANNEL,2,long, 1,READ,1,d,0",
-                   "MYSRV,MYSERV,Integer,20,short.CHANNEL,2,long, 2,READ, 1,d,0",
-                   "MYSRV,MYSERV,NAME8,20,NAME8.CHANNEL,2,long, 3,READ, 1,d,0",
-                   "MYSRV,MYSERV,NONE,0,NULL.CHANNEL,0,NULL, 4,WRITE, 1,d,0"}));
-  EXPECT_EQ(tableRows("MYSRV/history.csv"),
-            (Lines{" 1,MYSRV,MYSERV,Single,1, 20,FLOAT.CHANNEL, 4, 3, 2,7, 5, 6",
-                   " 2,MYSRV,MYSERV,Integer,1, 20,LONG.CHANNEL, 4, 3, 2,7, 5, 6",
-                   " 3,MYSRV,MYSERV,NAME8,1, 20,NAME8.CHANNEL, 4, 3, 2,7, 5, 6",
-                   " 4,MYSRV,MYSERV,NONE,1, 0,NULL, 4, 3, 2,7, 5, 6"}))
-      << "the last one for what stands in the form";
-  EXPECT_EQ(tableRows("MYSRV/almwatch.csv"),
-            (Lines{"MYSERV,8,Single, 20,FLOAT.CHANNEL, 10, 9, 12, 13, 14, 15,16,17",
-                   "MYSERV,8,Integer, 20,LONG.CHANNEL, 10, 9, 12, 13, 14, 15,16,17",
-                   "MYSERV,8,NAME8, 20,NAME8.CHANNEL, 10, 9, 12, 13, 14, 15,16,17"}));
-  EXPECT_EQ(home.files("MYSRV").size(), 3);
-}
-
-TEST_F(Editing, ARangeStandsAheadOfTheDescriptionUnlessItIsZero) {
-  const std::vector<std::array<std::string, 4>> cases = {{"0", "100", "V", "[0:100 V]d"},
-                                                         {"-1", "0", "none", "[-1:0 ]d"},
-                                                         {"x", "", "V", "d"},
-                                                         {"0", "1E-60", "V", "d"},
-                                                         {"0", "1E-40", "V", "[0:1E-40 V]d"}};
-  nameServer();
-  type(form.PropertyDescription, "d");
-  for (const auto& [minimum, maximum, units, description] : cases) {
-    type(form.MinValue, minimum);
-    type(form.MaxValue, maximum);
-    type(form.Units, units);
-    commit("P");
-    EXPECT_EQ(engineer.program.wizard.state.project.exportTable[0].description, description);
-  }
-}
-
-TEST_F(Editing, NamesAreCheckedInOrderAndChangeNothing) {
-  const TextField* entered = nullptr;
-  const std::vector<std::pair<TextField*, std::string>> fields = {
-      {&form.ExportName, "Export"}, {&form.LocalName, "Local"}, {&form.PropertyName, "Property"}};
-  for (const auto& [field, name] : fields) {
-    field->takeFocus = [&entered, to = field] { entered = to; };
-    form.EditCmd.click();
-    EXPECT_EQ(said(), "Not a valid " + name + " Name");
-    EXPECT_EQ(entered, field);
-    EXPECT_EQ(engineer.rows(), Rows{});
-    type(*field, "M6");
-  }
-}
-
-TEST_F(Editing, HistoryIsKeptOnceAndAnAlarmWatchAtEachCommit) {
-  nameServer();
   type(form.PropertyName, "P");
   toggle(form.HistoryCheck);
   toggle(form.AlarmWatchCheck);
-  for (int i = 0; i < 3; ++i) form.EditCmd.click();
-  EXPECT_EQ(engineer.rows(), (Rows{.properties = 1, .history = 1, .alarms = 3}));
+  form.EditCmd.click();
+  number(52);
+  form.InputDataFormat.setText("NULL");
+  EXPECT_EQ(form.InputDataSize.text(), "0");
+  commit("NONE");
+  EXPECT_EQ(shown(form.HistoryCheck, form.AlarmWatchCheck), "clear, clear");
 
-  type(form.LocalName, "MYSERVER");
-  EXPECT_EQ(said(), truncated + "MYSERV");
-  for (int i = 0; i < 2; ++i) form.EditCmd.click();
-  EXPECT_EQ(engineer.rows(), (Rows{.properties = 1, .history = 3, .alarms = 5}))
-      << "rows store six characters of a local name and are found by all";
+  form.PropertyList.select(0);
+  EXPECT_EQ(shown(form.HistoryCheck, form.AlarmWatchCheck), "ticked, ticked");
+  EXPECT_EQ(shown(form.PropertyDescription, form.Units, form.MaxValue, form.MinValue,
+                  form.OutputDataSize, form.InputDataFormat, form.InputDataSize),
+            "2, 3, 4, 5, 6, Long, 7");
+  EXPECT_EQ(shown(form.ArchiveRateText, form.PollRateText, form.ShortDepthText, form.LongDepthText,
+                  form.toleranceText),
+            "9, 10, 12, 13, 14");
+  EXPECT_EQ(shown(form.AlmSystemText, form.almCountThreshText, form.almHiText, form.almLoText,
+                  form.almHiWarnText, form.almLoWarnText, form.almMaskText, form.almNormalText),
+            "16, 18, 19, 20, 21, 22, 23, 24");
+  type(form.PropertyName, "FORM");
+  form.Command1.click();
+  EXPECT_EQ(tableRows("MYSRV/exports.csv"),
+            (Lines{"MYSRV,MYSERV,P,6,short.CHANNEL,7,long, 1,READ, 1,[5:4 3]2,0",
+                   "MYSRV,MYSERV,NONE,56,short.CHANNEL,0,NULL, 2,READ, 1,[55:54 53]52,0"}));
+  EXPECT_EQ(tableRows("MYSRV/history.csv"),
+            (Lines{" 1,MYSRV,MYSERV,P,8, 6,LONG.CHANNEL, 11, 10, 9,14, 12, 13",
+                   " 2,MYSRV,MYSERV,FORM,58, 6,short, 61, 10, 9,14, 12, 13"}))
+      << "the last one for what stands in the form";
+  EXPECT_EQ(tableRows("MYSRV/almwatch.csv"),
+            Lines{"MYSERV,15,P, 6,LONG.CHANNEL, 17, 16, 19, 20, 21, 22,23,24"});
+  EXPECT_EQ(home.files("MYSRV").size(), 3);
+}
 
-  for (const char* name : {"Q", "P"}) {
-    type(form.PropertyName, name);
-    EXPECT_EQ(shown(form.HistoryCheck, form.AlarmWatchCheck), "clear, clear") << name;
-    EXPECT_FALSE(form.HistoryPanel.enabled());
+TEST_F(Editing, EachFormatOfTheListIsCommittedWithItsSingleValue) {
+  const Lines formats = words(
+      "double short BYTE long char float POCALBLK struct NAME8 NAME16 NAME16FI BIT HITTS NAME32 "
+      "FLTINT LNGINT DBLINT SHTINT TDS NAME48 NAME8I NAME16I NAME32I NAME48I USTRING FLTFLTINT "
+      "FILTER IFFF ADDRESS WINDOW POINT TDSI BOOLEAN DEFAULT NULL");
+  const Lines longs = words("short long LNGINT ADDRESS");
+  const Lines own = words("NAME8 NAME16 NAME32 NAME48");
+  const auto isIn = [](const Lines& list, const std::string& word) {
+    return std::find(list.begin(), list.end(), word) != list.end();
+  };
+  ASSERT_EQ(form.OutputDataFormat.entries().size(), formats.size());
+  for (std::int32_t index = 0; const std::string& format : formats) {
+    form.OutputDataFormat.select(index);
+    form.InputDataFormat.select(index++);
+    const FormTexts texts = formTexts(engineer.program.wizard);
+    EXPECT_EQ(texts.outputFormat, format);
+    EXPECT_EQ(texts.inputFormat, format);
+    EXPECT_EQ(texts.singleValue, isIn(longs, format) ? "LONG"
+                                 : isIn(own, format) ? format
+                                                     : "FLOAT")
+        << format;
   }
 }
 
 TEST_F(Editing, AValueThatDoesNotFitIsNamedAndChangesNothing) {
+  const std::vector<std::pair<std::string, std::string>> fields = {
+      {"ArchiveRateText", "Archive Rate (secs)"},
+      {"PollRateText", "Polling Rate (msec)"},
+      {"ArchiveHeartbeatText", "Archive Heartbeat (secs)"},
+      {"ShortDepthText", "Ringbuffer Depth"},
+      {"LongDepthText", "Long term Depth (months)"},
+      {"OutputDataSize", "Max Data Size"},
+      {"AlmSystemText", "Alarm System ID"},
+      {"almCountThreshText", "Counts Threshold"},
+      {"almSeverityText", "Severity (high)"},
+      {"almHiText", "Value too high"},
+      {"almLoText", "Value too low"},
+      {"almHiWarnText", "warning"},
+      {"almLoWarnText", "warning"},
+      {"NumStepsText", "Number Steps :"}};
   nameServer();
   type(form.PropertyName, "P");
   toggle(form.AlarmWatchCheck);
   toggle(form.HistoryCheck);
-  const auto refuses = [&](const std::string& value, TextField& field, const std::string& text) {
+  TextField* led = nullptr;
+  for (const auto& [name, caption] : fields) {
+    TextField& field = engineer.field(name);
+    field.takeFocus = [&] { led = &field; };
+    form.ProcessCheck.setValue(name == "NumStepsText" ? 1 : 0);
     const std::string before = field.text();
-    bool selected = false;
-    field.selectAll = [&] { selected = true; };
-    type(field, text);
+    type(field, "1E999");
     form.EditCmd.click();
-    EXPECT_EQ(selected, !field.onGotFocus) << value;
-    field.selectAll = {};
-    EXPECT_EQ(said(), "Could not add P : " + value + " is not a valid number");
+    EXPECT_EQ(said(), "Could not add P : " + caption + " is not a valid number");
+    EXPECT_EQ(led == &field, !field.onGotFocus) << "an alarm field would clear others";
     EXPECT_EQ(engineer.rows(), Rows{});
     type(field, before);
-  };
-  refuses("Severity (high)", form.almSeverityText, "high");
-  refuses("Polling Rate (msec)", form.PollRateText, "99999999999");
-  refuses("Value too high", form.almHiText, "1E39");
-  toggle(form.ProcessCheck);
-  refuses("Number Steps :", form.NumStepsText, "1E999");
-  toggle(form.ProcessCheck);
-
-  project("S", {});
-  home.write("S/history.csv", "Index\r\n32767\r\n");
-  open("S");
+  }
+  form.LocalName.takeFocus = [&] { led = &form.LocalName; };
+  type(form.LocalName, "");
+  form.EditCmd.click();
+  EXPECT_EQ(said(), "Not a valid Local Name");
+  EXPECT_EQ(led, &form.LocalName);
+  type(form.LocalName, "MYSRV");
+  form.ProcessCheck.setValue(0);
+  Project& full = engineer.program.wizard.state.project;
+  full.historyTable = {{}};
+  full.historyTable[0].index = 32767;
+  full.historyCount = 1;
   form.EditCmd.click();
   EXPECT_EQ(said(), "Could not add P : the history table has no free index");
 }
 
-TEST_F(Editing, AProcessIsFiveRows) {
+TEST_F(Editing, AProcessHasStepsAndNoDeviceList) {
   nameServer();
   type(form.PropertyName, "RAMP");
-  type(form.PropertyDescription, "ramp");
   toggle(form.ProcessCheck);
   EXPECT_TRUE(form.NumStepsText.enabled());
   std::string selected;
   form.NumStepsText.selectAll = [&] { selected = form.NumStepsText.text(); };
   type(form.NumStepsText, "");
-  EXPECT_EQ(form.NumStepsText.text(), "1");
-  EXPECT_EQ(selected, "1");
-  type(form.NumStepsText, "03");
+  EXPECT_EQ(shown(form.NumStepsText) + selected, "11");
   toggle(form.DeviceListCheck);
-
   form.EditCmd.click();
+  EXPECT_EQ(status(),
+            "Process property RAMP added as 5 rows. 5 properties, 1 device name not yet "
+            "written.");
+  EXPECT_EQ(lines()[1], "[MYSRV] RAMP.STOP <[0:1 ]Stop >");
   EXPECT_FALSE(form.DeviceListCheck.ticked());
-  form.EditCmd.click();
-  EXPECT_EQ(said(), "Please Remove Process Property RAMP.START first");
-  commit("RAMP");
-  EXPECT_EQ(said(), "Please Remove Process Property RAMP first");
+  EXPECT_EQ(names(), "\r\n") << "the server's";
   form.PropertyName.click();
   EXPECT_EQ(shown(form.ProcessCheck, form.NumStepsText), "clear, 0");
   EXPECT_FALSE(form.NumStepsText.enabled());
-  form.PropertyList.select(4);
-  form.EditCmd.click();
-  form.Command1.click();
-  EXPECT_EQ(tableRows("MYSRV/exports.csv"),
-            (Lines{"MYSRV,MYSRV,RAMP.START,1,short,1,short, 1,READ|WRITE,1,[0:03 ]Start ramp,3",
-                   "MYSRV,MYSRV,RAMP.STOP,0,NULL,0,NULL, 2,WRITE,1,[0:03 ]Stop ramp,3",
-                   "MYSRV,MYSRV,RAMP.PAUSE,0,NULL,0,NULL, 3,WRITE,1,[0:03 ]Pause ramp,3",
-                   "MYSRV,MYSRV,RAMP.RESUME,0,NULL,0,NULL, 4,WRITE,1,[0:03 ]Resume ramp,3",
-                   "MYSRV,MYSRV,RAMP.STATUS,1,short,0,NULL, 5,READ,1,[0:03 ]Status of ramp,0"}))
-      << "the last one was edited as a property of its own";
 }
 
 TEST_F(Editing, RowsShiftWhenOneIsRemoved) {
@@ -260,35 +233,6 @@ TEST_F(Editing, RowsShiftWhenOneIsRemoved) {
   type(form.PropertyDescription, "other");
   form.EditCmd.click();
   EXPECT_EQ(lines(), (Lines{"[S] P1 <d>", "[S] P2 <other>"}));
-}
-
-TEST_F(Editing, FullTablesTurnRowsAway) {
-  std::string history = "Index\r\n";
-  for (int i = 0; i < 1000; ++i) history += "1\r\n";
-  home.write("S/history.csv", history);
-  openRows(1003);
-  EXPECT_EQ(engineer.rows(), (Rows{.properties = 1001, .history = 1000}));
-  toggle(form.HistoryCheck);
-  form.EditCmd.click();
-  form.PropertyList.select(1000);
-  EXPECT_TRUE(form.HistoryCheck.ticked());
-  EXPECT_EQ(engineer.rows().history, 1000);
-
-  type(form.PropertyName, "NEW");
-  toggle(form.DeviceListCheck);
-  form.EditCmd.click();
-  EXPECT_EQ(said(), "The property table is full");
-  type(form.deviceNumberInputText, "7");
-  toggle(form.DeviceListCheck);
-  EXPECT_EQ(form.deviceNumberInputText.text(), "0") << "the server's list is back";
-
-  for (int line = 1000; line > 996; --line) remove(line);
-  toggle(form.ProcessCheck);
-  commit("RAMP");
-  EXPECT_EQ(said(), "The property table is full");
-  remove(996);
-  commit("RAMP");
-  EXPECT_EQ(engineer.rows().properties, 1001);
 }
 
 TEST_F(Editing, TheServersDeviceNamesStandInTheBox) {
@@ -326,7 +270,8 @@ TEST_F(Editing, TheCaretInTheBoxAndTheNumberBesideItFollowEachOther) {
     type(number, beyond);
     EXPECT_EQ(box.caret(), 9) << beyond;
   }
-
+  box.setText("D\r\n");
+  EXPECT_EQ(box.caret(), 0) << "of another text";
   nameServer();
   commit("P");
   form.Command1.click();
@@ -397,22 +342,44 @@ TEST_F(Editing, ADeviceListGivenUpReachesNoOtherProperty) {
   EXPECT_EQ(names(), "Device 0\r\n") << "nor by a list that is made anew";
   form.ServerOption.select();
   EXPECT_FALSE(form.DeviceListCheck.ticked());
+
+  openRows(1001);
+  type(form.PropertyName, "NEW");
+  toggle(form.DeviceListCheck);
+  type(form.deviceNumberInputText, "7");
+  toggle(form.DeviceListCheck);
+  EXPECT_EQ(form.deviceNumberInputText.text(), "0") << "without a free row none waits";
 }
 
 TEST_F(Editing, ThresholdsAndMaskExcludeEachOther) {
-  const std::array<TextField*, 6> fields{&form.almHiText,     &form.almLoText,
-                                         &form.almHiWarnText, &form.almLoWarnText,
-                                         &form.almMaskText,   &form.almNormalText};
-  for (std::size_t entered = 0; entered < fields.size(); ++entered) {
-    for (TextField* field : fields) field->setText("40");
-    fields.at(entered)->gotFocus();
+  const Lines fields =
+      words("almHiText almLoText almHiWarnText almLoWarnText almMaskText almNormalText");
+  for (const std::string& entered : fields) {
+    for (const std::string& field : fields) engineer.field(field).setText("40");
+    engineer.field(entered).gotFocus();
+    const bool isMask = entered == "almMaskText" || entered == "almNormalText";
     EXPECT_EQ(shown(form.almHiText, form.almLoText, form.almHiWarnText, form.almLoWarnText,
                     form.almMaskText, form.almNormalText),
-              entered < 4 ? "40, 40, 40, 40, 0, 0" : "0, 0, 0, 0, 40, 40");
-    EXPECT_EQ(status(), entered < 4
-                            ? "Mask and normal value are set to 0: this alarm watches limits."
-                            : "The four limits are set to 0: this alarm watches a mask.");
+              isMask ? "0, 0, 0, 0, 40, 40" : "40, 40, 40, 40, 0, 0");
+    EXPECT_EQ(status(), isMask ? "The four limits are set to 0: this alarm watches a mask."
+                               : "Mask and normal value are set to 0: this alarm watches limits.");
   }
+}
+
+TEST(DeviceBox, HasLinesAndCaretPositions) {
+  const std::string box = "\r\nA\rB\r\n\r\nC";
+  const std::vector<std::size_t> starts{0, 2, 7, 9};
+  for (std::int16_t line = 0; line < 4; ++line) {
+    const std::size_t start = starts[static_cast<std::size_t>(line)];
+    EXPECT_EQ(findSelStartAtLine(box, line), static_cast<int>(start)) << line;
+    EXPECT_EQ(findLineFromMultilineText(box, start), line) << line;
+  }
+  EXPECT_EQ(findLineFromMultilineText(box, 6), 1) << "within a line end";
+  EXPECT_EQ(findSelStartAtLine(box, 9), 12) << "behind the last line";
+  EXPECT_EQ(findSelStartAtLine("", 9), 0);
+  const std::string large = std::string(40000, 'x') + "\r\n";
+  EXPECT_THROW(findLineFromMultilineText(large, 40000), Failure);
+  EXPECT_THROW(findSelStartAtLine(large, 1), Failure);
 }
 
 }  // namespace

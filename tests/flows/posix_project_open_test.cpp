@@ -3,7 +3,7 @@
 #include <sched.h>
 #include <unistd.h>
 
-#include "flows/entry.h"
+#include "support/flow.h"
 
 namespace kova::test {
 namespace {
@@ -11,7 +11,7 @@ namespace {
 using std::filesystem::permissions;
 using std::filesystem::perms;
 
-struct PosixEntry : Entry {
+struct PosixEntry : Flow {
   /// Of an account whose permissions stop at other people's files, which root's don't.
   std::string enteredByAnother() {
     const uid_t account = ::geteuid();

@@ -3,10 +3,14 @@
 #include <cerrno>
 #include <cstring>
 
-#include "flows/entry.h"
+#include <filesystem>
+
+#include "support/flow.h"
 
 namespace kova::test {
 namespace {
+
+struct Entry : Flow {};
 
 const std::string wayOut = ". Click into Project Directory and type ";
 
@@ -104,6 +108,7 @@ TEST_F(Entry, AChainOfProjectsEndsWithAWord) {
   EXPECT_TRUE(status().ends_with(message + wayOut + home.path("P0."))) << status();
   open("MAGNET");
   EXPECT_TRUE(status().starts_with("Project read: 8 properties")) << status();
+  EXPECT_EQ(status().find("not read"), std::string::npos) << "that is over";
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The status line: what it tells of an act, and what it counts as not yet on disk.
+// The status line: what it tells of an act or ahead of it, and what it counts as not yet on disk.
 #include <filesystem>
 
 #include "support/flow.h"
+#include "wizard/focus_message.h"
 
 namespace kova::test {
 namespace {
@@ -17,6 +18,17 @@ struct Status : Flow {
     form.RemoveProperty.click();
   }
 
+  std::string at(TextField& field) { return focusMessage(wizard, &field); }
+  std::string atDone() { return focusMessage(wizard, &form.Command1); }
+  void pumps() {
+    open("PUMPS");
+    type(form.LocalName, "PUMEQM");
+    commit("P");
+  }
+  void tells(const std::string& message) {
+    EXPECT_LT(status().find(message), status().size()) << status();
+  }
+
   Wizard& wizard = engineer.program.wizard;
   std::string line;  ///< as the window shows it
 };
@@ -29,6 +41,7 @@ TEST_F(Status, ANewServerCountsUntilDoneHasWrittenIt) {
   form.NumDevices.lostFocus();
   type(form.deviceNamesInputText, "North\r\nSouth");
   form.deviceNamesInputText.lostFocus();
+  EXPECT_EQ(line, "Property P added. 1 property, 2 device names not yet written.");
   for (CheckBox* box : {&form.HistoryCheck, &form.AlarmWatchCheck, &form.DeviceListCheck}) {
     toggle(*box);
   }
@@ -117,6 +130,9 @@ TEST_F(Status, EachDoneTellsOnceWhatSomebodyElseHasWritten) {
   form.Command1.click();
   EXPECT_TRUE(engineer.ended);
   EXPECT_EQ(status(), "All tables written." + kept + "2.csv.");
+  engineer.ended = false;
+  form.Command1.click();
+  EXPECT_FALSE(engineer.ended) << "once is enough";
   for (int i = 0; i < 2; ++i) said();
 }
 
@@ -135,6 +151,85 @@ TEST_F(Status, AnEntryTellsWhatItDroppedAndWhatItCouldNotRead) {
             "Is a directory. Reading almwatch.csv stopped at line 2: 99999999999 is outside "
             "-2147483648 to 2147483647. 5 device names not yet written.")
       << "and what had not been written there counts no more";
+}
+
+TEST_F(Status, AChangeOfDirectoryDropsUnwrittenRowsOnly) {
+  EXPECT_EQ(at(form.ExportName), "");
+  pumps();
+  const std::string drops = "A change here drops 1 property not yet written.";
+  EXPECT_EQ(at(form.ExportName), drops);
+  EXPECT_EQ(at(form.ProjectDir), drops);
+  EXPECT_EQ(at(form.Units), "");
+  open("PUMPSX");
+  EXPECT_EQ(status(), "1 unwritten row dropped by the change of directory.");
+  type(form.LocalName, "PUMEQM");
+  form.ProjectDir.click();
+  commit("Q");
+  EXPECT_EQ(at(form.ExportName), "") << "it leads nowhere now";
+  EXPECT_EQ(at(form.ProjectDir), drops);
+}
+
+TEST_F(Status, DoneAndAddSayWhatTheyWouldDo) {
+  EXPECT_EQ(atDone(), "There are no properties: Done writes nothing.");
+  pumps();
+  EXPECT_EQ(atDone(), "Done writes exports.csv (1 row).");
+  form.HistoryCheck.setValue(1);
+  EXPECT_EQ(atDone(),
+            "Done writes exports.csv (1 row). The form differs from P and is not part of it.");
+  form.AlarmWatchCheck.setValue(1);
+  form.EditCmd.click();
+  EXPECT_EQ(atDone(), "Done writes exports.csv (1 row), history.csv (1 row), almwatch.csv.");
+  commit("Q");
+  type(form.PropertyName, "STATE");
+  EXPECT_EQ(atDone(),
+            "Done writes exports.csv (2 rows), history.csv (1 row and one for STATE, which stands "
+            "in the form), almwatch.csv. STATE stands in the form only and is not part of it.");
+  type(form.ArchiveHeartbeatText, "often");
+  EXPECT_EQ(
+      atDone(),
+      "Done writes exports.csv (2 rows) and then ends with: Could not write history.csv : "
+      "Heartbeat: \"often\" is not a number. STATE stands in the form only and is not part of "
+      "it.");
+
+  form.ProcessCheck.setValue(1);
+  EXPECT_EQ(at(form.PropertyName), "Add would make a process of five rows.");
+}
+
+TEST_F(Status, NamesWithoutADevice) {
+  open("MAGNET");
+  type(form.NumDevices, "12");
+  type(form.deviceNamesInputText, "a\r\nb\r\nc\r\nd");
+  form.deviceNamesInputText.lostFocus();
+  type(form.NumDevices, "1");
+  tells("11 device names dropped: the number of devices fell to 1.");
+  type(form.NumDevices, "13");
+  form.ServerOption.select();
+  type(form.NumDevices, "2");
+  type(form.deviceNamesInputText, "a\r\nb\r\nc\r\nd\r\n");
+  form.deviceNamesInputText.lostFocus();
+  tells("2 lines of the device box beyond the number of devices not taken.");
+}
+
+TEST_F(Status, NamesThatAReaderSkipsOrDoesNotFind) {
+  const std::string row = "PUMPS,PUMEQM,P,1,short,0,NULL,1,READ,2,[0:9 V]P,0";
+  std::string names = "DEVICE_NUMBER,DEVICE_NAME\r\n";
+  for (int i = 0; i < 10; ++i) names += std::to_string(i) + ",N\r\n";
+  project("PUMPS", {row});
+  home.write("PUMPS/PUMEQM-devices.csv", names);
+  open("PUMPS");
+  tells(
+      "7 lines of PUMEQM-devices.csv beyond the number of devices skipped: Done writes devices.csv "
+      "without them.");
+  home.write("PUMPS/P-names.csv", names);
+  form.PropertyList.select(0);
+  tells(
+      "7 lines of P-names.csv beyond the number of devices skipped: Done writes P-names.csv "
+      "without them.");
+  std::filesystem::rename(home.path("PUMPS/PUMEQM-devices.csv"), home.path("PUMPS/devices.csv"));
+  open("PUMP");
+  open("PUMPS");
+  tells(
+      "devices.csv is not read: device names are read from PUMEQM-devices.csv, which is missing.");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "review/overlay_files.h"
 #include "support/engineer.h"
+#include "tables/backup.h"
 
 namespace kova {
 namespace {
@@ -89,6 +90,25 @@ TEST_F(BackupSets, TellHowFarARestoringCame) {
   EXPECT_EQ(restored.files, std::vector<std::string>{"exports.csv"});
   EXPECT_EQ(restored.missing, std::vector<std::string>{"history.csv"});
   EXPECT_EQ(folder.read("P/exports.csv"), "now") << "an overlay writes nothing";
+}
+
+/// A disk on which another wizard backs up as well, until one file can't be copied.
+struct SharedFiles : OverlayFiles {
+  using OverlayFiles::OverlayFiles;
+  void copy(const Path& from, const Path& to) override {
+    if (from.leaf() == "history.csv") throw Failure("No space left");
+    OverlayFiles::copy(from, to);
+    if (from.leaf() == "exports.csv") another = to;
+    if (from.leaf() != "exports.csv") replace(*this, another, "of another wizard");
+  }
+  Path another;
+};
+
+TEST_F(BackupSets, OfAnotherWizardStayWhereAReadingFails) {
+  SharedFiles disk(*files);
+  const Path project{folder.path("P")};
+  EXPECT_THROW(backupExistingFiles(disk, clock, project, {}), BackupFailure);
+  EXPECT_EQ(disk.written(), std::vector<Path>{project / "exports-1700010000.csv"});
 }
 
 TEST(BackupTimes, AreReadByPeople) {

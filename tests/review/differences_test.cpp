@@ -58,7 +58,7 @@ TEST(Differences, GoByRowsAndColumns) {
        "~\n~ 0: DEVICE_NAME X -> \"\"\n+ 3"},
       {"A-names.csv", std::nullopt, devices + "0,X\r\n", "+\n+ 0"},
       {"A-names.csv", devices + "0,X\r\n", std::nullopt, "-\n- 0"},
-      {"A-names.csv", devices + "0,X\r\n", devices + " 0,X\r\n",
+      {"A-names.csv", devices + "00,X\r\n", devices + " 0,X\r\n",
        "~\n= Formatting only (spaces, number format)"},
       {"A-names.csv", devices, devices, "equal"},
       {"notes.txt", "a", "b", "~"},

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/machine.h"
 #include "review/findings.h"
 #include "review/overlay_files.h"
-#include "support/temporary_folder.h"
+#include "review/review_pages.h"
+#include "support/engineer.h"
 
 namespace kova {
 namespace {
@@ -17,8 +17,8 @@ namespace {
 using Ids = std::set<std::string_view>;
 
 /// The example project, of which a file can be changed.
-struct Project {
-  Project() { std::filesystem::copy(KOVA_EXAMPLE, folder.path("MAGNET")); }
+struct ExampleProject {
+  ExampleProject() { std::filesystem::copy(KOVA_EXAMPLE, folder.path("MAGNET")); }
 
   /// Puts `text` in the place that the example tells.
   void change(const Example& example, std::string_view text) const {
@@ -53,10 +53,10 @@ TEST(Rules, FireOnTheirExampleAndNotOnWhatComesClose) {
   for (const Rule& rule : rules()) {
     EXPECT_TRUE(known.insert(rule.id).second) << rule.id;
     if (rule.example.file.empty()) continue;
-    const Project broken;
+    const ExampleProject broken;
     broken.change(rule.example, rule.example.broken);
     EXPECT_TRUE(broken.ids().contains(rule.id)) << rule.id;
-    const Project kept;
+    const ExampleProject kept;
     kept.change(rule.example, rule.example.kept);
     EXPECT_EQ(kept.ids(), Ids()) << rule.id;
   }
@@ -73,11 +73,11 @@ struct ClosedFile : OverlayFiles {
 };
 
 TEST(Rules, SeeTablesThatAreTooLongOrThatCanNotBeRead) {
-  const Project project;
+  const ExampleProject project;
   std::string watch = project.folder.read("MAGNET/almwatch.csv");
   const std::string row = watch.substr(watch.find("\r\n") + 2);
   for (int rows = 2; rows <= 1001; rows += 2) watch += row;
-  const Project tooLong;
+  const ExampleProject tooLong;
   tooLong.change({"almwatch.csv", "", "", ""}, watch);
   EXPECT_TRUE(tooLong.ids().contains("table-full"));
   tooLong.change({"almwatch.csv", "", "", ""}, watch.substr(0, watch.size() - row.size()));
@@ -92,33 +92,62 @@ TEST(Rules, SeeTablesThatAreTooLongOrThatCanNotBeRead) {
 }
 
 TEST(Rules, TellPlaceAndReason) {
-  struct Case {
-    Example example;
-    std::string place;
-    std::string message;
-  };
-  const std::vector<Case> cases = {
+  const std::vector<std::pair<Example, std::string>> cases = {
       {{"history.csv", " 2,MAGNET", " 32768,MAGNET", ""},
-       "history.csv:3:1",
-       "reading stops here: 32768 is outside -32768 to 32767; 1 line is not read"},
+       "history.csv:3:1 reading stops here: 32768 is outside -32768 to 32767; 1 line is not "
+       "read"},
       {{"almwatch.csv", "MAGEQM,#0,STATE", ";\r\nMAGEQM,#0, STATES", ""},
-       "almwatch.csv:2:1",
-       "comment line"},
+       "almwatch.csv:2:1 comment line"},
       {{"exports.csv", "[0:250 A]", "[0;250 A]", ""},
-       "exports.csv:9:64",
-       "the range in \"[0;250 A]Current of each supply\" can't be parsed"},
+       "exports.csv:9:64 the range in \"[0;250 A]Current of each supply\" can't be parsed"},
+      {{"exports.csv", "4,float, 8", "4,17, 8", ""},
+       "exports.csv:9:41 a number, 17, in column INFORMAT"},
       {{"history.csv", "#0, 4,FLOAT.CHANNEL, 18000", "#0, 4,LONG, 18000", ""},
-       "history.csv:3:32",
-       "CURRENT has format LONG, but the property's float.CHANNEL requires FLOAT.CHANNEL"},
+       "history.csv:3:32 CURRENT has format LONG, while FLOAT.CHANNEL belongs to the property's "
+       "float.CHANNEL"},
+      {{"almwatch.csv", "4,LONG.CHANNEL", "4,FLOAT", ""},
+       "almwatch.csv:2:20 STATE has format FLOAT, while LONG.CHANNEL belongs to the property's "
+       "short.CHANNEL"},
+      {{"almwatch.csv", "#0,STATE", "#0,STATES", ""},
+       "almwatch.csv:2:11 no property STATES of MAGEQM"},
   };
-  for (const Case& one : cases) {
-    const Project project;
-    project.change(one.example, one.example.broken);
-    const Finding found = project.findings().front();
-    EXPECT_EQ(found.file + ':' + std::to_string(found.line) + ':' + std::to_string(found.column),
-              one.place);
-    EXPECT_EQ(found.message, one.message);
+  for (const auto& [example, reported] : cases) {
+    const ExampleProject project;
+    project.change(example, example.broken);
+    std::set<std::string> all;
+    for (const Finding& one : project.findings()) {
+      all.insert(one.file + ':' + std::to_string(one.line) + ':' + std::to_string(one.column) +
+                 ' ' + one.message);
+    }
+    EXPECT_TRUE(all.contains(reported)) << reported;
   }
+}
+
+TEST(Rules, FindNothingInWhatComesClose) {
+  const std::vector<std::pair<Example, Ids>> cases = {
+      {{"exports.csv", "MAGNET,MAGEQM,STATE",
+        "MAGNET,MAGEQM,X.START,0,NULL,0,NULL, 6,WRITE,4,x,0\r\nMAGNET,MAGEQM,STATE", ""},
+       {}},
+      {{"almwatch.csv", "MAGEQM,#0,STATE", "\r\nMAGEQM,#0,STATE", ""}, {"nameless-alarm"}},
+      {{"devices.csv", "", "DEVICE_NUMBER,DEVICE_NAME\r\n 0,DEVICE 0\r\n", ""}, {}},
+      {{"notes-170000000.txt", "", "x", ""}, {}}};
+  for (const auto& [example, ids] : cases) {
+    const ExampleProject project;
+    project.change(example, example.broken);
+    EXPECT_EQ(project.ids(), ids) << example.broken;
+  }
+}
+
+TEST(Rules, LeadToThePropertyOfTheirRow) {
+  const ExampleProject project;
+  project.change({"almwatch.csv", "", "", ""},
+                 "LocalName,DeviceName,property\r\nMAGEQM,#0,STATES\r\n");
+  test::Engineer engineer(project.folder.path());
+  engineer.start();
+  test::type(engineer.program.wizard.form.ExportName, "MAGNET");
+  const auto groups = reviewDone(engineer.program.wizard, project.page).findings.groups;
+  ASSERT_EQ(groups.size(), 1U);
+  EXPECT_EQ(groups.front().lines.front().property, "STATES");
 }
 
 }  // namespace

@@ -5,10 +5,12 @@
 
 #include <cstdint>
 #include <deque>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <ostream>
 #include <set>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -56,6 +58,12 @@ struct Rows {
     return out << rows.properties << ' ' << rows.history << ' ' << rows.alarms;
   }
 };
+
+/// The words of a text.
+inline std::vector<std::string> words(const std::string& text) {
+  std::istringstream stream(text);
+  return {std::istream_iterator<std::string>(stream), {}};
+}
 
 /// Writes `text` in place of what the field holds.
 inline void type(TextField& field, std::string_view text) {

@@ -10,7 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "core/form_fields.h"
 #include "core/status.h"
+#include "editing/commit.h"
 #include "support/engineer.h"
 
 namespace kova::test {
@@ -39,6 +41,13 @@ class Flow : public testing::Test {
   void commit(const std::string& property) {
     type(form.PropertyName, property);
     form.EditCmd.click();
+  }
+  /// The message of an entry that another one has gone ahead of.
+  std::string entered(const std::string& folder) {
+    form.ProjectDir.click();
+    type(form.ProjectDir, home.path());
+    type(form.ProjectDir, home.path(folder));
+    return status();
   }
   /// Names the server and leads its tables to a folder of that name.
   void open(const std::string& server) { type(form.ExportName, server); }
@@ -86,6 +95,33 @@ class Flow : public testing::Test {
   Files example;
   Engineer engineer{home.path()};
   Form1& form = engineer.program.wizard.form;
+};
+
+/// A form and a project without a window. The form is the one with which a wizard comes up, with
+/// the property P of the server S.
+struct Committing {
+  Committing() {
+    Engineer engineer(home.path());
+    engineer.start();
+    form = formTexts(engineer.program.wizard);
+    form.exportName = form.localName = "S";
+    form.propertyName = "P";
+    form.description = "x";
+    project.projectPath = form.projectDir = home.path("project");
+  }
+  /// Commits the form as Edit does; rows that it adds count.
+  CommitResult edit() {
+    CommitResult result = commit(form, project, CommitMode::addOrReplace);
+    countRows(project, result.added);
+    return result;
+  }
+  Rows counts() const { return {project.exportCount, project.historyCount, project.alarmCount}; }
+
+  const TemporaryFolder home;
+  const CodePage page = CodePage::windows1252();
+  const std::unique_ptr<FileSystem> files = realFileSystem(page);
+  FormTexts form;
+  Project project;
 };
 
 }  // namespace kova::test

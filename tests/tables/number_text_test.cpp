@@ -49,7 +49,8 @@ TEST(NumberText, Reading) {
 TEST(NumberText, Writing) {
   for (const auto& [text, value] :
        cases(" 0=-0| .25=.25|-.25=-.25| .3=.30000000000000004| .0001=.0001| 1E-05=1e-5|-3=-3|"
-             " 5E-324=5e-324| 100000000000000=1e14| 1E+15=1e15| 1E+15=999999999999999.9")) {
+             " 5E-324=5e-324| 100000000000000=1e14| 1E+15=1e15| 1E+15=999999999999999.9|"
+             " 1.79769313486231E+308=1.7976931348623157e308")) {
     EXPECT_EQ(signedNumberText(value), text);
   }
   for (const auto& [text, value] :

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include "platform/machine.h"
-#include "support/temporary_folder.h"
 #include "tables/alarm_table.h"
 #include "tables/history_table.h"
 
@@ -24,18 +22,25 @@ std::string repeated(const std::string& line, int count) {
   return lines;
 }
 
-class TableFiles : public ::testing::Test {
- protected:
+struct TableFiles : ::testing::Test {
   ReadResult readHistory(const std::string& content) {
     return ReadHistoryFile(content, history, historyCount);
   }
   ReadResult readAlarms(const std::string& content) {
     return ReadAlarmWatchFile(content, alarms, alarmCount);
   }
+  std::string historyWritten(std::int16_t count) {
+    WriteHistoryFile(put, {}, history, count, form);
+    return written;
+  }
+  std::string alarmsWritten() {
+    WriteAlarmWatchFile(put, {}, alarms, alarmCount);
+    return written;
+  }
 
-  FormTexts form{.exportName = "MYSRV",
+  FormTexts form{.exportName = "S",
                  .localName = "MYSRVLONG",
-                 .propertyName = "RAMP",
+                 .propertyName = "P",
                  .outputSize = "2",
                  .historyDevice = "#1",
                  .archiveRate = "7",
@@ -44,15 +49,9 @@ class TableFiles : public ::testing::Test {
                  .shortDepth = "8",
                  .longDepth = "9",
                  .tolerance = "1",
-                 .outputFormat = "short",
-                 .singleValue = "LONG"};
-  TemporaryFolder folder;
-  CodePage page = CodePage::windows1252();
-  std::unique_ptr<FileSystem> files = realFileSystem(page);
-  Path file{folder.path("t.csv")};
-  ReplaceFile put = [&](const Path& target, std::string_view content) {
-    replace(*files, target, content);
-  };
+                 .outputFormat = "short"};
+  std::string written;
+  ReplaceFile put = [&](const Path&, std::string_view content) { written = content; };
   HistoryTable history;
   AlarmTable alarms;
   std::int16_t historyCount = 0;
@@ -60,15 +59,18 @@ class TableFiles : public ::testing::Test {
 };
 
 TEST_F(TableFiles, HistoryRowsComeBackAndTheFormIsAdded) {
-  const std::string added = ",MYSRV,MYSRVL,RAMP,#1, 2,short, 5, 6, 7,1, 8, 9\r\n";
+  const std::string added = ",S,MYSRVL,P,#1, 2,short, 5, 6, 7,1, 8, 9\r\n";
   EXPECT_FALSE(readHistory(historyHeader + historyRow).stop);
-  WriteHistoryFile(put, file, history, historyCount, form);
-  EXPECT_EQ(folder.read("t.csv"), historyHeader + historyRow + " 2" + added);
-
-  WriteHistoryFile(put, file, history, 0, form);
+  EXPECT_EQ(historyWritten(1), historyHeader + historyRow + " 2" + added);
+  EXPECT_EQ(historyWritten(0), historyHeader + " 0" + added);
   form.archiveRate.clear();
-  EXPECT_THROW(WriteHistoryFile(put, file, history, 0, form), Failure);
-  EXPECT_EQ(folder.read("t.csv"), historyHeader + " 0" + added);
+  EXPECT_THROW(historyWritten(0), Failure);
+
+  history[0].propertyName = "P";
+  form.localName = "MYSRV";
+  EXPECT_EQ(findHistoryOf(history, 1, form), nullptr) << "of another server";
+  form.exportName = "MYSRV";
+  EXPECT_EQ(findHistoryOf(history, 1, form), &history[0]);
 }
 
 TEST_F(TableFiles, HistoryLimits) {
@@ -79,25 +81,17 @@ TEST_F(TableFiles, HistoryLimits) {
   readHistory("long depth,index\r12,32767\r\r");
   EXPECT_EQ(historyCount, 2) << "an empty line is a row";
   EXPECT_EQ(history[0].longDepth, 12);
-  EXPECT_THROW(WriteHistoryFile(put, file, history, 1, form), Failure) << "no free index";
+  EXPECT_THROW(historyWritten(1), Failure) << "no free index";
 }
 
-TEST_F(TableFiles, AlarmRowsComeBack) {
+TEST_F(TableFiles, AlarmRowsComeBackAndMissingColumnsLeaveWhatTheyHeld) {
   EXPECT_FALSE(readAlarms(alarmHeader + alarmRow + "\r\n,#0,P\r\nL\r\n").stop);
   EXPECT_EQ(alarmCount, 1);
-  WriteAlarmWatchFile(put, file, alarms, alarmCount);
-  WriteAlarmWatchFile(put, file, alarms, 0);
-  EXPECT_EQ(folder.read("t.csv"), alarmHeader + alarmRow);
-}
-
-TEST_F(TableFiles, AColumnThatAForeignAlarmTableLacksLeavesWhatTheRowHeld) {
-  readAlarms(alarmHeader + alarmRow);
+  EXPECT_EQ(alarmsWritten(), alarmHeader + alarmRow);
   readAlarms("LOCAL_NAME,DEVICE,PROPERTY,SIZE,FORMAT,SEVERITY,ALARMSYSTEM\rL,D,P,2,F,3,4");
-  WriteAlarmWatchFile(put, file, alarms, alarmCount);
-  EXPECT_EQ(folder.read("t.csv"), alarmHeader + "L,D,P, 2,F, 3, 4, 40.5,-3, 0, .25,0,0\r\n");
+  EXPECT_EQ(alarmsWritten(), alarmHeader + "L,D,P, 2,F, 3, 4, 40.5,-3, 0, .25,0,0\r\n");
   readAlarms("local name,LOCALNAME,property\rL,M,P");
-  WriteAlarmWatchFile(put, file, alarms, alarmCount);
-  EXPECT_EQ(folder.read("t.csv"), alarmHeader + "L,,P, 0,, 0, 0, 40.5,-3, 0, .25,0,0\r\n");
+  EXPECT_EQ(alarmsWritten(), alarmHeader + "L,,P, 0,, 0, 0, 40.5,-3, 0, .25,0,0\r\n");
 }
 
 TEST_F(TableFiles, AlarmLimits) {
@@ -106,6 +100,9 @@ TEST_F(TableFiles, AlarmLimits) {
   EXPECT_FALSE(readAlarms(alarmHeader + repeated(alarmRow, 1001) + "\r\n").stop);
   EXPECT_TRUE(readAlarms(alarmHeader + repeated(alarmRow, 1002)).stop);
   EXPECT_EQ(alarmCount, 1001);
+  alarmCount = 0;
+  written = "untouched";
+  EXPECT_EQ(alarmsWritten(), "untouched") << "without a row there is no table";
 }
 
 }  // namespace kova::test

@@ -86,4 +86,15 @@ TEST(TaggedCsv, LinesAndStops) {
   expectLines("h\r" + longest + "x", "h:", 2);
 }
 
+TEST(TaggedCsv, ATableLiesInItsFolderOrIsNotOpened) {
+  const TemporaryFolder folder;
+  const CodePage page = CodePage::windows1252();
+  const auto files = realFileSystem(page);
+  const auto nothing = [](std::string_view) { return ReadResult{}; };
+  for (const std::string name : {"none", "../d.csv"}) {
+    EXPECT_EQ(tablesIn(*files, folder.path())(name, nothing).stop.value().line, 0U);
+  }
+  EXPECT_THROW(fileInFolder(*files, folder.path(), "../d.csv"), Failure);
+}
+
 }  // namespace kova::test
