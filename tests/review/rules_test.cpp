@@ -101,13 +101,13 @@ TEST(Rules, TellPlaceAndReason) {
       {{"exports.csv", "[0:250 A]", "[0;250 A]", ""},
        "exports.csv:9:64 the range in \"[0;250 A]Current of each supply\" can't be parsed"},
       {{"exports.csv", "4,float, 8", "4,17, 8", ""},
-       "exports.csv:9:41 a number, 17, in column INFORMAT"},
+       "exports.csv:9:41 number 17 in column INFORMAT"},
       {{"history.csv", "#0, 4,FLOAT.CHANNEL, 18000", "#0, 4,LONG, 18000", ""},
-       "history.csv:3:32 CURRENT has format LONG, while FLOAT.CHANNEL belongs to the property's "
-       "float.CHANNEL"},
+       "history.csv:3:32 CURRENT has format LONG, but the property's float.CHANNEL requires "
+       "FLOAT.CHANNEL"},
       {{"almwatch.csv", "4,LONG.CHANNEL", "4,FLOAT", ""},
-       "almwatch.csv:2:20 STATE has format FLOAT, while LONG.CHANNEL belongs to the property's "
-       "short.CHANNEL"},
+       "almwatch.csv:2:20 STATE has format FLOAT, but the property's short.CHANNEL requires "
+       "LONG.CHANNEL"},
       {{"almwatch.csv", "#0,STATE", "#0,STATES", ""},
        "almwatch.csv:2:11 no property STATES of MAGEQM"},
   };
