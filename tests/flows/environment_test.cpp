@@ -6,7 +6,7 @@ namespace kova::test {
 namespace {
 
 const std::string lacks =
-    " is not used: its name has characters that this system's code page (Windows-1252) lacks. ";
+    " is not used: its value has characters that this system's code page (Windows-1252) lacks. ";
 
 struct Values : Flow {
   void SetUp() override {}  // the environment is to be set ahead of the start
@@ -37,8 +37,8 @@ TEST_F(Values, WhatIsNotNeededIsNotMentioned) {
 TEST_F(Values, WithoutAHomeNothingIsWrittenUntilADirectoryIsTyped) {
   engineer.environment.home.clear();
   startWithout({"HOME"});
-  EXPECT_EQ(status(), "HOME" + lacks + "No home directory is left that Windows-1252 can name: " +
-                          "type the project's into Project Directory.");
+  EXPECT_EQ(status(), "HOME" + lacks + "No home directory can be named in Windows-1252. " +
+                          "Type the project directory into Project Directory.");
   define();
   EXPECT_EQ(said(), "Could not create exports.csv file : no project directory is given");
   type(form.ProjectDir, home.path("PUM"));
