@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reading a file to its end.
+// Reading a complete file.
 #pragma once
 
 #include <algorithm>
@@ -11,16 +11,16 @@
 
 namespace kova {
 
-/// So many bytes are asked for at a time where the size of a file does not tell.
+/// Bytes to read at a time beyond the known size of a file.
 inline constexpr std::size_t readAhead = std::size_t{64} << 10U;
 
-/// All bytes of a file of about `size`. `readSome` puts some into a place with room for so many and
-/// gives their number, 0 at the end. Throws Failure for a file larger than `largestFile`.
+/// All bytes of a file of about `size`. `readSome` fills a buffer of the given size in part and
+/// returns the number of bytes, 0 at the end. Throws Failure for a file larger than `largestFile`.
 template <class ReadSome>
 std::string allOf(std::uint64_t size, ReadSome readSome) {
   std::string content;
   std::size_t filled = 0;
-  // One byte more than expected tells a file that has grown.
+  // One byte more than expected shows whether the file has grown.
   auto room = static_cast<std::size_t>(std::min<std::uint64_t>(size, largestFile)) + 1;
   for (;;) {
     if (filled == content.size()) {
