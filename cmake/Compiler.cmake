@@ -1,8 +1,8 @@
-# Warnings are errors everywhere; the shipped build is hardened.
+# Warnings are errors. The shipped build is hardened.
 add_library(kova_compiler INTERFACE)
 target_compile_options(kova_compiler INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
-# This compiler takes the parts of a joined text for overlapping ones (GCC bug 105651).
+# False warnings about overlapping parts of concatenated strings (GCC bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   target_compile_options(kova_compiler INTERFACE -Wno-restrict)
 endif()
@@ -20,8 +20,8 @@ else()
     -fstack-protector-strong ${control_flow}
     $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=3>)
   if(WIN32)
-    # No -fstack-clash-protection: the compiler breaks down over it here (GCC bug 90458), and every
-    # page of the stack is touched anyway.
+    # -fstack-clash-protection crashes this compiler (GCC bug 90458), and on Windows every page of
+    # the stack is touched anyway.
     target_link_options(kova_compiler INTERFACE
       -static -fstack-protector-strong -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
   else()

@@ -1,5 +1,5 @@
-# kova_layer(NAME SOURCES ... BELOW ...): one static library a layer. Its headers are reached as
-# "NAME/header.h", and only by targets that link it: an include from a layer above does not build.
+# kova_layer(NAME SOURCES ... BELOW ...): one static library per layer. Only targets that link it can
+# include its headers, as "NAME/header.h", so an include from a layer above does not build.
 function(kova_layer name)
   cmake_parse_arguments(layer "" "" "SOURCES;BELOW" ${ARGN})
   set(root ${CMAKE_BINARY_DIR}/layers/${name})

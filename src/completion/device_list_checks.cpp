@@ -7,19 +7,19 @@ namespace kova {
 
 std::optional<UnwritableFile> findUnwritableNamesFile(const FileSystem& files,
                                                       const Project& project, const Path& folder) {
-  std::map<std::string, std::string> names;  // by what a disk that ignores case makes of them
+  std::map<std::string, std::string> names;  // by the name without case
   std::optional<bool> ignoresCase;
   for (const PropertyRecord& row : liveRows(project.exportTable, project.exportCount)) {
     const std::string name = namesFile(row.propertyName);
-    // Names that lead elsewhere are told when their turn comes.
+    // A name that leads to another directory is reported when its file is written.
     if (!row.hasDeviceList || !namesPlainFile(name)) continue;
     if (!files.nameFits(folder, files.path(name).native)) {
-      return UnwritableFile{name, "this disk can't hold a file of that name"};
+      return UnwritableFile{name, "the disk can't hold a file of this name"};
     }
     const std::string& first = names.emplace(files.withoutCase(name), name).first->second;
     if (first == name) continue;
     if (!ignoresCase) ignoresCase = files.ignoresCase(folder);
-    if (*ignoresCase) return UnwritableFile{name, "this disk takes it for " + first};
+    if (*ignoresCase) return UnwritableFile{name, "the disk can't distinguish it from " + first};
   }
   return std::nullopt;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The files of properties with device names of their own.
+// Checks of the files with device names of single properties.
 #pragma once
 
 #include <optional>
@@ -16,8 +16,8 @@ struct UnwritableFile {
   std::string why;
 };
 
-/// The first names file whose name the disk of `folder` can't hold, or takes for the one of another
-/// property. Throws Failure if that can't be found out.
+/// The first names file whose name the disk of `folder` can't hold, or can't distinguish from that
+/// of another property. Throws Failure if this can't be checked.
 std::optional<UnwritableFile> findUnwritableNamesFile(const FileSystem& files,
                                                       const Project& project, const Path& folder);
 

@@ -7,14 +7,14 @@
 namespace kova {
 namespace {
 
-/// The folders on the way to `folder` that do not exist, the shallowest last.
+/// `folder` and its parents as far as they do not exist, the topmost last.
 std::vector<std::string> missingFolders(const FileSystem& files, const std::string& folder) {
   std::vector<std::string> missing;
   std::string path = folder;
   while (!path.empty() && !files.folderExists(files.path(path))) {
     missing.push_back(path);
     const auto cut = path.find_last_of(pathSeparators);
-    if (cut == std::string::npos) throw Failure("there is no folder " + path + " to begin with");
+    if (cut == std::string::npos) throw Failure("the folder " + path + " does not exist");
     path.resize(cut);
   }
   return missing;
@@ -26,10 +26,10 @@ void makeFolders(FileSystem& files, const std::string& folder) {
   auto missing = missingFolders(files, folder);
   for (; !missing.empty(); missing.pop_back()) {
     const Path path = files.path(missing.back());
-    // A path with two separators in a row, or one at its end, names a folder twice.
+    // A path with a doubled or trailing separator names a folder twice.
     if (files.folderExists(path)) continue;
     files.createFolder(path);
-    if (!files.folderExists(path)) throw Failure("the folder " + missing.back() + " does not stay");
+    if (!files.folderExists(path)) throw Failure("the folder " + missing.back() + " disappeared");
   }
 }
 

@@ -10,13 +10,12 @@
 
 namespace kova {
 
-/// Makes sure that `directory` exists, creates the file anew and writes the header line. Throws
-/// Failure.
+/// Makes `directory` if necessary, starts a new file and writes the header line. Throws Failure.
 std::unique_ptr<OutputFile> putHeader(FileSystem& files, const std::string& directory,
                                       const std::string& fileName);
 
-/// Writes all rows to the stream and lets it take the file's place. Throws Failure; the file is
-/// then as it was.
+/// Writes all rows to the stream and replaces the file by it. Throws Failure and leaves the file
+/// unchanged.
 void writeExportRows(const Project& project, ProjectOnDisk& disk, OutputFile& exportStream,
                      TableWriter& tables, const Path& file);
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Hands the finished project to the generator programs.
+// Starts the generator programs for the finished project.
 #pragma once
 
 #include "core/wizard.h"
 
 namespace kova {
 
-/// Starts the ticked generators one behind the other. One that can't be started costs a message.
+/// Starts the ticked generators in turn. Shows a message for each that can't be started.
 void startGenerators(Wizard& wizard);
 
 }  // namespace kova

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a window is drawn as data: a row a control.
+// The design of a window as data: one row per control.
 #pragma once
 
 #include <cstdint>
@@ -17,15 +17,15 @@ enum class ControlKind {
   checkBox,
   optionButton,
   commandButton,
-  finishButton,  ///< the command button that ends the engineer's work
+  finishButton,  ///< the command button that finishes the work
   frame,
   label,
   listBox,
   comboBox
 };
 
-/// A control as it was drawn, inside its container, in twips (1440 an inch). Its size tells how
-/// much it is to hold; where it stands on screen is told by a layout template.
+/// Designed position in the container and size, in twips (1440 per inch). The size shows how much
+/// the control holds; a layout template decides its place on screen.
 struct Twips {
   std::int16_t left = 0;
   std::int16_t top = 0;
@@ -33,38 +33,38 @@ struct Twips {
   std::int16_t height = 0;
 };
 
-/// The control itself, by its kind.
+/// A control, by its kind.
 using ControlPointer = std::variant<TextField*, CheckBox*, OptionButton*, CommandButton*, Frame*,
                                     Label*, ListBox*, DropDownList*>;
 
-/// What a control says, and the letter that reaches it together with the Alt key.
+/// Caption of a control and its access key, used with Alt.
 struct Caption {
   constexpr Caption(const char* caption, char letter = '\0') : text(caption), key(letter) {}
 
   std::string_view text;
-  char key;  ///< 0: none. That of a label reaches the field beside it.
+  char key;  ///< 0: none. A label's key reaches the field next to it.
 };
 
 /// Design values of one control.
 struct ControlDesign {
   std::string_view name;
   ControlKind kind = ControlKind::label;
-  std::string_view container;  ///< name of the frame it lies in, empty for the window itself
-  Caption caption;             ///< of a field the text at start
+  std::string_view container;  ///< name of its frame, empty for the window
+  Caption caption;             ///< of a field: its text at start
   std::int16_t tabIndex = 0;
   Twips place;
   std::string_view toolTip{};
   bool enabled = true;
   std::int16_t value = 0;             ///< 1: ticked or selected at start
-  std::string_view accessibleName{};  ///< of what neither a label nor a caption names
-  std::string_view hintIfEmpty{};     ///< stands in it while nothing else does
+  std::string_view accessibleName{};  ///< of a control without label and caption
+  std::string_view hintIfEmpty{};     ///< shown while the control is empty
 };
 
-/// How much of a line a control holds, by how wide it was drawn.
+/// How much of a line a control gets, by its designed width.
 enum class Width { number, name, rest };
 Width widthOf(const ControlDesign& design);
 
-/// It has lines to show, the more the better.
+/// The control shows lines and should grow with the window.
 bool holdsLines(const ControlDesign& design);
 
 /// A control of one kind of window, by its kind.
@@ -80,7 +80,7 @@ struct DesignRow {
   ControlDesign design;
 };
 
-/// A row of a design table together with the control of one window that it describes.
+/// A row of a design table and the control that it describes.
 struct DesignedControl {
   const ControlDesign* design = nullptr;
   ControlPointer control;
@@ -98,7 +98,7 @@ std::vector<DesignedControl> designedControls(Form& form, const Table& table) {
   return controls;
 }
 
-/// Gives fresh controls their design values. No handler is attached yet, so none runs.
+/// Gives new controls their design values. No handler is connected yet, so none runs.
 void applyDesign(const std::vector<DesignedControl>& controls);
 
 }  // namespace kova

@@ -104,7 +104,7 @@ void DropDownList::select(std::int32_t index) {
 
 void DropDownList::setText(std::string_view text) {
   const auto entry = std::find(entries_.begin(), entries_.end(), text);
-  if (entry == entries_.end()) throw Failure("the list does not hold this text");
+  if (entry == entries_.end()) throw Failure("the list does not contain this text");
   select(static_cast<std::int32_t>(entry - entries_.begin()));
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The window's controls without a toolkit. An assignment acts like the engineer's own act: the
-// control's handler runs at once, before the assignment returns.
+// The window's controls without a toolkit. An assignment is like a user action: the control's
+// handler runs before the assignment returns.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@
 
 namespace kova {
 
-/// What runs when something happens to a control. An empty one does nothing.
+/// Runs on an event of a control. May be empty.
 using Handler = std::function<void()>;
 
 template <class... Values>
@@ -22,7 +22,7 @@ void run(const std::function<void(Values...)>& handler, Values... values) {
   if (handler) handler(values...);
 }
 
-/// Assigns and tells the view if that changed anything.
+/// Assigns, and notifies the view if the value has changed.
 template <class Value>
 bool assign(Value& held, const Value& value, const Handler& notifyView) {
   if (held == value) return false;
@@ -37,29 +37,29 @@ class TextField {
   static constexpr std::int16_t enterKey = 13;
 
   const std::string& text() const { return text_; }
-  /// Assigns the text, puts the caret at its start and runs `onChange`. An equal text does nothing.
+  /// Assigns a different text, puts the caret at its start and runs `onChange`.
   void setText(std::string_view text);
-  /// What the view reports when the engineer has edited: the whole text and the caret behind the
-  /// edit. Runs `onChange` if the text differs.
+  /// Called by the view after an edit, with the complete text and the new caret. Runs `onChange` if
+  /// the text differs.
   void edit(std::string_view text, std::size_t caret);
 
-  /// Caret position in characters, a line ending of CR LF counting as two.
+  /// Caret position in characters; CR LF counts as two.
   std::size_t caret() const { return caret_; }
-  /// Puts the caret there, or at the end of a shorter text.
+  /// Moves the caret, at most to the end of the text.
   void setCaret(std::size_t position);
 
   bool enabled() const { return enabled_; }
   void setEnabled(bool enabled) { assign(enabled_, enabled, notifyView); }
 
-  /// Takes the input focus. Throws Failure where the field is not on screen or takes no focus.
+  /// Takes the input focus. Throws Failure if the field is not on screen or can't have the focus.
   void setFocus() const { run(takeFocus); }
-  /// Selects the whole text on screen, so that what is typed next takes its place.
+  /// Selects the text on screen, so that typing replaces it.
   void selectText() const { run(selectAll); }
 
   void click() const { run(onClick); }
   void gotFocus() const { run(onGotFocus); }
   void lostFocus() const { run(onLostFocus); }
-  /// A key went down, before the field itself has seen it.
+  /// A key went down. Runs before the field handles the key.
   void keyDown(std::int16_t code) const { run(onKeyDown, code); }
 
   Handler onChange;
@@ -67,11 +67,11 @@ class TextField {
   Handler onGotFocus;
   Handler onLostFocus;
   std::function<void(std::int16_t)> onKeyDown;
-  /// The view: runs after each change of what the field shows.
+  /// Set by the view; runs after each change that shows.
   Handler notifyView;
-  /// The view's way to the input focus; throws Failure if it can't be had.
+  /// Set by the view. Throws Failure if the field can't have the focus.
   Handler takeFocus;
-  /// The view's way to a selection, which the model does not hold.
+  /// Set by the view, as the model has no selection.
   Handler selectAll;
 
  private:
@@ -87,7 +87,7 @@ class CheckBox {
   bool ticked() const { return value_ == 1; }
   /// Assigns 0 or 1 and runs `onClick` if that changes it.
   void setValue(std::int16_t value);
-  /// Clears the box without a word to `onClick`: for a tick that its own handler can't follow.
+  /// Clears the box without `onClick`: for a handler that can't accept the tick.
   void takeBack() { assign(value_, std::int16_t{0}, notifyView); }
 
   Handler onClick;
@@ -102,9 +102,9 @@ class OptionButton {
  public:
   bool selected() const { return selected_; }
   /// Selects this button, releases the others of its group and runs `onClick`. Does nothing if it
-  /// is selected already.
+  /// is already selected.
   void select();
-  /// Makes `buttons` exclude each other. They stay where they are for as long as any of them lives.
+  /// Makes `buttons` exclude each other. They must not move in memory.
   static void group(const std::vector<OptionButton*>& buttons);
 
   Handler onClick;
@@ -115,7 +115,6 @@ class OptionButton {
   std::vector<OptionButton*> others_;
 };
 
-/// A button that the engineer presses.
 class CommandButton {
  public:
   bool enabled() const { return enabled_; }
@@ -132,7 +131,7 @@ class CommandButton {
   bool enabled_ = true;
 };
 
-/// A border with a caption. Disabled, it disables what lies in it.
+/// A border with a caption. A disabled frame disables its controls.
 class Frame {
  public:
   static constexpr std::int16_t leftButton = 1;
@@ -149,7 +148,7 @@ class Frame {
   bool enabled_ = true;
 };
 
-/// A text beside a field.
+/// A text next to a field.
 class Label {
  public:
   const std::string& caption() const { return caption_; }
@@ -175,13 +174,13 @@ class ListBox {
   void add(std::string line);
   /// Replaces a line; the selection stays. Throws Failure if there is no such line.
   void replace(std::int32_t index, std::string_view line);
-  /// Takes a line out; if it was the selected one, none is selected. Throws Failure if there is no
-  /// such line.
+  /// Removes a line. If it was selected, no line is selected. Throws Failure if there is no such
+  /// line.
   void remove(std::int32_t index);
   void clear();
 
   std::int32_t selectedIndex() const { return selected_; }
-  /// Selects a line and runs `onClick`, also if it is selected already. Throws Failure if there is
+  /// Selects a line and runs `onClick`, even if it is already selected. Throws Failure if there is
   /// no such line.
   void select(std::int32_t index);
   void doubleClick() const { run(onDblClick); }
@@ -195,20 +194,19 @@ class ListBox {
   std::int32_t selected_ = none;
 };
 
-/// A list that shows its selected entry and takes no typed text.
+/// A list that shows its selected entry and accepts no typed text.
 class DropDownList {
  public:
   const std::vector<std::string>& entries() const { return entries_; }
   void add(std::string_view entry);
 
   std::int32_t selectedIndex() const { return selected_; }
-  /// The selected entry, empty as long as there is none.
+  /// The selected entry; empty if there is none.
   std::string text() const;
-  /// Selects an entry and runs `onClick`, also if it is selected already. Throws Failure if there
+  /// Selects an entry and runs `onClick`, even if it is already selected. Throws Failure if there
   /// is no such entry.
   void select(std::int32_t index);
-  /// Selects the entry of this text. Throws Failure if the list does not hold it; the selection
-  /// then stays.
+  /// Selects the entry with this text. Throws Failure and keeps the selection if there is none.
   void setText(std::string_view text);
 
   bool enabled() const { return enabled_; }
@@ -230,15 +228,14 @@ class MenuEntry {
   Handler onClick;
 };
 
-/// A menu that can open at the pointer.
 class Menu {
  public:
-  /// Opens the menu at the pointer, where a view is there to show it.
+  /// Opens the menu at the pointer, if there is a view.
   void popUp() const { run(open); }
   Handler open;
 };
 
-/// A window of the program, which is told from the others by where it lives.
+/// A window of the program, identified by its address.
 class Window {
  public:
   Window() = default;
@@ -248,17 +245,17 @@ class Window {
 
   bool loaded() const { return loaded_; }
   bool visible() const { return visible_; }
-  /// Loads the window if it is not, which runs `onLoad`, and puts it on screen, in front.
+  /// Loads the window if necessary and shows it in front.
   void show();
-  /// Loads the window without showing it. Does nothing if it is loaded.
+  /// Runs `onLoad` without showing the window. Does nothing if it is already loaded.
   void load();
-  /// Takes the window off the screen and out of the program.
+  /// Hides the window and unloads it.
   void unload();
 
   std::string title;
   Handler onLoad;
   Handler notifyView;
-  /// The view brings the window on screen and to the front.
+  /// Set by the view: brings the window to the front.
   Handler raise;
 
  private:
@@ -269,12 +266,12 @@ class Window {
 enum class Buttons { ok, okCancel, yesNo };
 enum class Answer { ok, cancel, yes, no };
 
-/// A question or a statement that stops the engineer until it is answered.
+/// A modal question or statement.
 struct Message {
   std::string text{};
   Buttons buttons = Buttons::ok;
-  std::string title{};        ///< empty: the program's own name
-  Answer enter = Answer::ok;  ///< what the Enter key answers
+  std::string title{};        ///< empty: the name of the program
+  Answer enter = Answer::ok;  ///< the answer of the Enter key
 };
 
 /// Shows a message and returns the answer.

@@ -57,7 +57,7 @@ constexpr std::array<std::string_view, 48> codeNames = {
     "NAME32DBLDBL", "NAME64DBLDBL", "NULL",         "XML",           // 556
 };
 
-// Has a code, but is not read back.
+// Has a code, but the name is not read.
 constexpr std::string_view printedOnly = "LNGDBL";
 
 struct ReadName {
@@ -65,7 +65,7 @@ struct ReadName {
   std::uint8_t code;
 };
 
-// Names that are read besides the code names.
+// Names that are read in addition to the code names.
 constexpr std::array<ReadName, 11> furtherNames = {{
     {"INTEGER", 1},
     {"SINGLE", 5},
@@ -80,7 +80,7 @@ constexpr std::array<ReadName, 11> furtherNames = {{
     {"UNAME", 46},
 }};
 
-/// Code name of a code in its full form (from 512) or its short form (from 0).
+/// Name of a full code (from 512) or a short code (from 0).
 std::string_view formatToString(std::int16_t code) {
   const int index = code < codeBase ? code : code - codeBase;
   if (index < 0 || index >= static_cast<int>(codeNames.size())) return nullFormat;

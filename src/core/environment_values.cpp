@@ -6,7 +6,7 @@ namespace {
 
 std::string notUsedMessage(const Environment& environment, const std::string& name) {
   if (!environment.isUnusable(name)) return {};
-  return name + " is not used: its name has characters that this system's code page (" +
+  return name + " is not used: its value has characters that this system's code page (" +
          environment.codePageName() + ") lacks. ";
 }
 
@@ -22,8 +22,8 @@ NamedFolder homeDrive(const Environment& environment) {
   drive.text = environment.homeFolder();
   drive.notUsed += notUsedMessage(environment, "HOME");
   if (drive.text.empty()) {
-    drive.notUsed += "No home directory is left that " + environment.codePageName() +
-                     " can name: type the project's into Project Directory. ";
+    drive.notUsed += "No home directory can be named in " + environment.codePageName() +
+                     ". Type the project directory into Project Directory. ";
   }
   return drive;
 }

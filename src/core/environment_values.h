@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The folders that the environment names: where projects lie and where the repository is.
+// The folders that the environment names: the home of the projects, and the repository.
 #pragma once
 
 #include <string>
@@ -8,17 +8,17 @@
 
 namespace kova {
 
-/// A folder and which values of the environment were passed over on the way to it.
+/// A folder, and the unusable environment values that were skipped to find it.
 struct NamedFolder {
   std::string text;     ///< empty if there is none
-  std::string notUsed;  ///< in messages, each with a blank behind it
+  std::string notUsed;  ///< messages, each with a trailing space
 };
 
-/// Where projects lie: HOMEDRIVE, else the engineer's home.
+/// The directory that contains the projects: HOMEDRIVE, else the engineer's home directory.
 NamedFolder homeDrive(const Environment& environment);
 
-/// FEC_HOME, else FECDB. An unusable FEC_HOME names none: the tables would go where the engineer
-/// did not send them.
+/// FEC_HOME, else FECDB. If FEC_HOME is set but unusable there is no repository: FECDB is not where
+/// the engineer wanted the tables.
 NamedFolder repositoryRoot(const Environment& environment);
 
 }  // namespace kova

@@ -6,7 +6,7 @@
 namespace kova {
 namespace {
 
-// What the tool tip of a field and that of its label say.
+// Tool tips that a field shares with its label.
 constexpr std::string_view archiveRateTip =
     "Data will be committed to disk not more frequently than this interval";
 constexpr std::string_view pollRateTip =
@@ -33,14 +33,14 @@ constexpr std::string_view almHiWarnTip = "Threshold for warn too high alarm";
 constexpr std::string_view almLoWarnTip = "Threshold for warn too Low alarm";
 
 // Pointer, name, kind, container, caption or text with its access key, tab index, {left, top,
-// width, height}, tool tip, enabled at start, ticked or selected at start, spoken name, hint while
-// empty.
+// width, height}, tool tip, enabled at start, ticked or selected at start, accessible name, hint
+// while empty.
 //
-// Alt and G open the menu. There are more labels than letters: those that come first in the
-// engineer's work have one, the Tab key reaches all.
+// Alt+G opens the menu. There are more labels than letters: those used first have an access key.
+// The Tab key reaches all fields.
 using enum ControlKind;
 
-// Laid out by hand: the formatter gives each value of a long row a line of its own.
+// Laid out by hand: the formatter would put each value of a long row on a line of its own.
 // clang-format off
 constexpr auto design = std::to_array<DesignRow<Form1>>({
     {&Form1::Frame1, {"Frame1", frame, "", "Property Information", 0, {90, 1050, 7935, 3405}}},
@@ -184,7 +184,7 @@ constexpr auto design = std::to_array<DesignRow<Form1>>({
     {&Form1::Label30, {"Label30", label, "AlarmWatchPanel", "mask", 86, {2790, 2340, 435, 255}}},
     {&Form1::deviceNamesInputText, {"deviceNamesInputText", multiLineTextBox, "DevicePanel",
         "Device 0", 77, {90, 630, 3675, 2505},
-        "", true, 0, "Device names", "One device name a line"}},
+        "", true, 0, "Device names", "One device name per line"}},
     {&Form1::deviceNumberInputText, {"deviceNumberInputText", textBox, "DevicePanel", "0", 78,
         {3180, 210, 465, 345}}},
     {&Form1::Label28, {"Label28", label, "DevicePanel", "selected", 79, {2490, 270, 645, 225}}},

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The main window: every control by its name, and the design table that draws them.
+// The main window: its controls by name, and their design table.
 #pragma once
 
 #include <string_view>
@@ -9,7 +9,7 @@
 
 namespace kova {
 
-/// The window in which everything happens. The names are those of the design table.
+/// The names are those of the design table.
 struct Form1 {
   Form1();
 
@@ -34,12 +34,12 @@ struct Form1 {
   MenuEntry srvGuide, prpGuide;
 };
 
-/// Captions of the menu; "&" marks the access key.
+/// Captions of the menu. "&" precedes the access key.
 inline constexpr std::string_view guideCaption = "&Guidance";
 inline constexpr std::string_view srvGuideCaption = "&Device Server Guidance";
 inline constexpr std::string_view prpGuideCaption = "&Property Guidance";
 
-/// All controls with their design values, by container, each group in the order of the keyboard.
+/// All controls with their design values, by container, in tab order within each.
 std::vector<DesignedControl> designedControls(Form1& form);
 
 }  // namespace kova

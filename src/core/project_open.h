@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Entering a project directory: its tables are dropped from memory, backed up and read.
+// Opening a project directory: drop the tables in memory, back up the files, read the tables.
 #pragma once
 
 #include <string>
@@ -9,18 +9,18 @@
 
 namespace kova {
 
-/// Text of the project directory itself, "/" included; empty if none is given.
+/// Path of the project directory as text, also for "/"; empty if none is given.
 const std::string& projectDirectory(const Wizard& wizard);
 
-/// Drops all rows. If the directory in the field holds an export table, backs its files up and
-/// reads its tables. Whatever fails ends it silently but for the status line. While a project is
-/// being entered, its rows lead only to directories that lie directly in the home drive.
+/// Drops all rows. If the directory in the field has an export table, backs up its files and reads
+/// its tables. Failures are reported on the status line only. While a project is being opened, its
+/// rows may only open directories directly in the home drive.
 void ProjectDir_Change(Wizard& wizard);
 
 void ProjectDir_Click(Wizard& wizard);
 
-/// Appends the rows of an export table to the table and the list, and selects the last of them.
-/// Shows nothing: the result tells where it stopped.
+/// Appends the rows of the export table to the table and the list, and selects the last one. The
+/// result reports where the reading stopped.
 ReadResult getExistingProject(Wizard& wizard);
 
 }  // namespace kova

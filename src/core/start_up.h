@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// How the wizard comes up.
+// The start of the wizard.
 #pragma once
 
 #include "core/wizard.h"
 
 namespace kova {
 
-/// Runs once, with all handlers attached: lists, home directory, defaults.
+/// Runs once, with all handlers connected: lists, home directory, defaults.
 void Form_Load(Wizard& wizard);
 
 }  // namespace kova

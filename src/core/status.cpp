@@ -34,30 +34,28 @@ std::string droppedMessage(const Dropped& dropped) {
   }
   if (!text.empty()) text += " dropped by the change of directory. ";
   if (dropped.preparedList.empty()) return text;
-  return text + "The device list prepared for " + dropped.preparedList +
-         " went with the directory. ";
+  return text + "Device list prepared for " + dropped.preparedList +
+         " dropped by the change of directory. ";
 }
 
-/// Names of devices that there are not; "Done would write" them away.
 std::string skippedMessage(std::string_view read, std::string_view written, std::size_t names) {
   if (names == 0) return {};
   return " " + counted(names, "line") + " of " + std::string(read) +
-         " beyond the number of devices skipped: Done writes " + std::string(written) +
-         " without " + (names == 1 ? "it." : "them.");
+         " skipped: device number out of range. Done writes " + std::string(written) + " without " +
+         (names == 1 ? "it." : "them.");
 }
 
 std::string linesBeyondMessage(std::size_t lines) {
   if (lines == 0) return {};
-  return " " + counted(lines, "line") +
-         " of the device box beyond the number of devices not taken.";
+  return " " + counted(lines, "line") + " of the device box ignored: more lines than devices.";
 }
 
 std::string notesMessage(const CommitNotes& notes) {
   std::string text;
   if (notes.firstHistoryStays) {
-    text += " Its history row keeps its first settings; those of the form are not taken.";
+    text += " Its history row keeps its earlier settings; those in the form are ignored.";
   }
-  if (notes.furtherAlarmRow) text += " It has a further alarm watch row; the former ones stay.";
+  if (notes.furtherAlarmRow) text += " It now has another alarm watch row; the earlier ones stay.";
   return text + linesBeyondMessage(notes.linesBeyond);
 }
 
@@ -75,13 +73,13 @@ std::string readMessage(const WizardState& state, const ProjectRead& project) {
          (project.backupsDeleted > 0 ? ", " + deletedPart(project.backupsDeleted) : "") + ".";
 }
 
-/// Where the rows have led, if that was too far.
+/// Which project the last row of another one leads to, if it was not opened.
 std::string refusedMessage(const WizardState& state) {
   if (!state.refusedOpening) return {};
   const auto& [exportName, directory, tooDeep] = *state.refusedOpening;
   return " Project " + exportName + " not read: " +
-         (tooDeep ? "too many projects lead to one another by the export names of their last rows"
-                  : "this export name of the last row is no plain name of a directory in " +
+         (tooDeep ? "too many projects lead to each other through their last rows"
+                  : "the last row belongs to " + exportName + ", which is not a directory in " +
                         state.homeDrive) +
          ". Click into Project Directory and type " + directory + ".";
 }
@@ -92,11 +90,11 @@ std::string backupErrorMessage(const FileSystem& files, const BackupFailure& fai
     return "old backup " + why + "Delete the file or ask its owner to.";
   }
   return "backup of " + why +
-         "Move the file away, or see that it is readable and that the directory is writable and "
-         "has room.";
+         "Move the file away, or make sure that it is readable and that the directory is writable "
+         "and has free space.";
 }
 
-/// Where and why a reader did not come to the end of a file; empty if it did or found no file.
+/// Where and why a reader stopped before the end of a file; empty if it did not or found no file.
 std::string stopMessage(const FileSystem& files, const FileRead& file) {
   const auto& stop = file.result.stop;
   const std::string name(file.name);
@@ -118,11 +116,11 @@ std::string doneMessages(const Wizard& wizard) {
     text = ' ' + state.onDisk.repositoryNotUsed + "The tables are not copied.";
   }
   if (state.onDisk.notWaitedFor) {
-    text += " Another wizard is finishing this project as well; it was waited for in vain.";
+    text += " Another wizard is saving this project. Gave up waiting after 3 seconds.";
   }
   for (const ExternalChange& change : state.onDisk.externalChanges) {
-    text += " What somebody else has written to " + files.text(change.file) + " since is kept as " +
-            files.text(change.backup) + ".";
+    text += " " + files.text(change.file) + " was changed by someone else; that version was saved" +
+            " as " + files.text(change.backup) + ".";
   }
   return text;
 }
@@ -208,7 +206,7 @@ void reportNamesSkipped(Wizard& wizard, const std::string& file, std::size_t nam
 }
 
 void reportNoList(Wizard& wizard, const std::string& why) {
-  report(wizard, "No device list: " + why + ". The tick is taken back.");
+  report(wizard, "Device List cleared: " + why + ".");
 }
 
 void reportThresholdsCleared(Wizard& wizard) {
@@ -220,12 +218,12 @@ void reportMaskCleared(Wizard& wizard) {
 }
 
 void reportGuidedDevices(Wizard& wizard, const std::string& former, const std::string& now) {
-  report(wizard, wizard.statusLine.message + " Guidance has set the number of devices from " +
+  report(wizard, wizard.statusLine.message + " Guidance changed the number of devices from " +
                      former + " to " + now + ".");
 }
 
 void refreshStatus(Wizard& wizard) {
-  // A project that is being read tells of itself at its end.
+  // Opening a project reports once, when it is complete.
   if (!wizard.state.directoriesBeingOpened.empty()) return;
   if (wizard.statusLine.notifyView) wizard.statusLine.notifyView();
 }

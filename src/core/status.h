@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The status line: what just happened and what is not yet on disk. All its messages are here.
+// The status line: the last event and what is not yet on disk.
 #pragma once
 
 #include <cstddef>
@@ -10,22 +10,22 @@
 
 namespace kova {
 
-/// A file of the project and how far its reader came.
+/// A file of the project and the result of its reader.
 struct FileRead {
   std::string_view name;
   ReadResult result;
-  /// Where it should be. Without one it is not worth a word that the file can't be opened.
+  /// If empty, a file that can't be opened is not reported.
   Path path{};
 };
 
-/// What a change of directory has taken away.
+/// What a change of directory has dropped.
 struct Dropped {
-  bool hadRows = false;  ///< there were rows, be they on disk or not
+  bool hadRows = false;  ///< there were rows, on disk or not
   Unwritten unwritten{};
-  std::string preparedList{};  ///< property whose device list waited for its commit
+  std::string preparedList{};  ///< property whose device list was not yet committed
 };
 
-/// What entering a project has brought.
+/// The result of opening a project.
 struct ProjectRead {
   Dropped dropped;
   std::size_t backups = 0;
@@ -34,65 +34,65 @@ struct ProjectRead {
   FileRead history;
   FileRead alarms;
   FileRead devices;
-  /// Device names lie in the file that is written, and the one that is read is missing.
+  /// The file of device names that is written exists, and the one that is read does not.
   bool writtenNamesNotRead = false;
 };
 
-/// What a commit has left as it was although the form says otherwise, or has lost.
+/// Where a commit did not take what the form shows.
 struct CommitNotes {
-  bool firstHistoryStays = false;  ///< its history row has other settings than the form
-  bool furtherAlarmRow = false;    ///< it had an alarm watch row already
+  bool firstHistoryStays = false;  ///< its history row keeps other settings than the form
+  bool furtherAlarmRow = false;    ///< it already had an alarm watch row
   std::size_t linesBeyond = 0;     ///< lines of the device box without a device
 };
 
-/// What just happened, and behind it what of the project is not yet on disk at this moment.
+/// The last event, then what of the project is not yet on disk now.
 std::string statusText(const Wizard& wizard);
 
-/// "2 properties, 1 removal"; empty if there is nothing.
+/// "2 properties, 1 removal"; empty without any.
 std::string listed(const Unwritten& rows);
 
-/// What a change of directory would drop at this moment; empty if nothing is unwritten.
+/// What a change of directory would drop now; empty if nothing is unwritten.
 std::string dropWarning(const WizardState& state);
 
-/// Ahead of what entering the home has brought, values of the environment that are not used.
+/// Environment values that are not used, before the message on the home directory.
 void reportStart(Wizard& wizard, const std::string& notUsed);
-/// The former directory is left. Leaves the line as it is if nothing was there.
+/// The directory has changed. Keeps the message if there was nothing to drop.
 void reportDropped(Wizard& wizard, const Dropped& dropped);
 void reportProjectRead(Wizard& wizard, const ProjectRead& project);
 void reportProjectNotRead(Wizard& wizard, std::string_view reason);
-/// A file in the directory kept the project from being read.
+/// The project was not read because of a file that could not be backed up or deleted.
 void reportNotBackedUp(Wizard& wizard, const BackupFailure& failure);
 void reportCommit(Wizard& wizard, const std::string& property, bool isNew,
                   const CommitNotes& notes);
 void reportProcessCommit(Wizard& wizard, const std::string& property);
-/// `inForm`: the form still holds the whole of it.
+/// `inForm`: the form still shows the complete property.
 void reportRemoval(Wizard& wizard, const std::string& property, bool inForm);
-/// Remove without a selected line.
+/// Remove was pressed without a selected line.
 void reportNothingRemoved(Wizard& wizard);
-/// A new number of devices has cut names off.
+/// A lower number of devices has dropped names.
 void reportNamesDropped(Wizard& wizard, std::size_t names, std::int16_t devices);
-/// Lines of the device box have no device. Leaves the line as it is if there are none.
+/// Lines of the device box without a device. Keeps the message if there are none.
 void reportLinesBeyond(Wizard& wizard, std::size_t lines);
-/// The reader of a property's device names has passed over some.
+/// The reader of a property's device names has skipped some.
 void reportNamesSkipped(Wizard& wizard, const std::string& file, std::size_t names);
-/// No device list could be made, and the tick is taken back.
+/// No device list could be made, so the box was cleared.
 void reportNoList(Wizard& wizard, const std::string& why);
-/// The focus on a field of one kind of alarm has set the fields of the other kind to 0.
+/// The focus entered a field of one kind of alarm, which set the fields of the other kind to 0.
 void reportThresholdsCleared(Wizard& wizard);
 void reportMaskCleared(Wizard& wizard);
-/// The guided dialog has changed the number of devices. What was said ahead of it stays.
+/// The guided dialog has changed the number of devices. Appends to the message.
 void reportGuidedDevices(Wizard& wizard, const std::string& former, const std::string& now);
-/// What is not yet on disk has changed without a message of its own.
+/// The unwritten rows have changed without a message.
 void refreshStatus(Wizard& wizard);
-/// All tables are on disk; what there was to say of them stays.
+/// All tables are on disk.
 void reportAllWritten(Wizard& wizard);
-/// Done copies nothing, since what names the repository is not used.
+/// Done copies nothing because the path of the repository is unusable.
 void reportRepositoryNotUsed(Wizard& wizard);
-/// Tables that somebody else has written, as far as Done has come.
+/// Tables changed by someone else, as far as Done has come.
 void reportExternalChanges(Wizard& wizard);
-/// Ahead of what entering the project anew has brought.
+/// Precedes the message on reloading the project.
 void reportRestored(Wizard& wizard, std::size_t files);
-/// Done has ended ahead of its time.
+/// Done has failed before its end.
 void reportNotFinished(Wizard& wizard);
 
 }  // namespace kova

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The wizard as its handlers see it.
+// What the handlers work on.
 #pragma once
 
 #include <cstddef>
@@ -14,14 +14,13 @@
 
 namespace kova {
 
-/// The line under the form. Its text is statusText.
+/// The line below the form. It shows `statusText`.
 struct StatusLine {
-  std::string message;  ///< what just happened
-  /// The view: runs after each message.
+  std::string message;  ///< the last event
+  /// Set by the view; runs after each message.
   Handler notifyView;
 };
 
-/// All that a handler works on.
 struct Wizard {
   Wizard(const Platform& machine, MessageBox show);
 
@@ -31,30 +30,30 @@ struct Wizard {
   MessageBox messageBox;
 
   StatusLine statusLine;
-  /// Told how many files a long act has done so far; empty where nobody watches.
+  /// Gets the number of files that a long operation has done; may be empty.
   std::function<void(std::size_t)> progress;
 
-  /// All windows of the program in the order in which they are loaded.
+  /// All windows of the program in the order of loading.
   std::vector<Window*> windows;
-  /// Lets waiting events have their turn, and ends the process once the running handler is through.
+  /// Processes pending events.
   Handler giveEventsTheirTurn;
-  Handler endProcess;
+  Handler endProcess;  ///< when the running handler has returned
 };
 
-/// Message of a commit for which the export table has no room.
+/// Message of a commit that the export table has no room for.
 inline constexpr const char* tableFullMessage = "The property table is full";
 
-/// Shows a statement with an OK button and no title of its own.
+/// Shows a message with an OK button and the default title.
 void tell(const Wizard& wizard, const std::string& text);
 
-/// The first 6 characters of the text of LocalName: as much of it as counts.
+/// The first 6 characters of LocalName, which are all that count.
 std::string significantLocalName(const Wizard& wizard);
 
 /// A row of the export table. Throws Failure beyond the last index. Valid until the next assignment
 /// to a control.
 PropertyRecord& exportRow(Wizard& wizard, std::int32_t index);
 
-/// findPropertyIndex of the wizard's table, under the export name in the form.
+/// `findPropertyIndex` in the wizard's table, with the export name in the form.
 std::int16_t findPropertyIndex(const Wizard& wizard, const std::string& prpName);
 
 }  // namespace kova

@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* lineEnd = "\r\n";
 
-/// Size and format of one direction, or "none". `arrayType` is the text of an array type, if any.
+/// Size and format of one direction, or "none". `arrayType` is the text of the array type, if any.
 std::string dataText(const Wizard& wizard, const TextField& size, const DropDownList& format,
                      const std::string& arrayType) {
   if (textValue(size.text()) == 0 || format.text() == "NULL") return "none";
@@ -31,7 +31,7 @@ std::string yesOrNo(const CheckBox& box) {
   return box.ticked() ? "Yes" : "No";
 }
 
-/// The whole property in the form.
+/// The property in the form, as the confirmation shows it.
 std::string confirmationText(const Wizard& wizard) {
   const Form1& form = wizard.form;
   std::string text =
@@ -82,7 +82,7 @@ void RemoveProperty_Click(Wizard& wizard) {
   const auto rows = state.project.exportTable.begin();
   std::move(rows + selected + 1, rows + state.project.exportCount, rows + selected);
   --state.project.exportCount;
-  // The row that is free now, and behind it a device list that waited for a commit.
+  // The freed row, and the pending row after it, which may hold a device list.
   const auto freed = rows + state.project.exportCount;
   std::fill_n(freed, std::min<std::ptrdiff_t>(2, state.project.exportTable.end() - freed),
               PropertyRecord{});

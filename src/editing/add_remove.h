@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The buttons beside the property list.
+// The buttons next to the property list.
 #pragma once
 
 #include "core/wizard.h"

@@ -10,7 +10,7 @@
 namespace kova {
 namespace {
 
-/// False if all of them were 0 already.
+/// False if all fields were already 0.
 template <std::size_t count>
 bool clear(const std::array<TextField*, count>& fields) {
   const bool changes = std::any_of(fields.begin(), fields.end(),

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The alarm watch panel beside the property form. A value is watched against thresholds or through
-// a mask: the focus entering a field of one way clears the other.
+// The alarm watch panel next to the property form. A value is watched either against thresholds or
+// through a mask: when the focus enters a field of one kind, the fields of the other are cleared.
 #pragma once
 
 #include <string>
@@ -18,8 +18,8 @@ void almLoWarnText_GotFocus(Wizard& wizard);
 void almMaskText_GotFocus(Wizard& wizard);
 void almNormalText_GotFocus(Wizard& wizard);
 
-/// Shows the settings of the first alarm watch row of this property under this local name; without
-/// one the panel stays.
+/// Shows the settings of the first alarm watch row of this property with this local name. Without
+/// one the panel stays unchanged.
 void fillInAlarmSelections(Wizard& wizard, const std::string& lclName, const std::string& prpName);
 
 }  // namespace kova

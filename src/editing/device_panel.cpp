@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
 
-/// The first `count` names as they are shown, each with its line ending.
+/// The first `count` names as shown, each with a line ending.
 std::string displayText(const DeviceNames& devNames, std::size_t count) {
   std::string text;
   for (std::size_t k = 0; k < count; ++k) text.append(displayName(devNames, k)).append(lineEnd);
@@ -29,17 +29,17 @@ void showServerList(Wizard& wizard) {
   showList(wizard, displayText(names, names.size()));
 }
 
-/// A size that can't make a list.
+/// The data size can't be the length of a list.
 class NoListSize : public Failure {
  public:
   using Failure::Failure;
 };
 
-/// Number of devices of a new list. Throws NoListSize if it can't size one.
+/// Number of devices of a new list. Throws NoListSize.
 std::size_t newListSize(const Wizard& wizard) {
   try {
     const std::int16_t size = toInt16(textValue(wizard.form.OutputDataSize.text()));
-    if (size < 0) throw Failure("the size is negative");
+    if (size < 0) throw Failure("the data size must not be negative");
     return static_cast<std::size_t>(size);
   } catch (const Failure& failure) {
     throw NoListSize(failure.what());
@@ -59,15 +59,15 @@ void showPropertyList(Wizard& wizard, std::int16_t index) {
   showList(wizard, text);
 }
 
-/// Devices from number `first` on that have a name.
-std::size_t namesBehind(const DeviceNames& names, std::size_t first) {
+/// Number of devices from `first` on that have a name.
+std::size_t namesFrom(const DeviceNames& names, std::size_t first) {
   const auto start = names.begin() + static_cast<std::ptrdiff_t>(std::min(first, names.size()));
   return static_cast<std::size_t>(
       std::count_if(start, names.end(), [](const std::string& name) { return !name.empty(); }));
 }
 
 void leavePropertyList(Wizard& wizard, std::int16_t index) {
-  // A full table has no free slot in which a list could wait.
+  // A full table has no pending row.
   if (index < tableRows) exportRow(wizard, index).hasDeviceList = false;
   wizard.form.ServerOption.select();
   showServerList(wizard);
@@ -83,10 +83,10 @@ void fillinDeviceNames(Wizard& wizard, const DeviceNames& devNames) {
 
 std::int16_t findLineFromMultilineText(std::string_view textStr, std::size_t textLen) {
   toInt16(static_cast<double>(textLen));
-  const std::string_view ahead = textStr.substr(0, textLen);
+  const std::string_view before = textStr.substr(0, textLen);
   std::int16_t line = 0;
-  for (auto end = ahead.find(lineEnd); end != std::string_view::npos;
-       end = ahead.find(lineEnd, end + lineEnd.size())) {
+  for (auto end = before.find(lineEnd); end != std::string_view::npos;
+       end = before.find(lineEnd, end + lineEnd.size())) {
     ++line;
   }
   return line;
@@ -128,7 +128,7 @@ void DeviceListCheck_Click(Wizard& wizard) {
     wizard.form.DeviceListCheck.takeBack();
     reportNoList(wizard, failure.what());
   } catch (const Failure&) {
-    return;  // a table without room for a list changes nothing
+    return;  // a full table has no pending row
   }
   refreshStatus(wizard);
 }
@@ -144,7 +144,7 @@ void deviceNamesInputText_Click(Wizard& wizard) {
                                                         form.deviceNamesInputText.caret());
     form.deviceNumberInputText.setText(signedNumberText(std::int32_t{line}));
   } catch (const Failure&) {
-    return;  // a caret beyond the range of line numbers selects nothing
+    return;  // the caret is beyond the range of line numbers
   }
   if (form.ServerOption.selected()) wizard.state.project.deviceNamesDefined = true;
 }
@@ -169,11 +169,11 @@ void NumDevices_Change(Wizard& wizard) {
   try {
     devices = toInt16(textValue(wizard.form.NumDevices.text()));
   } catch (const Failure&) {
-    return;  // too many to count: the arrays stay
+    return;  // out of range: the arrays stay
   }
   if (devices < 1) return;
   const std::size_t dropped =
-      namesBehind(state.project.deviceNames, static_cast<std::size_t>(devices));
+      namesFrom(state.project.deviceNames, static_cast<std::size_t>(devices));
   state.project.deviceNames.resize(static_cast<std::size_t>(devices));
   const std::string number = std::to_string(devices);
   std::for_each(state.project.exportTable.begin(),

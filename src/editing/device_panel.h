@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The device panel: one list of device names at a time, a line a device, and the number of the
-// selected line.
+// The device panel: a list of device names, one line per device, and the number of the selected
+// line.
 #pragma once
 
 #include <cstdint>
@@ -11,17 +11,17 @@
 
 namespace kova {
 
-/// Shows the names as they are, empty ones as empty lines.
+/// Shows the names unchanged; empty names are empty lines.
 void fillinDeviceNames(Wizard& wizard, const DeviceNames& devNames);
 
-/// Line (from 0) at a caret position. Throws Failure if the position is no 16-bit number.
+/// Line (from 0) at a caret position. Throws Failure if the position does not fit 16 bits.
 std::int16_t findLineFromMultilineText(std::string_view textStr, std::size_t textLen);
 
-/// Caret position at the start of a line, up to two beyond the text for a line that is not there.
-/// Throws Failure if it is no 16-bit number.
+/// Caret position at the start of a line; two beyond the text if there is no such line. Throws
+/// Failure if it does not fit 16 bits.
 std::int16_t findSelStartAtLine(std::string_view textStr, std::int16_t textline);
 
-/// Takes the box into the server's device names while it shows the server's list.
+/// Stores the box in the server's device names if it shows the server's list.
 void storeServerDeviceNames(Wizard& wizard);
 
 void DeviceListCheck_Click(Wizard& wizard);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The history panel beside the property form.
+// The history panel next to the property form.
 #pragma once
 
 #include <string>
@@ -10,7 +10,8 @@ namespace kova {
 
 void HistoryCheck_Click(Wizard& wizard);
 
-/// Shows the settings of the first history row of this property; without one the panel stays.
+/// Shows the settings of the first history row of this property. Without one the panel stays
+/// unchanged.
 void fillInHistorySelections(Wizard& wizard, const std::string& expName,
                              const std::string& prpName);
 

@@ -10,7 +10,7 @@
 namespace kova {
 namespace {
 
-/// The list that the box stands for, null if its text goes nowhere.
+/// The list that the box edits; null if its text is not used.
 const DeviceNames* listInBox(const Wizard& wizard) {
   const Form1& form = wizard.form;
   if (form.ServerOption.selected()) return &wizard.state.project.deviceNames;
@@ -31,7 +31,7 @@ std::size_t lastName(std::string_view box) {
   return last;
 }
 
-/// The names as they would be read from their file.
+/// The names as they would be read back from their file.
 DeviceNames readBack(DeviceNames names) {
   std::string file;
   WriteDevicesFile([&](const Path&, std::string_view content) { file = content; }, {}, names);
@@ -60,7 +60,7 @@ std::string nameListWarning(const Wizard& wizard) {
   if (list == nullptr || list->empty()) return {};
   if (lastName(wizard.form.deviceNamesInputText.text()) > list->size()) {
     return "The list has room for " + counted(list->size(), "name") +
-           ": the lines behind are dropped.";
+           ": further lines are dropped.";
   }
   return cutNames(wizard, *list);
 }

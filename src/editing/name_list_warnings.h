@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What of the box of device names would be lost.
+// Warnings about device names that would be lost.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace kova {
 
-/// One message on the names that stand in the box, empty if all of them come through.
+/// One warning about the names in the box; empty if all of them survive.
 std::string nameListWarning(const Wizard& wizard);
 
 }  // namespace kova

@@ -17,7 +17,7 @@ void NumStepsText_Change(Wizard& wizard) {
   Form1& form = wizard.form;
   if (form.ProcessCheck.ticked() && textValue(form.NumStepsText.text()) < 1) {
     form.NumStepsText.setText("1");
-    // The engineer who has cleared the field goes on typing.
+    // The engineer has cleared the field and is still typing.
     form.NumStepsText.selectText();
   }
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A process property: one name and a number of steps become five rows.
+// Process properties: one name and a number of steps become five rows.
 #pragma once
 
 #include "core/wizard.h"

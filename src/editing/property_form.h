@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What keeps the property form consistent while it is filled in.
+// Keeps the property form consistent while it is filled in.
 #pragma once
 
 #include "core/wizard.h"
@@ -10,7 +10,7 @@ void PropertyName_Change(Wizard& wizard);
 void PropertyName_Click(Wizard& wizard);
 void InputDataFormat_Click(Wizard& wizard);
 void OutputDataSize_Change(Wizard& wizard);
-/// The label of the maximum leads into its field.
+/// A click on the label of the maximum puts the focus into its field.
 void Label9_Click(Wizard& wizard);
 
 }  // namespace kova

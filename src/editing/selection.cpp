@@ -14,8 +14,8 @@
 namespace kova {
 namespace {
 
-/// Fills the form step by step. A step looks its row up anew, since an assignment ahead of it may
-/// have entered another project.
+/// Fills the form step by step. Each step looks up its row again, since an assignment may have
+/// opened another project.
 class Filling {
  public:
   explicit Filling(Wizard& wizard) : wizard_(wizard), form_(wizard.form) {}
@@ -43,7 +43,7 @@ class Filling {
     }
   }
 
-  /// The test of an "if": where it fails, its first branch is taken.
+  /// The condition of an "if"; true if it fails.
   template <class Condition>
   bool test(Condition condition) {
     bool result = true;
@@ -159,8 +159,8 @@ class Filling {
   Form1& form_;
 };
 
-/// A device list that was prepared for a new property is given up with its form. A commit that
-/// selects its own row still needs it.
+/// Drops a device list prepared for a new property, unless the selected row is the one that a
+/// commit has just added, which still needs it.
 void giveUpPreparedList(Wizard& wizard) {
   const std::int16_t pendingRow = wizard.state.project.exportCount;
   if (pendingRow >= tableRows || wizard.form.PropertyList.selectedIndex() >= pendingRow) return;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From the table to the form: what selecting a line shows.
+// Selection: shows the row of the selected line in the form.
 #pragma once
 
 #include "core/wizard.h"
@@ -7,7 +7,7 @@
 namespace kova {
 
 /// Loads the row of the selected line into the form. A step that fails selects "READ" in the access
-/// list and the filling goes on.
+/// list; the next steps still run.
 void fillPropertySelections(Wizard& wizard);
 
 void PropertyList_Click(Wizard& wizard);

@@ -25,13 +25,13 @@ constexpr auto design = std::to_array<DesignRow<ExportHelper>>({
 
 constexpr std::string_view deviceServerTag = "Device Server";
 constexpr std::size_t suggestedCharacters = 3;
-constexpr std::size_t behindAnyText = 1024;
+constexpr std::size_t afterAnyText = 1024;
 
 std::size_t current(const ExportHelper& helper) {
   return static_cast<std::size_t>(helper.paramIndex);
 }
 
-/// Empty if the dialog has none. It may depend on the text that is in the box.
+/// May depend on the text in the box; empty if there is no suggestion.
 std::string getNextParameterSuggestion(std::string_view tag, std::string_view text,
                                        std::int16_t step) {
   if (tag != deviceServerTag) return {};
@@ -41,12 +41,12 @@ std::string getNextParameterSuggestion(std::string_view tag, std::string_view te
   return step == 2 ? "1" : "";
 }
 
-/// Puts `text` into the box, the caret behind it, the focus into it. A window that is not on screen
-/// yet can't take the focus; the box is then empty.
+/// Puts `text` into the box with the caret at its end, and the focus into the box. If the window is
+/// not yet on screen it can't take the focus, and the box stays empty.
 void fillBox(ExportHelper& helper, const std::string& text) {
   helper.ParamText.setText(helper.window.visible() ? text : "");
   if (!helper.window.visible()) return;
-  helper.ParamText.setCaret(behindAnyText);
+  helper.ParamText.setCaret(afterAnyText);
   try {
     helper.ParamText.setFocus();
   } catch (const Failure&) {
@@ -61,7 +61,7 @@ void showStep(ExportHelper& helper, const std::string& text) {
   fillBox(helper, text);
 }
 
-/// Shows the current step with its suggestion, which is made from the text that the box holds.
+/// Shows the current step with its suggestion, which depends on the text in the box.
 void showParam(ExportHelper& helper) {
   showStep(helper,
            getNextParameterSuggestion(helper.paramTag, helper.ParamText.text(), helper.paramIndex));
@@ -126,7 +126,7 @@ void srvGuide_Click(Wizard& wizard, ExportHelper& helper) {
 
 void Form_Load(ExportHelper& helper) {
   helper.window.title = helper.paramTag + " Parameters";
-  helper.ParamText.setCaret(behindAnyText);
+  helper.ParamText.setCaret(afterAnyText);
 }
 
 void nextParam_Click(ExportHelper& helper) {
@@ -146,7 +146,7 @@ void DoneParam_Click(Wizard& wizard, ExportHelper& helper) {
   storeBox(helper);
   const TextField& devices = wizard.form.NumDevices;
   for (std::size_t i = 0; i < helper.paramControls.size(); ++i) {
-    const std::string former = devices.text();  // a value ahead may have led to a project
+    const std::string former = devices.text();  // an earlier value may have opened a project
     helper.paramControls[i]->setText(helper.paramValues.at(i));
     if (helper.paramControls[i] == &devices && devices.text() != former) {
       reportGuidedDevices(wizard, former, devices.text());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Guidance: the menu that offers it, and the dialog that walks a list of (field, prompt) pairs, one
-// at a time, and writes all values into the fields at its end. It knows nothing of what they mean.
+// Guidance: its menu, and the dialog that shows one prompt at a time and writes all values into
+// their fields at its end. It does not depend on their meaning.
 #pragma once
 
 #include <array>
@@ -13,9 +13,9 @@
 
 namespace kova {
 
-/// The dialog's controls and its state, which outlives the closing of its window.
+/// The dialog's controls and its state, which is kept when its window closes.
 struct ExportHelper {
-  /// Steps that the dialog can hold.
+  /// Largest number of steps.
   static constexpr std::size_t maxParams = 51;
 
   ExportHelper();
@@ -36,14 +36,14 @@ struct ExportHelper {
 /// The dialog's controls with their design values.
 std::vector<DesignedControl> designedControls(ExportHelper& helper);
 
-/// The right button opens the menu over the frame of the server.
+/// A right click on the frame of the server opens the menu.
 void Frame2_MouseDown(Wizard& wizard, std::int16_t button);
 void prpGuide_Click(Wizard& wizard);
 
-/// Opens the dialog on the three parameters of a device server.
+/// Opens the dialog for the three parameters of a device server.
 void srvGuide_Click(Wizard& wizard, ExportHelper& helper);
 
-/// When the dialog's window is loaded: its title.
+/// Sets the title when the dialog's window is loaded.
 void Form_Load(ExportHelper& helper);
 void nextParam_Click(ExportHelper& helper);
 void lastParam_Click(ExportHelper& helper);

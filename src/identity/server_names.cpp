@@ -8,12 +8,12 @@
 namespace kova {
 namespace {
 
-// In the order of comparison: the longer code first.
+// In the order of comparison, the longest code first.
 constexpr std::array<std::string_view, 8> prefixCodes = {"QVX", "GR", "KB", "M6",
                                                          "M7",  "S6", "S7", "ZA"};
 constexpr std::size_t longestDrivingName = 3;
 
-/// Without a prefix code and one "-" or "." behind it.
+/// Removes a prefix code and one "-" or "." after it.
 std::string_view withoutPrefix(std::string_view exportName) {
   const auto* const code =
       std::find_if(prefixCodes.begin(), prefixCodes.end(),
@@ -23,8 +23,8 @@ std::string_view withoutPrefix(std::string_view exportName) {
   return exportName;
 }
 
-/// Index of the first row that has this local name under another export name, or the row count.
-std::int16_t findForeignRow(const Wizard& wizard, const std::string& localName) {
+/// Index of the first row with this local name and another export name, or the row count.
+std::int16_t findRowOfOtherServer(const Wizard& wizard, const std::string& localName) {
   const WizardState& state = wizard.state;
   const auto rows = state.project.exportTable.begin();
   const auto row =
@@ -43,9 +43,9 @@ void deriveLocalName(Wizard& wizard) {
   } else if (name.size() <= longestDrivingName) {
     state.localNameSuggestion = name + std::string(localNameEnding);
   }
-  const std::int16_t foreign = findForeignRow(wizard, state.localNameSuggestion);
-  if (foreign < state.project.exportCount) {
-    state.localNameSuggestion = name + "E" + std::to_string(foreign);
+  const std::int16_t other = findRowOfOtherServer(wizard, state.localNameSuggestion);
+  if (other < state.project.exportCount) {
+    state.localNameSuggestion = name + "E" + std::to_string(other);
   }
   wizard.form.LocalName.setText(state.localNameSuggestion);
 }

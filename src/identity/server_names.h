@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The names of the server: what follows from the export name as it is typed.
+// The names of the server: the local name and the directory follow the export name.
 #pragma once
 
 #include <string_view>
@@ -8,7 +8,7 @@
 
 namespace kova {
 
-/// What a suggested local name ends in.
+/// Ending of a suggested local name.
 inline constexpr std::string_view localNameEnding = "EQM";
 
 void ExportName_Change(Wizard& wizard);

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The one way in which something that can't be done travels.
+// The exception of the program.
 #pragma once
 
 #include <stdexcept>
 
 namespace kova {
 
-/// Something could not be done; `what()` says why, in words that an engineer can read.
+/// Something could not be done; `what()` is the reason, written for an engineer.
 class Failure : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

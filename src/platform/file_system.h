@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the wizard expects of the machine's files. Every failure is a Failure with a description.
+// The machine's files. Every error is a Failure with a description.
 #pragma once
 
 #include <cstddef>
@@ -14,38 +14,37 @@
 
 namespace kova {
 
-/// Stands between the parts of a path in every text of the wizard that names a file.
+/// Separates the parts of a path in the wizard's texts.
 #ifdef _WIN32
 inline constexpr char pathSeparator = '\\';
-/// What the machine takes for it in a text of the engineer's.
+/// What the engineer may type for it.
 inline constexpr std::string_view pathSeparators = "\\/";
 #else
 inline constexpr char pathSeparator = '/';
 inline constexpr std::string_view pathSeparators = "/";
 #endif
 
-/// What in a text keeps it from being the name of an entry of a folder: a sign that makes a path of
-/// it, a word that names a device, a blank or dot that would be lost at its end. Empty if nothing
-/// does.
+/// The part of a text that prevents it from being the name of a folder entry: a path separator, the
+/// name of a device, a trailing space or dot. Empty if there is none.
 std::string_view faultOfName(std::string_view text);
 
-/// The text names one entry of a folder, and no other folder, device or part of a file.
+/// The text is the name of an entry of a folder: not a path, a device or a part of a file.
 inline bool namesPlainFile(std::string_view text) {
   const bool isStep = text == "." || text == "..";
   const bool isWhole = !text.empty() && text.find('\0') == std::string_view::npos;
   return isWhole && !isStep && faultOfName(text).empty();
 }
 
-/// Files that are larger are not read: 64 MiB.
+/// Larger files are not read: 64 MiB.
 inline constexpr std::size_t largestFile = std::size_t{64} << 20U;
 
-/// Name of a file or folder in the machine's own form, as its calls take it.
+/// Native path of a file or folder, as the system calls expect it.
 struct Path {
   std::string native;
 
-  /// What stands behind the last separator.
+  /// The part after the last separator.
   std::string leaf() const { return native.substr(native.rfind(pathSeparator) + 1); }
-  /// What stands up to it: the folder, its separator included, or nothing if there is none.
+  /// The folder with its separator; empty if there is none.
   Path parent() const { return {native.substr(0, native.rfind(pathSeparator) + 1)}; }
   /// An entry of this folder.
   Path operator/(std::string_view name) const {
@@ -58,8 +57,8 @@ struct Path {
   bool operator<(const Path& other) const { return native < other.native; }
 };
 
-/// Tells one state of a file from another without reading it: two equal timestamps of one path mean
-/// that nobody has written the file in between.
+/// State of a file without its content: if it is the same at two times, nobody has written the file
+/// in between.
 struct FileState {
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
@@ -68,26 +67,24 @@ struct FileState {
   bool operator==(const FileState&) const = default;
 };
 
-/// A file that is being written. It stands under a hidden name beside its target until `close`;
-/// an object that goes without `close` leaves the target as it was and no hidden file behind.
+/// A file that is being written, under a hidden name in the folder of its target until `close`.
+/// Destroyed without `close`, it leaves the target unchanged and no hidden file.
 struct OutputFile {
   virtual ~OutputFile() = default;
   /// Appends all of `content`. Throws Failure, also for a short write.
   virtual void write(std::string_view content) = 0;
-  /// Brings what was written so far to the disk, with the permissions of the file whose place it
-  /// will take, unless that file holds the same bytes. May take seconds: a lock is had behind it,
-  /// not ahead of it. Throws Failure.
+  /// Flushes what was written to the disk, with the permissions of the target, unless the target
+  /// holds the same bytes. May take seconds: flush before taking a lock. Throws Failure.
   virtual void flush() = 0;
-  /// Takes the target's place, after a flush of what is not flushed yet. The new name outlasts a
-  /// loss of power once `flushAll` of its folder has been called. A target that holds the same
-  /// bytes stays itself, with its time; whoever has written it may not have flushed it, so that it
-  /// outlasts a loss of power once `flushAll` of the folder that it really lies in has been called.
-  /// Throws Failure; the target is then as before.
+  /// Replaces the target, after a `flush` if necessary. The new name survives a loss of power after
+  /// `flushAll` of its folder. A target that holds the same bytes stays unchanged, with its time.
+  /// Its writer may not have flushed it, so it survives a loss of power only after `flushAll` of
+  /// the folder that it is really in. Throws Failure and leaves the target unchanged.
   virtual void close() = 0;
 };
 
-/// Keeps other wizards from replacing files of a folder for as long as it lives. Holds nothing
-/// where folders can't be locked.
+/// Prevents other wizards from replacing files of a folder while it exists. Has no effect where
+/// folders can't be locked.
 struct FolderLock {
   virtual ~FolderLock() = default;
 };
@@ -96,62 +93,60 @@ struct FolderLock {
 struct FileSystem {
   virtual ~FileSystem() = default;
 
-  /// The machine's name for a path in the wizard's text. Throws Failure for the empty text and for
-  /// one that holds a NUL, which would cut the name short.
+  /// The native path for a text. Throws Failure for the empty text and for one with a NUL, which
+  /// would truncate the path.
   virtual Path path(std::string_view text) const = 0;
-  /// A name in the machine's own form as the wizard's text; "?" for what that can't tell.
+  /// A native name as text; "?" for characters that the code page lacks.
   virtual std::string text(std::string_view native) const = 0;
-  /// A plain file, links followed; false for anything else. Throws Failure if that can't be told,
-  /// as every check here: only what certainly does not exist is absent.
+  /// A plain file, links followed; false for anything else. Like every check here, throws Failure
+  /// if the answer is unknown: only what certainly does not exist is absent.
   virtual bool fileExists(const Path& file) const = 0;
   /// A folder, links followed; false for anything else.
   virtual bool folderExists(const Path& folder) const = 0;
-  /// Whole content of a plain file. Throws Failure if there is none to read, if it is no plain file
-  /// (a pipe never makes the wizard wait), if it is larger than 64 MiB or if memory runs out.
+  /// Content of a plain file. Throws Failure if the file can't be read, is not a plain file (a pipe
+  /// must not block the wizard), is larger than 64 MiB or does not fit into memory.
   virtual std::string read(const Path& file) const = 0;
-  /// Starts a new content for `file`, which need not exist; its folder must. The permissions of an
-  /// existing file stay, and a link keeps pointing to its file, which is what gets the content.
+  /// Starts new content for `file`, which need not exist; its folder must. An existing file keeps
+  /// its permissions. A link is kept, and the file that it points to gets the content.
   virtual std::unique_ptr<OutputFile> create(const Path& file) = 0;
-  /// As `create`, but nothing is made beside the target ahead of the flush, and nothing at all if
-  /// the target holds the same bytes.
+  /// As `create`, but makes the hidden file only at the flush, and none if the target holds the
+  /// same bytes.
   virtual std::unique_ptr<OutputFile> createLate(const Path& file) { return create(file); }
-  /// Makes one folder, whose name outlasts a loss of power; its parent must exist.
+  /// Makes one folder, which survives a loss of power; its parent must exist.
   virtual void createFolder(const Path& folder) = 0;
-  /// Plain copy with bytes, permissions and modification time, whole or not there; replaces `to`.
-  /// Nobody may read the copy who may not read `from`: permissions that can't be kept are lost. It
-  /// outlasts a loss of power once `flushAll` has been called; a `to` that it replaces is not lost
-  /// before.
+  /// Copies bytes, permissions and modification time, atomically; replaces `to`. Permissions that
+  /// can't be kept are dropped, so that only readers of `from` can read the copy. The copy survives
+  /// a loss of power after `flushAll`; until then a replaced `to` is not lost.
   virtual void copy(const Path& from, const Path& to) = 0;
-  /// As `copy`, but it replaces nothing and outlasts a loss of power at once. False if there is an
-  /// entry `to` already.
+  /// As `copy`, but replaces nothing, and the copy survives a loss of power at once. False if `to`
+  /// already exists.
   virtual bool copyAside(const Path& from, const Path& to) = 0;
-  /// Removes the entry itself: of a link the link, not what it points to.
+  /// Removes the entry. Of a link it removes the link, not its target.
   virtual void remove(const Path& file) = 0;
-  /// Names of the folder's plain files in the machine's own form, sorted by their bytes. Hidden
-  /// entries and everything that is no regular file stay out; links to regular files come along,
-  /// but for those that lead to where this account may not go.
+  /// Native names of the folder's regular files, sorted by their bytes. Includes links to regular
+  /// files, except links to where this account has no access. Excludes hidden files.
   virtual std::vector<std::string> plainFiles(const Path& folder) const = 0;
-  /// State of a file, links followed; nothing if there is no such file.
+  /// State of a file, links followed; nothing if it does not exist.
   virtual std::optional<FileState> state(const Path& file) const = 0;
-  /// True if the folder's file system can hold a file of this name, in the machine's own form.
+  /// True if the folder's file system can hold a file of this native name.
   virtual bool nameFits(const Path& folder, std::string_view name) const = 0;
-  /// A name in the wizard's text as a disk that ignores case compares it.
+  /// A name, as text, in the case folding of a disk that ignores case.
   virtual std::string withoutCase(std::string_view name) const = 0;
-  /// True if two names that differ only in case are one in `folder`, as a short-lived hidden file
-  /// shows. Throws Failure if none can be made.
+  /// True if names that differ only in case are the same in `folder`. Tested by a temporary hidden
+  /// file; throws Failure if it can't be made.
   virtual bool ignoresCase(const Path& folder) const = 0;
-  /// Waits for another wizard that holds `folder`. Leaves no trace on disk. Null if the other one
-  /// has held it for 3 seconds: then it is as if it were not there.
+  /// Locks `folder`, without a trace on disk. Waits for another wizard that has locked it; null
+  /// after 3 seconds.
   virtual std::unique_ptr<FolderLock> lock(const Path& folder) = 0;
-  /// Makes all that has been written to the file system of `folder` so far outlast a loss of power,
-  /// names included; where that can't be had, the plain files of `folder` and its names.
+  /// Flushes the file system of `folder`, names included, so that it survives a loss of power;
+  /// where this is not possible, the plain files of `folder` and its names.
   virtual void flushAll(const Path& folder) = 0;
-  /// Removes the temporary files that killed wizards of this account have left in `folder`. What
-  /// somebody holds, what belongs to another account and what can't be removed stays.
+  /// Removes the temporary files that killed wizards of this account have left in `folder`. Keeps
+  /// files that are in use, belong to another account or can't be removed.
   virtual void removeStaleTemporaryFiles(const Path& folder) = 0;
 };
 
-/// There is such a file. One that can't be checked counts as there.
+/// The file exists or can't be checked.
 inline bool mayExist(const FileSystem& files, const Path& file) {
   try {
     return files.fileExists(file);
@@ -160,7 +155,7 @@ inline bool mayExist(const FileSystem& files, const Path& file) {
   }
 }
 
-/// `file` holds `content` afterwards, or, if this throws, what it held before.
+/// Replaces the content of `file`. Throws Failure and leaves the file unchanged.
 inline void replace(FileSystem& files, const Path& file, std::string_view content) {
   const auto output = files.createLate(file);
   output->write(content);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The machine that the program runs on. Only what lies behind this header knows its system.
+// The machine that the program runs on. Only the code below this header depends on its system.
 #pragma once
 
 #include <memory>
@@ -11,7 +11,7 @@
 
 namespace kova {
 
-/// The machine itself, with all objects that a Platform refers to. `codePage` outlives them.
+/// The objects that a Platform refers to. The code page outlives them.
 struct Machine {
   std::unique_ptr<FileSystem> files;
   std::unique_ptr<Environment> environment;
@@ -25,17 +25,16 @@ std::unique_ptr<Environment> realEnvironment(const CodePage& codePage);
 std::unique_ptr<Clock> realClock();
 std::unique_ptr<ProgramStarter> realProgramStarter(const CodePage& codePage);
 
-/// The real machine.
 inline Machine realMachine(const CodePage& codePage) {
   return {realFileSystem(codePage), realEnvironment(codePage), realClock(),
           realProgramStarter(codePage)};
 }
 
-/// Why no window can be shown here, as the end of a message; empty if one can.
+/// Why no window can be shown, as the end of a message; empty if one can.
 std::string missingDisplay();
 
-/// The words of the command line behind the program's name, spelled as file names are. What the
-/// program prints in that spelling is shown so by the terminal.
+/// The arguments of the command line as native text, which the terminal shows correctly when it is
+/// printed.
 std::vector<std::string> terminalWords(int argc, char** argv);
 
 }  // namespace kova

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The machine as the wizard sees it: files, environment, clock, other programs.
+// The interfaces to the machine: files, environment, clock, other programs.
 #pragma once
 
 #include <cstdint>
@@ -10,18 +10,18 @@
 
 namespace kova {
 
-/// Names and values around the process.
+/// The environment of the process.
 struct Environment {
   virtual ~Environment() = default;
-  /// Value of a variable as wizard text; empty if it is not set or unusable.
+  /// Value of a variable as text; empty if it is not set or unusable.
   virtual std::string variable(const std::string& name) const = 0;
-  /// A variable is set to a value that wizard text can't tell without altering it.
+  /// The variable has a value that the code page can't represent.
   virtual bool isUnusable(const std::string& name) const = 0;
-  /// Where projects lie unless the environment names a drive: the engineer's home directory (the
-  /// environment's, else the account's), or "C:" on a system with drives. Empty if wizard text can
-  /// tell none of them.
+  /// The directory that contains the projects unless the environment names a drive: the engineer's
+  /// home directory (from the environment, else of the account), or "C:" on a system with drives.
+  /// Empty if the code page can represent none of them.
   virtual std::string homeFolder() const = 0;
-  /// Name of the code page that wizard text is in, for messages.
+  /// Name of the code page of the wizard's texts, for messages.
   virtual std::string codePageName() const = 0;
 };
 
@@ -35,16 +35,15 @@ struct Clock {
 /// Starts other programs.
 struct ProgramStarter {
   virtual ~ProgramStarter() = default;
-  /// Starts the program that the first word of `commandLine` names, without waiting for it and
-  /// without a shell: words end at blanks, nothing else has a meaning. The program is looked up on
-  /// the absolute folders of the search path only. Throws Failure if it can't be started or if a
-  /// further word begins with a dash and would be taken for an option. Where a program parts its
-  /// words itself, one that begins with a slash or holds a quotation mark, a tab or a line ending
-  /// is refused as well.
+  /// Starts the program named by the first word of `commandLine`, without waiting and without a
+  /// shell: spaces separate words, no other character is special. Only absolute folders of the
+  /// search path are searched. Throws Failure if the program can't be started or if a further word
+  /// begins with a dash and could be an option. Where programs split their command line themselves,
+  /// also refuses words that begin with a slash or contain a quotation mark, tab or line ending.
   virtual void start(std::string_view commandLine) = 0;
 };
 
-/// All that the wizard is handed of the machine. The referred objects outlive the wizard.
+/// All interfaces to the machine. The objects outlive the wizard.
 struct Platform {
   FileSystem& files;
   Environment& environment;

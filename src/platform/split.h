@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A text taken apart.
+// Splitting a text.
 #pragma once
 
 #include <algorithm>
@@ -8,7 +8,7 @@
 
 namespace kova {
 
-/// What stands between the separators; empty parts are left out.
+/// The parts between the separators; empty parts are skipped.
 inline std::vector<std::string_view> split(std::string_view text, char separator) {
   std::vector<std::string_view> parts;
   while (!text.empty()) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a temporary file is called: the file that holds a new content until it is complete.
+// Names of temporary files, which hold new content until it is complete.
 #pragma once
 
 #include <cstdint>
@@ -8,23 +8,22 @@
 
 namespace kova {
 
-/// Ahead of the digits at the end. No other program's files are called like this.
+/// Precedes the digits at the end. No other program uses such names.
 inline constexpr std::string_view hiddenMark = ".kova~";
-/// Hexadecimal digits at the end of a temporary name. They are random, so that nobody can put a
-/// file of their own under the next one.
+/// Hexadecimal digits at the end of a temporary name. They are random, so that nobody can create a
+/// file with the next name.
 inline constexpr std::size_t randomDigits = 16;
 inline constexpr std::string_view hexadecimals = "0123456789abcdef";
-/// How many names are tried before a temporary file counts as impossible.
+/// Number of names to try before giving up.
 inline constexpr int temporaryNames = 8;
-/// The message for that.
 inline constexpr const char* noTemporaryName = "No name is free for a temporary file";
 
-/// Room that a temporary name leaves for the beginning of its target's name.
+/// Characters of the target's name for which a temporary name has room.
 constexpr std::size_t roomInTemporaryName(std::size_t longestName) {
   return longestName - 1 - hiddenMark.size() - randomDigits;
 }
 
-/// The temporary name for a target whose name begins so.
+/// The temporary name for a target whose name begins with `beginning`.
 inline std::string temporaryName(std::string_view beginning, std::uint64_t random) {
   std::string name = ("." + std::string(beginning)).append(hiddenMark);
   for (std::size_t digit = 0; digit < randomDigits; ++digit, random >>= 4U) {
@@ -33,7 +32,7 @@ inline std::string temporaryName(std::string_view beginning, std::uint64_t rando
   return name;
 }
 
-/// A temporary name, also of former versions, which had one digit from 1 to 8.
+/// A temporary name, also one of earlier versions, with one digit from 1 to 8.
 inline bool isHiddenName(std::string_view name) {
   const auto mark = name.rfind(hiddenMark);
   if (mark == std::string_view::npos || mark < 2 || name.front() != '.') return false;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "review/done_message.h"
 
-#include "review/preview.h"
 #include "tables/quoting.h"
 
 namespace kova {
@@ -11,7 +10,7 @@ std::string rowCount(std::int16_t rows) {
   return counted(static_cast<std::size_t>(rows), "row");
 }
 
-/// " (2 rows)" behind the two tables whose rows the engineer adds one by one.
+/// " (2 rows)" after the two tables whose rows the engineer adds one by one.
 std::string rowsOf(const Wizard& wizard, const Preview& done, const std::string& table) {
   const WizardState& state = wizard.state;
   if (table == exportsFileName) return " (" + rowCount(state.project.exportCount) + ")";
@@ -22,9 +21,8 @@ std::string rowsOf(const Wizard& wizard, const Preview& done, const std::string&
 
 }  // namespace
 
-std::string doneMessage(const Wizard& wizard) {
+std::string doneMessage(const Wizard& wizard, const Preview& done) {
   if (wizard.state.project.exportCount == 0) return "There are no properties: Done writes nothing.";
-  const Preview done = preview(wizard);
   std::string files;
   for (const Path& table : done.tables) {
     const std::string name = wizard.platform.files.text(table.leaf());
@@ -32,12 +30,12 @@ std::string doneMessage(const Wizard& wizard) {
   }
   if (done.failure.empty()) return "Done writes " + files + ".";
   return "Done " + (files.empty() ? "" : "writes " + files + " and then ") +
-         "ends with: " + done.failure + ".";
+         "fails: " + done.failure + ".";
 }
 
 std::string formRowText(const Wizard& wizard) {
   const std::string& name = wizard.form.PropertyName.text();
-  return "one for " + (name.empty() ? "the property" : name) + ", which stands in the form";
+  return "one for " + (name.empty() ? "the property" : name) + ", the property in the form";
 }
 
 }  // namespace kova

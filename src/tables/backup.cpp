@@ -18,12 +18,12 @@ std::string_view baseOf(std::string_view name) {
   return name.substr(0, name.find('.'));
 }
 
-// Knows which files of device names the rows of a folder's export table name.
+// The files of device names that belong to rows of the folder's export table.
 class NamedLists {
  public:
   NamedLists(const FileSystem& files, const Path& folder) : files_(files), folder_(folder) {}
 
-  // `byName` is what the name of a file alone tells.
+  // `byName` is the verdict from the file name alone.
   FileVerdict verdict(const std::string& name, FileVerdict byName) {
     const auto parts = timestampedName(name);
     if (byName == FileVerdict::inUse || !parts || !stemOf(parts->original)) return byName;
@@ -32,12 +32,12 @@ class NamedLists {
     if (!readAlready_) exports_ = readExports();
     readAlready_ = true;
     if (!exports_) return FileVerdict::backupKept;
-    // Anywhere in it, so that it takes neither a row nor a line ending that is in order.
+    // Searched in the whole text, so that damaged rows and line endings do not matter.
     return stem && exports_->find(*stem) != std::string::npos ? FileVerdict::inUse : byName;
   }
 
  private:
-  // The property or local name, as a disk that ignores case compares it.
+  // The property or local name without case.
   std::optional<std::string> stemOf(const std::string& name) const {
     const std::string folded = files_.withoutCase(files_.text(name));
     for (const std::string& file : {namesFile({}), serverNamesFile({})}) {
@@ -67,7 +67,6 @@ class NamedLists {
   bool readAlready_ = false;
 };
 
-// One walk through a folder.
 class Walk {
  public:
   Walk(FileSystem& files, const Clock& clock, const Path& directory,
@@ -78,7 +77,7 @@ class Walk {
     const std::int32_t now = clock_.unixTime();
     const auto listed = classifyFiles(files_, directory_, now);
     std::vector<const std::string*> inUse;
-    // Old backups go first, so that a full disk has room for the new ones.
+    // Deleting old backups first makes room for the new ones on a full disk.
     for (const auto& [name, verdict] : listed) {
       if (verdict == FileVerdict::inUse) {
         inUse.push_back(&name);
@@ -108,7 +107,7 @@ class Walk {
     const Path file = directory_ / name;
     const Path backup = directory_ / backupName(name, clock_.unixTime());
     try {
-      // Looked at ahead of the copy, so that a change in between shows as one.
+      // Taken before the copy, so that a change in between is noticed.
       if (const auto state = files_.state(file)) {
         result_.states.emplace_hint(result_.states.end(), name, *state);
       }
@@ -122,14 +121,14 @@ class Walk {
     ++result_.copied;
   }
 
-  // Else every try to read a project that can't be read would leave a set of copies behind.
+  // Otherwise each attempt to open a project that can't be read would leave a set of copies.
   void takeBack() {
     for (const auto& [backup, made] : added_) {
       try {
         // Another wizard may have put its own copy there within the same second.
         if (files_.state(backup) == made) files_.remove(backup);
       } catch (const Failure&) {
-        continue;  // the others can go all the same
+        continue;  // the others can still be removed
       }
     }
   }
@@ -170,7 +169,7 @@ FileVerdict classify(std::string_view name, const std::vector<std::string>& name
   if (!parts || !std::binary_search(names.begin(), names.end(), parts->original)) {
     return FileVerdict::inUse;
   }
-  // Of any length, or a clock that stands in the seventies would take each backup for a new file.
+  // Also short timestamps: with a clock set to the 1970s each backup would count as a new file.
   if (parts->timestamp >= std::int64_t{now} - backupAge) return FileVerdict::backupKept;
   return parts->timestamp >= smallestOldTimestamp ? FileVerdict::backupDeleted : FileVerdict::inUse;
 }

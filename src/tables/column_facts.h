@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The columns of a table for whoever looks at its file without making rows of it.
+// The columns of a table, for code that checks its file without making rows.
 #pragma once
 
 #include <array>
@@ -14,20 +14,20 @@ namespace kova {
 /// What a field of a column becomes when it is read.
 enum class FieldKind : std::uint8_t {
   text,
-  numberText,  ///< a text that is to hold a number
+  numberText,  ///< a text that should be a number
   whole,
   single,
-  made  ///< made anew at each writing and never read
+  made  ///< generated at each writing, never read
 };
 
 struct ColumnFacts {
   std::string_view tag;
   std::array<std::string_view, 2> otherTags{};
   FieldKind kind = FieldKind::text;
-  bool mayBeMissing = false;  ///< no project lacks anything without it
+  bool mayBeMissing = false;  ///< a project is complete without it
 };
 
-/// Position of a column in a header, -1 if it is not there: its other names come first.
+/// Position of a column in a header, -1 if it is missing. The other tags take precedence.
 template <class Column>
 std::int16_t positionIn(std::string_view header, const Column& column) {
   for (const std::string_view tag : column.otherTags) {

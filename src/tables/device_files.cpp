@@ -17,7 +17,7 @@ std::string numberText(std::size_t index) {
   return signedNumberText(static_cast<std::int32_t>(index));
 }
 
-// One entry more than there are devices, so that files that number them from 1 fit as well.
+// One entry more than devices, so that files that number devices from 1 fit as well.
 std::size_t sizeFor(std::string_view numDevices) {
   const std::int16_t count = toInt16(textValue(numDevices));
   if (count < 0) throw Failure("the number of devices is negative");
@@ -36,7 +36,7 @@ std::vector<std::string_view> panelLines(std::string_view text) {
   return lines;
 }
 
-// False for a number beyond the bounds.
+// False if the number is out of range.
 bool store(DeviceNames& devNames, std::int16_t number, std::string_view name, std::int16_t rows) {
   if (number < 0 || static_cast<std::size_t>(number) >= devNames.size()) return false;
   if (rows == largestCount) throw Failure("the file has too many rows");
@@ -91,7 +91,7 @@ std::int16_t UpdateDevicesFile(std::string_view panelText, DeviceNames& devNames
     devNames[index] =
         index < lines.size() ? std::string(lines[index]) : "DEVICE" + numberText(index);
   }
-  // A count beyond its type is no count.
+  // A count that does not fit the type is 0.
   return devNames.size() > largestCount ? std::int16_t{0}
                                         : static_cast<std::int16_t>(devNames.size());
 }

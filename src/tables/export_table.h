@@ -18,15 +18,15 @@ namespace kova {
 
 inline constexpr std::string_view exportsFileName = "exports.csv";
 
-/// One property of the device server. Values are texts as typed or as read.
+/// One property of the device server. Texts are as typed or as read.
 struct PropertyRecord {
   std::string exportName;
   std::string localName;
   std::string numModules;
   std::string propertyName;
-  std::string description;  ///< with the range prefix at its head, if there is one
+  std::string description;  ///< starts with the range prefix, if any
   std::string outputSize;
-  std::string outputFormat;  ///< table name, "." and array type where one applies
+  std::string outputFormat;  ///< table name, and "." and array type if one applies
   std::string inputSize;
   std::string inputFormat;
   std::string access;
@@ -72,17 +72,16 @@ inline constexpr auto tableColumns<PropertyRecord> = std::to_array<Column<Proper
 
 using ExportTable = std::vector<PropertyRecord>;
 
-/// Index of the first of the `exportCount` live rows with this pair of names, compared exactly, or
-/// `exportCount` if there is none.
+/// Index of the first of the `exportCount` active rows with both names, or `exportCount`.
 std::int16_t findPropertyIndex(const ExportTable& exportTable, std::int16_t exportCount,
                                std::string_view expName, std::string_view prpName);
 
-/// Reads a table and hands each row up in turn, only its columns set, to be moved from. A Failure
-/// thrown by `take` ends the reading like any other; the row is then not counted.
+/// Reads a table and passes each row, with only its columns set, to `take`. A Failure thrown by
+/// `take` ends the reading like any other; its row does not count.
 ReadResult readExportTable(std::string_view content,
                            const std::function<void(PropertyRecord&&)>& take);
 
-/// What stands in the columns of a row but for its number, in the order of the file.
+/// The columns of a row except its number, in the order of the file.
 using ExportTexts = std::array<std::string_view, tableColumns<PropertyRecord>.size() - 1>;
 /// Valid until the row changes.
 ExportTexts exportTexts(const PropertyRecord& row);
@@ -95,7 +94,7 @@ std::string exportHeaderLine();
 /// Data line of row `index` (from 0) with its line ending.
 std::string exportDataLine(const PropertyRecord& row, std::int16_t index);
 
-/// Line by which the property list shows a row: "[export name] property name <text>".
+/// Line of a row in the property list: "[export name] property name <text>".
 std::string listLine(const PropertyRecord& row, std::string_view text);
 
 }  // namespace kova

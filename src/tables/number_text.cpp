@@ -15,11 +15,11 @@ namespace kova {
 
 namespace {
 
-// Whole numbers and powers of ten of so many digits are exact in a double.
+// A double holds whole numbers and powers of ten of up to 15 digits exactly.
 constexpr std::size_t exactDigits = 15;
 constexpr int doubleDigits = 15;
 constexpr int singleDigits = 7;
-// One more in its last digit would be too large to be read back.
+// The next 15-digit number can't be read back.
 constexpr double largestWritten = 1.79769313486231E308;
 
 bool isDigit(char character) {
@@ -31,7 +31,7 @@ bool isSkipped(char character) {
 
 struct LeadingNumber {
   double value = 0;
-  std::size_t length = 0;  // of the characters it was read from, 0 if there is no number
+  std::size_t length = 0;  // in characters, 0 if there is no number
 };
 
 int digitOf(char character) {
@@ -54,8 +54,8 @@ LeadingNumber prefixedNumber(std::string_view text) {
   return number;
 }
 
-// A number that from_chars reports out of range is either too large or too close to zero; which,
-// tells the power of ten of its first digit that is not 0.
+// A number that from_chars reports as out of range is either too large or too close to zero. The
+// power of ten of its first digit that is not 0 shows which.
 bool isTooLarge(std::string_view number) {
   const std::string_view mantissa = number.substr(0, number.find('E'));
   std::string_view exponent = number.substr(std::min(mantissa.size() + 1, number.size()));
@@ -68,7 +68,7 @@ bool isTooLarge(std::string_view number) {
   return power + static_cast<std::int64_t>(point) > static_cast<std::int64_t>(leading);
 }
 
-// Sign, digits with a point, exponent.
+// A sign, digits with a point, an exponent.
 LeadingNumber decimalNumber(std::string_view text) {
   const std::size_t sign = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
   const char* const start = text.data() + sign;
@@ -89,14 +89,14 @@ LeadingNumber leadingNumber(std::string text) {
   return decimalNumber(text);
 }
 
-// Nearly all numbers of a table are short: a division of two exact values then gives the nearest
-// double. False for whatever is not just a sign, digits and a point.
+// Fast path for short numbers, which are nearly all: dividing two exact values gives the nearest
+// double. False for anything but a minus sign, digits and a point.
 bool readShortNumber(std::string_view text, double& value) {
   const bool negative = text.starts_with('-');
   if (negative) text.remove_prefix(1);
   if (text.empty() || text.size() > exactDigits) return false;
   std::int64_t digits = 0;
-  std::int64_t scale = 0;  // of the digits behind the point, 0 ahead of it
+  std::int64_t scale = 0;  // of the digits after the point, 0 before it
   for (const char character : text) {
     if (isDigit(character)) {
       digits = digits * 10 + (character - '0');
@@ -113,7 +113,7 @@ bool readShortNumber(std::string_view text, double& value) {
   return true;
 }
 
-/// The number that the text is as a whole, which may be infinite.
+/// The value of a text that is a number as a whole; may be infinite.
 std::optional<double> wholeNumber(std::string_view text) {
   constexpr std::string_view blanks = " \t";
   const auto first = std::min(text.find_first_not_of(blanks), text.size());
@@ -148,7 +148,7 @@ std::string shortestText(Number value, int digits) {
     return std::string(text.data(), end.ptr);
   };
   std::string text = written(std::chars_format::general, digits);
-  // So close to zero a number has fewer digits than its type.
+  // Subnormal numbers have fewer digits.
   if (std::fpclassify(value) == FP_SUBNORMAL) {
     const std::string fewest = written(std::chars_format::scientific);
     if (fewest.size() < text.size()) text = fewest;
@@ -195,7 +195,7 @@ std::int32_t toInt32(double value) {
 }
 
 float toSingle(double value) {
-  // Halfway between the largest single and the one that would follow it.
+  // Halfway between the largest single and its successor.
   constexpr double limit = 0x1.ffffffp127;
   if (std::abs(value) < limit) return static_cast<float>(value);
   throw Failure("The number is too large for single precision");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Numbers in texts: one conversion each way for every table and every field.
+// Conversion between numbers and texts, for all tables and fields.
 #pragma once
 
 #include <cstdint>
@@ -9,38 +9,37 @@
 namespace kova {
 
 /// Leading number of a text, 0 if it does not begin with one. Spaces, tabs and line feeds are
-/// skipped wherever they stand; "." is the decimal point, the exponent letter is E or D in either
-/// case, &H and &O lead a hexadecimal or octal whole number. Never fails; a number too large for a
-/// double is infinite.
+/// skipped everywhere. "." is the decimal point, E or D in either case is the exponent sign, &H and
+/// &O introduce hexadecimal and octal whole numbers. Never fails; a number too large for a double
+/// is infinite.
 double textValue(std::string_view text);
 
-/// The number that a text is as a whole: blanks (space, tab) around, one sign, digits with at most
-/// one decimal point, an exponent, or &H / &O and digits. Throws Failure for any other text, the
-/// empty one included, and for a number too large for a double.
+/// Value of a text that is a number as a whole: a sign, digits with at most one decimal point and
+/// an exponent, or &H / &O and digits, surrounded by spaces and tabs. Throws Failure for any other
+/// text, also the empty one, and for a number too large for a double.
 double strictValue(std::string_view text);
-/// `strictValue` takes the text.
+/// `strictValue` accepts the text.
 bool isNumber(std::string_view text);
 
-/// The nearest whole number, a half going to the even neighbour. Throws Failure if it does not fit
-/// the type.
+/// The nearest whole number; halves round to even. Throws Failure if it does not fit the type.
 std::int16_t toInt16(double value);
 std::int32_t toInt32(double value);
-/// The nearest single. Throws Failure if it is too large for one.
+/// The nearest single. Throws Failure if the number is too large.
 float toSingle(double value);
 
-/// Shortest decimal text of a number, a digit ahead of the point: at most 15 significant digits of
-/// a double, 7 of a single, with an exponent ("1E+20") from there on and below 0.0001. Throws
-/// Failure for a number that is not finite.
+/// Shortest decimal text of a number, with a digit before the point: at most 15 significant digits
+/// of a double, 7 of a single. Larger numbers and those below 0.0001 get an exponent ("1E+20").
+/// Throws Failure for a number that is not finite.
 std::string plainNumberText(double value);
 std::string plainNumberText(float value);
 std::string plainNumberText(std::int32_t value);
 
-/// The form of numbers in files: as plainNumberText, but without the zero ahead of the point, and
-/// with one blank ahead of a number that is not negative.
+/// The layout of numbers in files: as plainNumberText, but without a zero before the point, and
+/// with one space before a number that is not negative.
 std::string signedNumberText(double value);
 std::string signedNumberText(float value);
 std::string signedNumberText(std::int32_t value);
-/// The same of the number that the text is by strictValue, with its failures.
+/// The same for the `strictValue` of a text. Throws Failure as that does.
 std::string signedNumberText(std::string_view text);
 
 }  // namespace kova

@@ -14,13 +14,13 @@ namespace kova {
 namespace {
 
 constexpr std::size_t columns = std::tuple_size_v<ExportTexts>;
-// Where the names that tell rows apart stand among the columns.
+// The columns with the names that identify a row.
 constexpr std::size_t exportName = columnOf<PropertyRecord>(&PropertyRecord::exportName);
 constexpr std::size_t propertyName = columnOf<PropertyRecord>(&PropertyRecord::propertyName);
 static_assert(std::max(exportName, propertyName) < columnOf<PropertyRecord>({}));
 constexpr std::size_t usualRow = 96;  // characters
 
-/// A reader, which drops the blanks around a field, takes both for the same.
+/// Both read the same, as readers strip the spaces around a field.
 bool readAlike(std::string_view one, std::string_view other) {
   return one == other || stripBlanks(one) == stripBlanks(other);
 }
@@ -40,8 +40,8 @@ bool isHeld(const PackedTexts& held, std::size_t row, const ExportTexts& texts) 
                      [&](std::string_view text) { return readAlike(held[index++], text); });
 }
 
-/// How many rows the disk does not hold as they are; nothing unless its own stand first among them,
-/// in its order.
+/// How many rows differ from the disk or are new; nothing unless the rows begin with those on disk
+/// in the same order.
 std::optional<std::size_t> rowsBeyond(const PackedTexts& held,
                                       std::span<const PropertyRecord> rows) {
   const std::size_t heldRows = held.size() / columns;
@@ -69,7 +69,7 @@ RowPairs pairsOf(const PackedTexts& held, std::span<const PropertyRecord> rows) 
 void compareProperties(const Project& project, const ProjectOnDisk& disk, Unwritten& result) {
   const PackedTexts& held = disk.properties;
   const auto rows = liveRows(project.exportTable, project.exportCount);
-  // As a rule nothing has been taken out, and this runs behind each act.
+  // Fast path: usually no row has been removed, and this runs after each user action.
   if (const auto beyond = rowsBeyond(held, rows)) {
     result.properties += *beyond;
     return;
@@ -83,11 +83,11 @@ void compareProperties(const Project& project, const ProjectOnDisk& disk, Unwrit
   result.removals += static_cast<std::size_t>(std::ranges::count(pairs.kept, false));
 }
 
-/// What reading and writing a list changes by themselves: a device without a name gets one, and
-/// names beyond the number of devices go.
+/// Whether to count what reading and writing a list changes by themselves: a device without a name
+/// gets one, and names beyond the number of devices are dropped.
 enum class ByItself : std::uint8_t { count, doNotCount };
 
-/// Devices are known by their numbers. An entry that a reader has found no line for holds nothing.
+/// Compares by device number. An entry for which the reader found no line is empty.
 void compareNames(const PackedTexts& held, const DeviceNames& names, ByItself byItself,
                   Unwritten& result) {
   for (std::size_t device = 0; device < std::max(held.size(), names.size()); ++device) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the files of the project held when the wizard last read or wrote them, and how the state
-// differs from it.
+// What the project's files held when the wizard last read or wrote them, and how the project in
+// memory differs.
 #pragma once
 
 #include <cstddef>
@@ -18,12 +18,11 @@ namespace kova {
 
 struct Project;
 
-/// Many short texts in one: a thousand rows are kept in a few microseconds, and nothing has to be
-/// freed row by row when their project is left.
+/// Many short texts in one string: fast to copy, and a thousand rows are freed at once.
 class PackedTexts {
  public:
   PackedTexts() = default;
-  /// The columns of the first `exportCount` rows, row behind row.
+  /// The columns of the first `exportCount` rows, row by row.
   PackedTexts(const ExportTable& exportTable, std::int16_t exportCount);
   explicit PackedTexts(const DeviceNames& names);
 
@@ -42,30 +41,30 @@ class PackedTexts {
   std::vector<std::uint32_t> starts_{0};
 };
 
-/// A table that somebody else has written since the wizard looked at it last.
+/// A table that someone else has changed since the wizard last read or wrote it.
 struct ExternalChange {
   std::string file;
-  std::string backup;  ///< keeps what they wrote
+  std::string backup;  ///< holds their version
 };
 
 struct ProjectOnDisk {
-  PackedTexts properties;  ///< of the export table, the number of devices in each row included
-  // Rows of these two are only ever appended, so their number tells which ones are on disk.
+  PackedTexts properties;  ///< rows of the export table
+  // Rows of these two are only appended, so the number is enough to know which are on disk.
   std::int16_t historyRows = 0;
   std::int16_t alarmRows = 0;
   PackedTexts deviceNames;  ///< of the server, in the file that Done writes
-  PackedTexts namesRead;    ///< of the server, in the file that they are read from
-  /// Of properties with names of their own, by property name.
+  PackedTexts namesRead;    ///< of the server, in the file from which they are read
+  /// Device names of single properties, by property name.
   std::map<std::string, PackedTexts, std::less<>> nameLists;
-  FolderStates states;            ///< by which a foreign change shows
-  bool backupsUnflushed = false;  ///< the entry has made backups that a power cut may still empty
-  std::vector<ExternalChange> externalChanges;  ///< that the last Done has found
-  /// Why the last Done has copied nothing, if the environment names a repository nevertheless.
+  FolderStates states;            ///< to detect external changes
+  bool backupsUnflushed = false;  ///< a power cut may still empty the backups made at the opening
+  std::vector<ExternalChange> externalChanges;  ///< found by the last Done
+  /// Why the last Done did not use the repository that the environment names; usually empty.
   std::string repositoryNotUsed;
-  bool notWaitedFor = false;  ///< the last Done has gone on beside a wizard that was finishing too
+  bool notWaitedFor = false;  ///< the last Done did not get the lock from another wizard in time
 };
 
-/// Rows that the disk does not hold as they are here, by table, and rows that it alone holds.
+/// Rows that are new or differ from the disk, by table, and rows that only the disk has.
 struct Unwritten {
   std::size_t properties = 0;
   std::size_t historyRows = 0;
@@ -78,21 +77,20 @@ struct Unwritten {
   bool operator==(const Unwritten&) const = default;
 };
 
-/// Compares all rows that Done would write, as a comparison of the files before and after it would.
-/// That is the same count as long as the files hold nothing that the readers leave out, each list
-/// of names has been read and belongs to one property, and nobody else writes here. The line that
-/// Done adds to the history for the property in the form does not count: it is no row of the state.
+/// Counts what Done would change. This equals a comparison of the files before and after it if the
+/// readers skip nothing, each list of names has been read and belongs to one property, and nobody
+/// else writes the files. The history line that Done adds for the form does not count.
 Unwritten findUnwritten(const Project& project, const ProjectOnDisk& disk);
 
-/// The part of it that a change of directory drops: all but the server's device names, which go
-/// along.
+/// The part of it that a change of directory drops: all but the server's device names, which stay
+/// in memory.
 Unwritten findDroppable(const Project& project, const ProjectOnDisk& disk);
 
-/// What reading the project anew can't bring back. The server's device names stay unless a file of
-/// them is read.
+/// The part of it that reloading the project loses. The server's device names stay unless their
+/// file is read.
 Unwritten findLostByReading(const Project& project, const ProjectOnDisk& disk, bool readsNames);
 
-/// The names in a file of device names, as far as a reader comes.
+/// The names in a file of device names, as far as it can be read.
 PackedTexts namesIn(const FileSystem& files, std::string_view folder, std::string_view file);
 
 }  // namespace kova

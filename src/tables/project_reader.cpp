@@ -10,7 +10,7 @@ namespace kova {
 ReadResult readExports(const TableSource& tables, Project& project) {
   std::int32_t index = project.exportCount;
   const auto take = [&](PropertyRecord&& row) {
-    signedNumberText(row.numModules);  // shown as the number of devices; fails if it is none
+    signedNumberText(row.numModules);  // fails here if it can't be shown as the number of devices
     checkRoom(static_cast<std::int16_t>(index));
     rowOf(project.exportTable, index++) = std::move(row);
   };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How messages cite texts and count things.
+// How messages quote texts and count things.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +17,7 @@ inline std::string quoted(std::string_view text) {
 inline std::string counted(std::size_t number, std::string_view singular, std::string_view plural) {
   return std::to_string(number) + ' ' + std::string(number == 1 ? singular : plural);
 }
-/// The same where the plural only has an "s" more.
+/// The same for a plural in "s".
 inline std::string counted(std::size_t number, const std::string& singular) {
   return counted(number, singular, singular + 's');
 }

@@ -33,14 +33,14 @@ DescriptionParts parseDescription(std::string_view description) {
   DescriptionParts parts;
   const auto open = description.find('[');
   const auto close = description.find(']');
-  // Positions from 0, so "more than two behind" leaves at least two characters in between.
+  // A prefix has at least two characters between the brackets.
   if (open == std::string_view::npos || close == std::string_view::npos || close <= open + 2) {
     parts.rest = description;
     return parts;
   }
   parts.hasPrefix = true;
-  // For text ahead of the bracket this takes in what stands behind the closing one: the length is
-  // counted from the head of the description, as old tables have been read ever since.
+  // The length counts from the start of the description. With text before the bracket this includes
+  // text after the closing one; old tables have always been read like that.
   std::string_view inner = description.substr(open + 1, close - 1);
   if (const auto colon = inner.find(':'); colon != std::string_view::npos) {
     parts.minimum = inner.substr(0, colon);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Minimum, maximum and units of a property travel at the head of its description.
+// Minimum, maximum and units of a property are stored at the start of its description.
 #pragma once
 
 #include <optional>
@@ -8,18 +8,18 @@
 
 namespace kova {
 
-/// A property with these limits has a range: not both are 0 in single precision. A text that is no
-/// number counts as 0.
+/// A property with these limits has a range: one of them is not 0 in single precision. A text that
+/// is not a number counts as 0.
 bool isRange(std::string_view minimum, std::string_view maximum);
 
-/// The head "[minimum:maximum units]" of a description. "none" stands for no units.
+/// The prefix "[minimum:maximum units]" of a description. "none" means no units.
 std::string rangePrefix(std::string_view minimum, std::string_view maximum, std::string_view units);
 
-/// A description taken apart. What is absent leaves its field as it is.
+/// The parts of a description. An absent part leaves its field unchanged.
 struct DescriptionParts {
   bool hasPrefix = false;
-  std::optional<std::string> minimum;  ///< absent where the prefix has no colon
-  std::optional<std::string> maximum;  ///< absent where it has no blank behind the colon
+  std::optional<std::string> minimum;  ///< absent if the prefix has no colon
+  std::optional<std::string> maximum;  ///< absent if the prefix has no space after the colon
   std::string units;
   std::string rest;
 };

@@ -9,15 +9,15 @@ namespace {
 
 std::vector<bool> findMoved(const std::vector<std::size_t>& partners) {
   std::vector<bool> moved(partners.size());
-  std::vector<std::size_t> ends;  // rows at which an ascending part of length k + 1 ends lowest
-  std::vector<std::size_t> ahead(partners.size(), noPartner);
+  std::vector<std::size_t> ends;  // [k]: lowest last row of an ascending sequence of length k + 1
+  std::vector<std::size_t> previous(partners.size(), noPartner);
   for (std::size_t row = 0; row < partners.size(); ++row) {
     if (partners[row] == noPartner) continue;
     moved[row] = true;
     const auto place = std::lower_bound(
         ends.begin(), ends.end(), partners[row],
         [&](std::size_t end, std::size_t partner) { return partners[end] < partner; });
-    if (place != ends.begin()) ahead[row] = *(place - 1);
+    if (place != ends.begin()) previous[row] = *(place - 1);
     if (place == ends.end()) {
       ends.push_back(row);
     } else {
@@ -25,7 +25,7 @@ std::vector<bool> findMoved(const std::vector<std::size_t>& partners) {
     }
   }
   if (ends.empty()) return moved;
-  for (std::size_t row = ends.back(); row != noPartner; row = ahead[row]) moved[row] = false;
+  for (std::size_t row = ends.back(); row != noPartner; row = previous[row]) moved[row] = false;
   return moved;
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which rows of two states of a table are the same row, and which of them stand elsewhere.
+// Pairs the rows of two versions of a table and finds those that have moved.
 #pragma once
 
 #include <cstddef>
@@ -12,13 +12,13 @@ namespace kova {
 inline constexpr std::size_t noPartner = std::numeric_limits<std::size_t>::max();
 
 struct RowPairs {
-  std::vector<std::size_t> partners;  ///< of each row after: its place before, or noPartner
-  /// Of each row after: it does not belong to the longest part whose order is still the same.
+  std::vector<std::size_t> partners;  ///< for each row after: its index before, or noPartner
+  /// For each row after: it is not in the longest sequence that has kept its order.
   std::vector<bool> moved;
-  std::vector<bool> kept;  ///< of each row before: it is still there
+  std::vector<bool> kept;  ///< for each row before: it is still there
 };
 
-/// Pairs rows by what they are known by, and by their place among those that are known by the same.
+/// Pairs rows by key, and rows with equal keys by their order.
 RowPairs pairRows(const std::vector<std::string>& before, const std::vector<std::string>& after);
 
 }  // namespace kova

@@ -13,21 +13,21 @@
 
 namespace kova {
 
-/// Rows are appended by commits only below this count, although a file can fill the table.
+/// Commits append rows only below this count, although a file can fill the table.
 inline constexpr std::int16_t appendLimit = 1000;
 
-/// Of a local name this many characters count.
+/// Number of significant characters of a local name.
 inline constexpr std::size_t localNameLength = 6;
 
-/// Throws Failure if a table with `rows` rows has no room for another one.
+/// Throws Failure if a table with `rows` rows is full.
 inline void checkRoom(std::int16_t rows) {
   if (rows >= tableRows) {
     throw Failure("the table has room for " + std::to_string(tableRows) + " rows");
   }
 }
 
-/// A table with room for all its rows, so that none of them ever moves. They take memory only once
-/// they are used.
+/// A table with capacity for all its rows, so that rows never move in memory. Unused rows take
+/// address space only.
 template <class Table>
 Table reservedTable() {
   Table table;
@@ -35,7 +35,7 @@ Table reservedTable() {
   return table;
 }
 
-/// Row `index` of a table, from 0 on. At its first use it comes into being, empty.
+/// Row `index` (from 0) of a table. Creates it, empty, at its first use.
 template <class Row>
 Row& rowOf(std::vector<Row>& table, std::int32_t index) {
   const auto place = static_cast<std::size_t>(index);
@@ -43,7 +43,7 @@ Row& rowOf(std::vector<Row>& table, std::int32_t index) {
   return table[place];
 }
 
-/// The same to look at: an empty row if it was not used yet.
+/// The same, read-only: an empty row if it has not been used.
 template <class Row>
 const Row& rowOf(const std::vector<Row>& table, std::int32_t index) {
   static const Row empty;
@@ -51,13 +51,13 @@ const Row& rowOf(const std::vector<Row>& table, std::int32_t index) {
   return place < table.size() ? table[place] : empty;
 }
 
-/// The rows of a table that count.
+/// The active rows of a table.
 template <class Row>
 std::span<const Row> liveRows(const std::vector<Row>& table, std::int16_t count) {
   return std::span(table).first(static_cast<std::size_t>(count));
 }
 
-/// As much of a local name as a row stores.
+/// The part of a local name that a row stores.
 inline std::string storedLocalName(std::string_view localName) {
   return std::string(localName.substr(0, localNameLength));
 }

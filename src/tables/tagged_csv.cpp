@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t largestColumn = std::numeric_limits<std::int16_t>::max();
 
-// All blanks and line endings lie at or below the space.
+// White space and line endings are not above the space.
 bool isPrinted(char character) {
   return static_cast<unsigned char>(character) > ' ';
 }
@@ -31,22 +31,22 @@ bool equalsFolded(std::string_view one, std::string_view other) {
                     [](char left, char right) { return upperCase(left) == upperCase(right); });
 }
 
-// Fields are short: a plain loop finds their end sooner than a search made for long texts.
+// Fields are short: a plain loop is faster than a search optimised for long texts.
 std::size_t widthToComma(std::string_view rest) {
   std::size_t width = 0;
   while (width < rest.size() && rest[width] != ',') ++width;
   return width;
 }
 
-// Only fields behind the first know quotes; a quote that nobody closes is a field of its own.
+// Quotes count from the second field on; an unclosed quote is a field of its own.
 std::size_t widthOfFollowing(std::string_view rest) {
   if (!rest.starts_with('"')) return widthToComma(rest);
   const auto closing = rest.find('"', 1);
   return closing == std::string_view::npos ? 1 : closing + 1;
 }
 
-// Calls `visit` with each field of a line until it returns false. Whatever follows a field counts
-// as its separator.
+// Calls `visit` with each field of a line until it returns false. Any character after a field is
+// its separator.
 template <class Visit>
 void visitFields(std::string_view line, Visit visit) {
   std::size_t width = widthToComma(line);
@@ -76,7 +76,7 @@ bool hasOnlyLineFeeds(std::string_view content) {
          content.find('\n') != std::string_view::npos;
 }
 
-// Takes the first line off `content`. Throws Failure for one that is too long.
+// Removes the first line from `content`. Throws Failure if it is too long.
 std::string_view takeLine(std::string_view& content) {
   const auto end = content.find('\r');
   if (std::min(end, content.size()) > longestLine) {
@@ -113,7 +113,7 @@ bool isCommentSign(char sign) {
 }
 
 std::string_view stripBlanks(std::string_view text) {
-  // As a rule there are no others than the space ahead of a number.
+  // Fast path: usually there is at most the space before a number.
   if (text.starts_with(' ')) text.remove_prefix(1);
   const bool bare = text.empty() || (isPrinted(text.front()) && isPrinted(text.back()));
   return bare ? text : strippedBothEnds(text);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the status line says while a control has the focus, ahead of what an act there would cost.
+// The status text while a control has the focus: what using that control would cause.
 #pragma once
 
 #include <string>
@@ -9,9 +9,8 @@
 
 namespace kova {
 
-/// The reason of a field's mark, what a change of Export Name or Project Directory would drop, what
-/// Done would write: as things stand at this moment. Empty if there is nothing to say about
-/// `control`; statusText then shows.
+/// For a field the reason of its mark, for Export Name and Project Directory what a change would
+/// drop, for Done what it would write. Empty if `control` has no message; then `statusText` shows.
 std::string focusMessage(const Wizard& wizard, const ControlPointer& control);
 
 }  // namespace kova

@@ -18,7 +18,7 @@
 namespace kova {
 namespace {
 
-/// A handler of the main window with the wizard at hand.
+/// Binds a handler of the main window to the wizard.
 Handler on(Wizard& wizard, void (*handler)(Wizard&)) {
   return [&wizard, handler] { handler(wizard); };
 }

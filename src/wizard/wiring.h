@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Ties every handler to its control.
+// Connects every handler to its control.
 #pragma once
 
 #include "core/wizard.h"
@@ -7,12 +7,12 @@
 
 namespace kova {
 
-/// The whole program but its view: the wizard and its guided dialog, all handlers attached.
+/// The program without its view: the wizard and its guided dialog, all handlers connected.
 struct SetupWizard {
   SetupWizard(const Platform& machine, MessageBox messageBox);
 
-  /// Loads the main window with its defaults and the project of the home directory, if there is
-  /// one, and shows it. A view has hung itself on the controls before.
+  /// Loads the main window with its defaults and the project of the home directory, if any, and
+  /// shows it. A view must have connected itself to the controls before.
   void start();
 
   Wizard wizard;

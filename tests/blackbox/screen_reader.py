@@ -82,7 +82,7 @@ def speaks(program):
     program.hears(heard, "showing", "notification", "Project read: 8 properties")
     expect("lines in focus", [], [event for event in heard if event[1] == "list item"])
     program.type(PROPERTY, "Property Name", "A,B")
-    program.hears(heard, "showing", "notification", "The comma moves the columns")
+    program.hears(heard, "showing", "notification", "A comma splits this field")
     program.choose(PROPERTY, "Access", "WRITE")
     program.hears(heard, "focused", "list item", "WRITE")
 

@@ -283,7 +283,7 @@ TEST_F(Editing, APropertysDeviceListWaitsForItsCommit) {
   type(form.PropertyName, "P");
   type(form.OutputDataSize, "-1");
   toggle(form.DeviceListCheck);
-  EXPECT_EQ(status(), "No device list: the size is negative. The tick is taken back.");
+  EXPECT_EQ(status(), "Device List cleared: the data size must not be negative.");
   EXPECT_FALSE(form.DeviceListCheck.ticked());
   form.EditCmd.click();
   form.PropertyList.select(0);
@@ -321,7 +321,7 @@ TEST_F(Editing, ADeviceListGivenUpReachesNoOtherProperty) {
   nameServer();
   giveUpList();
   type(form.ProjectDir, home.path("OTHER"));
-  EXPECT_EQ(status(), "The device list prepared for GIVEN UP went with the directory.");
+  EXPECT_EQ(status(), "Device list prepared for GIVEN UP dropped by the change of directory.");
   form.EditCmd.click();
   EXPECT_FALSE(form.DeviceListCheck.ticked()) << "nor one in another directory";
 

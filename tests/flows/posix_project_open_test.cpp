@@ -27,8 +27,8 @@ TEST_F(PosixEntry, TellsWhatToDoAboutFilesOfOthers) {
   permissions(home.path("MAGNET"), perms::all | perms::sticky_bit);
   permissions(home.path(), perms(0755));
   EXPECT_EQ(enteredByAnother(),
-            "Project not read: backup of priv\xE9: Permission denied. Move the file away, or see "
-            "that it is readable and that the directory is writable and has room.");
+            "Project not read: backup of priv\xE9: Permission denied. Move the file away, or make "
+            "sure that it is readable and that the directory is writable and has free space.");
   if (::geteuid() != 0) return;
   home.write("MAGNET/exports-1600000000.csv", "of a colleague");
   EXPECT_EQ(enteredByAnother(),

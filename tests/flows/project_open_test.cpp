@@ -66,8 +66,8 @@ TEST_F(Entry, NamesTheFileWithoutABackupAndLeavesNoCopies) {
   const std::string file(250, 'z');
   const std::string text = "Project not read: backup of " + file + ": " +
                            std::strerror(ENAMETOOLONG) +
-                           ". Move the file away, or see that it is readable and that the " +
-                           "directory is writable and has room.";
+                           ". Move the file away, or make sure that it is readable and that the " +
+                           "directory is writable and has free space.";
   home.write("MAGNET/" + file, "whose backup no disk can name");
   home.write("MAGNET/exports-1600000000.csv", "old");
   home.write("MAGNET/exports-1700000000.csv", "of the same second");
@@ -85,8 +85,8 @@ TEST_F(Entry, RowsLeadOnlyToPlainNamesInTheHomeDrive) {
     project("A", {name + ",L,P,1,short,0,NULL,1,READ,3,x,0"});
     open("");
     open("A");
-    const std::string message = " Project " + name + " not read: this export name of the last " +
-                                "row is no plain name of a directory in " + home.path();
+    const std::string message = " Project " + name + " not read: the last row belongs to " + name +
+                                ", which is not a directory in " + home.path();
     EXPECT_TRUE(status().ends_with(message + wayOut + home.path("A."))) << status();
     EXPECT_EQ(engineer.rows().properties, 0);
     EXPECT_FALSE(home.has("MAGNET/exports-1700000000.csv"));
@@ -103,8 +103,7 @@ TEST_F(Entry, AChainOfProjectsEndsWithAWord) {
   open("P0");
   EXPECT_EQ(form.ProjectDir.text(), home.path("P16"));
   const std::string message =
-      " Project P16 not read: too many projects lead to one another by "
-      "the export names of their last rows";
+      " Project P16 not read: too many projects lead to each other through their last rows";
   EXPECT_TRUE(status().ends_with(message + wayOut + home.path("P0."))) << status();
   open("MAGNET");
   EXPECT_TRUE(status().starts_with("Project read: 8 properties")) << status();

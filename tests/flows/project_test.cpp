@@ -188,8 +188,8 @@ TEST_F(Project, ThatCantBeCopiedCostsAMessageAFile) {
   done();
   EXPECT_EQ(said(), "nothing") << "there is no folder to ask for";
   const Cases cases = {{"EEQM", "No such file or directory"},
-                       {"../x", "the local name names no folder of its own"},
-                       {{"A\0B", 3}, "the local name names no folder of its own"}};
+                       {"../x", "the local name is not a valid folder name"},
+                       {{"A\0B", 3}, "the local name is not a valid folder name"}};
   for (const auto& [localName, why] : cases) {
     project("E", {"E," + localName + ",P,1,double,0,NULL, 1,READ,1,x,0"});
     open("");
@@ -243,7 +243,7 @@ TEST_F(Project, WithoutADirectoryToWriteToStaysAsItIs) {
   open("MAGNET");
   form.PropertyList.select(5);
   form.ProjectDir.click();
-  const Cases cases = {{"nowhere", "there is no folder nowhere to begin with"},
+  const Cases cases = {{"nowhere", "the folder nowhere does not exist"},
                        {"", "no project directory is given"},
                        {home.path("D"), "Is a directory"}};
   for (const auto& [folder, why] : cases) {
@@ -260,8 +260,8 @@ TEST_F(Project, GoesOnBesideAnotherWizardThatIsFinishingIt) {
   const auto held = engineer.files->lock({magnet});
   done();
   EXPECT_EQ(status(),
-            "All tables written. Another wizard is finishing this project as well; it was waited "
-            "for in vain.");
+            "All tables written. Another wizard is saving this project. Gave up waiting after 3 "
+            "seconds.");
   EXPECT_TRUE(engineer.ended);
 }
 
@@ -349,7 +349,7 @@ TEST_F(GuidedDialog, AsksForTheServerStepByStep) {
   dialog.nextParam.click();
   enter("4");
   EXPECT_EQ(server(), "MAGNUM, MAGEQM, 4");
-  EXPECT_TRUE(status().ends_with(" Guidance has set the number of devices from 1 to 4."));
+  EXPECT_TRUE(status().ends_with(" Guidance changed the number of devices from 1 to 4."));
   EXPECT_FALSE(dialog.window.loaded());
 }
 

@@ -51,7 +51,7 @@ TEST_F(Status, ANewServerCountsUntilDoneHasWrittenIt) {
             "yet written.");
   form.EditCmd.click();
   EXPECT_EQ(line,
-            "Property P replaced. It has a further alarm watch row; the former ones stay. 1 "
+            "Property P replaced. It now has another alarm watch row; the earlier ones stay. 1 "
             "property, 1 history row, 2 alarm watch rows, 4 device names not yet written.");
 
   const std::vector<std::pair<std::string, std::string>> cases = {
@@ -84,8 +84,8 @@ TEST_F(Status, AProjectThatWasReadCountsWhereItDiffers) {
       << "a list that was read has one more";
   // Its history was kept when it was of another format.
   const std::string replaced =
-      "Property FIELD replaced. Its history row keeps its first settings; those of the form are "
-      "not taken.";
+      "Property FIELD replaced. Its history row keeps its earlier settings; those in the form are "
+      "ignored.";
   form.PropertyList.select(6);
   form.EditCmd.click();
   EXPECT_EQ(line, replaced);
@@ -114,7 +114,7 @@ TEST_F(Status, RemovalsCountAndSayHowTheyAreUndone) {
 
 TEST_F(Status, EachDoneTellsOnceWhatSomebodyElseHasWritten) {
   const std::string kept =
-      " What somebody else has written to exports.csv since is kept as exports-170000000";
+      " exports.csv was changed by someone else; that version was saved as exports-170000000";
   open("MAGNET");
   home.write("MAGNET/exports.csv", "by a colleague");
   std::filesystem::create_directory(home.path("MAGNET/devices.csv"));
