@@ -115,12 +115,12 @@ TEST_F(Commit, OfAProcessIsFiveRowsWhereAllHaveRoomAndNoneIsThere) {
   form.numSteps = "03";
   form.isProcess = true;
   EXPECT_EQ(edit().added, 5);
-  EXPECT_EQ(rows(),
-            "RAMP.START,1,short,1,short, 1,READ|WRITE,1,[0:03 ]Start ramp,3\r\n"
-            "RAMP.STOP,0,NULL,0,NULL, 2,WRITE,1,[0:03 ]Stop ramp,3\r\n"
-            "RAMP.PAUSE,0,NULL,0,NULL, 3,WRITE,1,[0:03 ]Pause ramp,3\r\n"
-            "RAMP.RESUME,0,NULL,0,NULL, 4,WRITE,1,[0:03 ]Resume ramp,3\r\n"
-            "RAMP.STATUS,1,short,0,NULL, 5,READ,1,[0:03 ]Status of ramp,3\r\n");
+  EXPECT_EQ(
+      rows(),
+      "RAMP.START,1,short,1,short, 1,READ|WRITE,1,[0:03 ]Start ramp,3\r\nRAMP.STOP,0,NULL,0,NULL, "
+      "2,WRITE,1,[0:03 ]Stop ramp,3\r\nRAMP.PAUSE,0,NULL,0,NULL, 3,WRITE,1,[0:03 ]Pause "
+      "ramp,3\r\nRAMP.RESUME,0,NULL,0,NULL, 4,WRITE,1,[0:03 ]Resume "
+      "ramp,3\r\nRAMP.STATUS,1,short,0,NULL, 5,READ,1,[0:03 ]Status of ramp,3\r\n");
   for (const std::string taken : {"RAMP.START", "RAMP.STATUS", "RAMP"}) {
     project.exportTable[0].propertyName = taken;
     project.exportCount = 1;
@@ -194,10 +194,10 @@ TEST_F(Commit, GivesADeviceListAFileThatTheDiskCanKeep) {
   }
   EXPECT_EQ(unwritable(), "none") << "without a list there is no file";
   for (const int row : {0, 1}) project.exportTable[row].hasDeviceList = true;
-  EXPECT_EQ(unwritable(), "P\xC9-names.csv : this disk takes it for P\xE9-names.csv");
+  EXPECT_EQ(unwritable(), "P\xC9-names.csv : the disk can't distinguish it from P\xE9-names.csv");
   project.exportTable[1].hasDeviceList = false;
   project.exportTable[2].hasDeviceList = true;
-  EXPECT_EQ(unwritable(), longName + "-names.csv : this disk can't hold a file of that name");
+  EXPECT_EQ(unwritable(), longName + "-names.csv : the disk can't hold a file of this name");
 }
 
 }  // namespace

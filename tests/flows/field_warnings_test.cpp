@@ -35,17 +35,17 @@ struct Case {
   FormText text;
   std::string typed, boxes, warning;
 };
-const std::string column = "The comma moves the columns behind ";
+const std::string splits = "A comma splits this field in ";
+const std::string advice = ".csv. Use a semicolon, or a point in numbers (1.5).";
 const std::string cut = "exports.csv would be read back only up to this row.";
 const std::string refused = ": Add and Edit refuse it.";
 const std::string noNumber = "This is not a number: ";
-const std::string stays = ": the list of device names stays as it is.";
+const std::string stays = ": the list of device names stays unchanged.";
 const std::vector<Case> cases = {
-    {&FormTexts::tolerance, "0,5%", "h", column + "Tolerance: Short Depth would read as 5."},
-    {&FormTexts::tolerance, "0,600", "h", column + "Tolerance: Long Depth would read as 600."},
+    {&FormTexts::tolerance, "0,5%", "h", splits + "history" + advice},
     {&FormTexts::tolerance, "0,5%", "", ""},
-    {&FormTexts::mask, "1,2", "a", column + "MASK: NORMAL would read as 2."},
-    {&FormTexts::exportName, "A,B", "", "The comma moves the columns: " + cut},
+    {&FormTexts::mask, "1,2", "a", splits + "almwatch" + advice},
+    {&FormTexts::exportName, "A,B", "", "A comma splits this field: " + cut},
     {&FormTexts::exportName, ";A", "",
      "A row that begins with ; is a comment: exports.csv would be read back without it."},
     {&FormTexts::exportName, "%A", "",
@@ -55,16 +55,16 @@ const std::vector<Case> cases = {
     {&FormTexts::localName, "#A", "", ""},
     {&FormTexts::localName, "MAGNETS", "", "Only the first 6 characters count: MAGNET"},
     {&FormTexts::localName, "A/B", "",
-     "A name with a separator names no folder in the repository."},
+     "The repository can't have a folder whose name contains a separator."},
     {&FormTexts::propertyName, "A/B", "", ""},
     {&FormTexts::propertyName, "A/B", "pd", ""},
-    {&FormTexts::description, "a,b", "", column + "DESCRIPTION: NUM_STEPS would read as b."},
-    {&FormTexts::numSteps, "2,5", "p", column + "DESCRIPTION: NUM_STEPS would read as 5 ]Start x."},
+    {&FormTexts::description, "a,b", "", splits + "exports" + advice},
+    {&FormTexts::numSteps, "2,5", "p", splits + "exports" + advice},
     {&FormTexts::numSteps, "1E999", "p", "The number is not finite" + refused},
     {&FormTexts::numSteps, "3x", "p", noNumber + "it counts as 3."},
-    {&FormTexts::outputSize, "1,,", "", column + "PROPERTY_SIZE: FORMAT would be empty."},
+    {&FormTexts::outputSize, "1,,", "", splits + "exports" + advice},
     {&FormTexts::outputSize, "many", "",
-     "\"many\" is not a number: it goes to exports.csv as it stands."},
+     "\"many\" is not a number: it is written to exports.csv unchanged."},
     {&FormTexts::outputSize, "3E9", "h",
      "3000000000 is outside -2147483648 to 2147483647" + refused},
     {&FormTexts::outputSize, "3E9", "", ""},
@@ -80,8 +80,7 @@ const std::vector<Case> cases = {
     {&FormTexts::maximum, "1 000", "", "Max Value would read as 1."},
     {&FormTexts::units, "V]s", "", "Units would read as V."},
     {&FormTexts::exportName, "\"a", "ha",
-     "The quote moves the columns behind Export Name: Local Name would be empty."},
-    {&FormTexts::description, "1,2,3,4", "", column + "DESCRIPTION: NUM_STEPS would read as 2."},
+     "A quotation mark splits this field in history.csv. Remove it."},
     {&FormTexts::minimum, "1]2 :3", "", "The range would be read as part of the description."},
 };
 
@@ -118,12 +117,12 @@ TEST(FieldWarnings, ComeTrueAtDone) {
   rowOf(trial.project.exportTable, 1).devices.resize(2);  // prepared for the next property
   trial.fill(&FormTexts::propertyName, "A/B", "d");
   EXPECT_EQ(trial.warning(&FormTexts::propertyName),
-            "Done can't write the device list: a file name holds no /.");
+            "Done can't write the device list: a file name can't contain /.");
   trial.edit();
   EXPECT_TRUE(has(trial.done(), "Could not write A/B-names.csv"));
   trial.form.propertyName = " A";
   EXPECT_EQ(trial.warning(&FormTexts::propertyName),
-            "\" A-names.csv\" would not be found again: the blanks are lost.");
+            "\" A-names.csv\" would not be found again: the spaces are lost.");
 }
 
 struct NameListWarnings : Flow {};
@@ -131,7 +130,7 @@ struct NameListWarnings : Flow {};
 TEST_F(NameListWarnings, TellWhatIsLostOfTheBox) {
   const std::vector<std::pair<std::string, std::string>> lists = {
       {"A,1\r\n", "The name of device 0 would read as A."},
-      {"A\r\nB\r\n", "The list has room for 1 name: the lines behind are dropped."}};
+      {"A\r\nB\r\n", "The list has room for 1 name: further lines are dropped."}};
   for (const auto& [names, expected] : lists) {
     type(form.deviceNamesInputText, names);
     EXPECT_EQ(fieldWarning(engineer.program.wizard, form.deviceNamesInputText), expected);

@@ -267,7 +267,7 @@ TEST_F(Project, GoesOnBesideAnotherWizardThatIsFinishingIt) {
 
 // Values of the environment that the code page can't tell.
 const std::string lacks =
-    " is not used: its name has characters that this system's code page (Windows-1252) lacks. ";
+    " is not used: its value has characters that this system's code page (Windows-1252) lacks. ";
 
 struct Values : Flow {
   void SetUp() override {}  // the environment is to be set ahead of the start
@@ -302,8 +302,8 @@ TEST_F(Values, WithoutAHomeOrARepositoryNothingIsWrittenThere) {
   engineer.environment.values = {{"FECDB", home.path("other")}};
   EXPECT_EQ(startedWithout({"HOME", "FEC_HOME"}),
             "HOME" + lacks +
-                "No home directory is left that Windows-1252 can name: type the "
-                "project's into Project Directory. FEC_HOME" +
+                "No home directory can be named in Windows-1252. Type the project directory into "
+                "Project Directory. FEC_HOME" +
                 lacks.substr(0, lacks.size() - 1));
   done("");
   EXPECT_EQ(said(), "Could not create exports.csv file : no project directory is given");

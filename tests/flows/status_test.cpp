@@ -147,9 +147,8 @@ TEST_F(Status, AnEntryTellsWhatItDroppedAndWhatItCouldNotRead) {
   EXPECT_EQ(line,
             "1 unwritten removal dropped by the change of directory. Project read: 8 properties, 0 "
             "history rows, 0 alarm watch rows, 4 device names; 4 backups made. history.csv can't "
-            "be read: "
-            "Is a directory. Reading almwatch.csv stopped at line 2: 99999999999 is outside "
-            "-2147483648 to 2147483647. 5 device names not yet written.")
+            "be read: Is a directory. Reading almwatch.csv stopped at line 2: 99999999999 is "
+            "outside -2147483648 to 2147483647. 5 device names not yet written.")
       << "and what had not been written there counts no more";
 }
 
@@ -175,24 +174,25 @@ TEST_F(Status, DoneAndAddSayWhatTheyWouldDo) {
   EXPECT_EQ(atDone(), "Done writes exports.csv (1 row).");
   form.HistoryCheck.setValue(1);
   EXPECT_EQ(atDone(),
-            "Done writes exports.csv (1 row). The form differs from P and is not part of it.");
+            "Done writes exports.csv (1 row). The form differs from P. These changes will not be "
+            "written.");
   form.AlarmWatchCheck.setValue(1);
   form.EditCmd.click();
   EXPECT_EQ(atDone(), "Done writes exports.csv (1 row), history.csv (1 row), almwatch.csv.");
   commit("Q");
   type(form.PropertyName, "STATE");
-  EXPECT_EQ(atDone(),
-            "Done writes exports.csv (2 rows), history.csv (1 row and one for STATE, which stands "
-            "in the form), almwatch.csv. STATE stands in the form only and is not part of it.");
+  EXPECT_EQ(
+      atDone(),
+      "Done writes exports.csv (2 rows), history.csv (1 row and one for STATE, the property in the "
+      "form), almwatch.csv. STATE has not been added; Done writes only a history row for it.");
   type(form.ArchiveHeartbeatText, "often");
   EXPECT_EQ(
       atDone(),
-      "Done writes exports.csv (2 rows) and then ends with: Could not write history.csv : "
-      "Heartbeat: \"often\" is not a number. STATE stands in the form only and is not part of "
-      "it.");
+      "Done writes exports.csv (2 rows) and then fails: Could not write history.csv : Heartbeat: "
+      "\"often\" is not a number. STATE has not been added and will not be written.");
 
   form.ProcessCheck.setValue(1);
-  EXPECT_EQ(at(form.PropertyName), "Add would make a process of five rows.");
+  EXPECT_EQ(at(form.PropertyName), "Add creates a process of five rows.");
 }
 
 TEST_F(Status, NamesWithoutADevice) {
@@ -207,7 +207,7 @@ TEST_F(Status, NamesWithoutADevice) {
   type(form.NumDevices, "2");
   type(form.deviceNamesInputText, "a\r\nb\r\nc\r\nd\r\n");
   form.deviceNamesInputText.lostFocus();
-  tells("2 lines of the device box beyond the number of devices not taken.");
+  tells("2 lines of the device box ignored: more lines than devices.");
 }
 
 TEST_F(Status, NamesThatAReaderSkipsOrDoesNotFind) {
@@ -218,13 +218,13 @@ TEST_F(Status, NamesThatAReaderSkipsOrDoesNotFind) {
   home.write("PUMPS/PUMEQM-devices.csv", names);
   open("PUMPS");
   tells(
-      "7 lines of PUMEQM-devices.csv beyond the number of devices skipped: Done writes devices.csv "
+      "7 lines of PUMEQM-devices.csv skipped: device number out of range. Done writes devices.csv "
       "without them.");
   home.write("PUMPS/P-names.csv", names);
   form.PropertyList.select(0);
   tells(
-      "7 lines of P-names.csv beyond the number of devices skipped: Done writes P-names.csv "
-      "without them.");
+      "7 lines of P-names.csv skipped: device number out of range. Done writes P-names.csv without "
+      "them.");
   std::filesystem::rename(home.path("PUMPS/PUMEQM-devices.csv"), home.path("PUMPS/devices.csv"));
   open("PUMP");
   open("PUMPS");
