@@ -9,7 +9,7 @@
 namespace kova {
 namespace {
 
-constexpr int pause = 150;  // milliseconds after the last event, to keep typing fast
+constexpr int refreshPause = 150;  // milliseconds after the last event, to keep typing fast
 constexpr QSize charactersAndLines(130, 32);
 
 }  // namespace
@@ -60,7 +60,7 @@ void ReviewWindow::open() {
 }
 
 void ReviewWindow::scheduleRefresh() {
-  if (isVisible()) soon_.start(pause);
+  if (isVisible()) soon_.start(refreshPause);
 }
 
 void ReviewWindow::keyPressEvent(QKeyEvent* event) {

@@ -54,6 +54,12 @@ def enter(size, settings=None):
     sys.exit(code)
 
 
+def role_of(found):
+    """What Debian 12 calls it."""
+    name = found.getRoleName()
+    return "push button" if name == "button" else name
+
+
 class Program:
     """The running wizard. What it shows is looked up anew each time."""
 
@@ -112,7 +118,7 @@ class Program:
     def find(self, role, name, frame=None):
         def search():
             return next((a for a, above in self.walk()
-                         if a.getRoleName() == role and self.named(a) == name
+                         if role_of(a) == role and self.named(a) == name
                          and frame in (None, above[-1].name)), None)
         return self.until(f"{role} '{name}'", search)
 

@@ -59,7 +59,7 @@ def find_all(program):
     found = collections.defaultdict(list)
     for control, above in program.walk():
         if program.has(control, "focusable") and above[-1].getRoleName() != "list":
-            key = (control.getRoleName(), above[-1].name, program.named(control))
+            key = (desktop.role_of(control), above[-1].name, program.named(control))
             found[key].append(control)
     counts = {key: len(controls) for key, controls in found.items()}
     expect("controls", dict(collections.Counter(CONTROLS)), counts)
