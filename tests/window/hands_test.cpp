@@ -295,7 +295,7 @@ TEST_F(Hands, TheReasonOfAMarkStandsInTheStatusLineWhileItsFieldHasTheFocus) {
   const QString last = line->text();
   const QString tip = desk.widget("PropertyName").toolTip();
   desk.write("PropertyName", "A,B");
-  EXPECT_TRUE(QTest::qWaitFor([&] { return line->text().startsWith("The comma moves"); }));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return line->text().startsWith("A comma splits"); }));
   EXPECT_EQ(desk.widget("PropertyName").toolTip(), tip);
   EXPECT_TRUE(desk.widget("PropertyName").accessibleDescription().endsWith(line->text()));
   desk.click("Units");
