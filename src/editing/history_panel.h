@@ -10,8 +10,7 @@ namespace kova {
 
 void HistoryCheck_Click(Wizard& wizard);
 
-/// Shows the settings of the first history row of this property. Without one the panel stays
-/// unchanged.
+/// Shows the first history row of this property. Without one the panel stays unchanged.
 void fillInHistorySelections(Wizard& wizard, const std::string& expName,
                              const std::string& prpName);
 

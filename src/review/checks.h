@@ -1,29 +1,20 @@
 // SPDX-License-Identifier: MIT
-// The check of each rule. The table of rules describes them.
+// The rules by subject. A rule and its check are next to each other.
 #pragma once
+
+#include <span>
 
 #include "review/findings.h"
 
 namespace kova::checks {
 
-using Check = void(const ProjectReading& project, const Report& report);
-
-// Formatting of a file: file_checks.cpp.
-Check unreadable, lineFeedsOnly, mixedLineEndings, byteOrderMark, utf8Text, lackingCharacter,
-    controlCharacter, comments, orphanBackup;
-
-// Where reading stops, columns and fields: column_checks.cpp.
-Check stopped, tableFull, noRows, missingColumn, unknownColumn, repeatedColumn, unnamedColumn,
-    emptyLine, tooManyFields, tooFewFields, openQuote, digitsForText, textForNumber;
-
-// Single rows of the export table: property_checks.cpp.
-Check namelessProperty, repeatedProperty, otherCase, separatorInName, longLocalName, severalServers,
-    severalLocalNames, severalModuleCounts, unknownFormat, formatCase, unknownArrayType,
-    unknownAccess, brokenRange, incompleteProcess;
-
-// Rows of the other tables and their properties: cross_table_checks.cpp.
-Check historyWithoutProperty, historyDiffers, repeatedHistory, repeatedIndex, alarmWithoutProperty,
-    alarmDiffers, severalAlarms, namelessAlarm, unreadDevices, namesWithoutProperty, listTooLong,
-    repeatedDevice;
+/// Formatting of a file.
+std::span<const Rule> fileRules();
+/// Where reading stops, columns and fields.
+std::span<const Rule> columnRules();
+/// Single rows of the export table.
+std::span<const Rule> propertyRules();
+/// Rows of the other tables and their properties.
+std::span<const Rule> crossTableRules();
 
 }  // namespace kova::checks

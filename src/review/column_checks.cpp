@@ -102,8 +102,6 @@ bool holdsWords(const ColumnFacts& column) {
   return std::find(tags.begin(), tags.end(), column.tag) != tags.end();
 }
 
-}  // namespace
-
 void stopped(const ProjectReading& project, const Report& report) {
   for (const Reading& reading : readings(project)) {
     const auto& stop = reading.result->stop;
@@ -211,6 +209,117 @@ void textForNumber(const ProjectReading& project, const Report& report) {
       return;
     report(place, quoted(text) + " in column " + std::string(column.tag) + " is not a number");
   });
+}
+
+using enum Severity;
+
+constexpr auto columnTable = std::to_array<Rule>({
+    {"reading-stops",
+     error,
+     "Reading stops before the end of a table",
+     "The wizard does not have the rows from this line on, and Done writes the table without "
+     "them.",
+     "Correct the line. The finding gives the reason.",
+     {"history.csv", " 2,MAGNET", " 32768,MAGNET", " 32767,MAGNET"},
+     stopped},
+    {"table-full",
+     error,
+     "A table has more than 1001 rows",
+     "The wizard does not have the rows after row 1001, and Done writes the table without them.",
+     "Split the server, or remove unused rows.",
+     {},
+     tableFull},
+    {"no-rows",
+     note,
+     "The export table has no rows",
+     "The project opens empty, and Done writes nothing until it has a property.",
+     "Add a property, or restore a backup.",
+     {"exports.csv", "",
+      "EXPORT_NAME,LOCAL_NAME,PROPERTY,PROPERTY_SIZE,FORMAT,ACCESS,"
+      "NUM_MODULES,DESCRIPTION\r\n",
+      ""},
+     noRows},
+    {"missing-column",
+     error,
+     "A column is missing",
+     "Its field reads as empty, or as 0, in every row, and Done writes it that way.",
+     "Add the column to the header, and its fields to the rows.",
+     {"almwatch.csv", "severity", "importance", "SEVERITY"},
+     missingColumn},
+    {"unknown-column",
+     warning,
+     "Unknown column",
+     "Done writes the table without it.",
+     "Correct the column's name, or keep its content elsewhere.",
+     {"almwatch.csv", "NORMAL", "NORMAL,NOTE", "normal"},
+     unknownColumn},
+    {"repeated-column",
+     warning,
+     "A column appears twice",
+     "Only the first one is read, and Done drops the other.",
+     "Remove one of them.",
+     {"almwatch.csv", "NORMAL", "NORMAL,HIGH", " Normal"},
+     repeatedColumn},
+    {"unnamed-column",
+     warning,
+     "A column without a name",
+     "Every column not found to its left is read from this one.",
+     "Name the column or remove it.",
+     {"almwatch.csv", "NORMAL", ",NORMAL", " Normal"},
+     unnamedColumn},
+    {"empty-line",
+     warning,
+     "An empty line among the rows",
+     "It is read as a row. Reading the export table stops there, the history gets a row without "
+     "names, and a device list clears the name of device 0.",
+     "Remove the line.",
+     {"history.csv", " 2,MAGNET", "\r\n 2,MAGNET", "2,MAGNET"},
+     emptyLine},
+    {"too-many-fields",
+     error,
+     "A row has more fields than the header has columns",
+     "A comma splits a text, and the rest of the row is read from the wrong columns.",
+     "Remove the comma from the text. The wizard writes texts as typed and adds no quotes.",
+     {"exports.csv", "[-1.5:1.5 T]Field at the probes", "[-1.5:1.5 T]Field, at the probes",
+      "\"Field, at the probes\""},
+     tooManyFields},
+    {"too-few-fields",
+     warning,
+     "A row has fewer fields than the header has columns",
+     "The missing fields read as empty, or as 0.",
+     "Complete the row.",
+     {"exports.csv", "Field at the probes,0", "Field at the probes", "Field at the probes, 0"},
+     tooFewFields},
+    {"open-quote",
+     warning,
+     "A quote is not closed",
+     "The quote is read as a field of its own, and the rest of the row is read from the wrong "
+     "columns.",
+     "Close the quote or remove it.",
+     {"exports.csv", "[-1.5:1.5 T]Field at", "\"Field at", "Field \"at\""},
+     openQuote},
+    {"digits-for-text",
+     warning,
+     "A number in a text column",
+     "A comma earlier in the row has shifted the columns, so most fields of the row are wrong.",
+     "Look for a missing or extra comma in the row.",
+     {"exports.csv", "double.CHANNEL,0,NULL, 7,READ", "double.CHANNEL,0,NULL, 7,4",
+      "double.CHANNEL,0,NULL, 7,WRITE"},
+     digitsForText},
+    {"text-for-number",
+     warning,
+     "Text in a number column",
+     "Only the number at its start counts, or 0 if there is none. If a comma has shifted the "
+     "columns, most fields of the row are wrong.",
+     "Correct the number, or look for a missing or extra comma.",
+     {"exports.csv", "FIELD,4,double", "FIELD,four,double", "FIELD, 4 ,double"},
+     textForNumber},
+});
+
+}  // namespace
+
+std::span<const Rule> columnRules() {
+  return columnTable;
 }
 
 }  // namespace kova::checks

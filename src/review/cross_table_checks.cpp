@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <array>
 #include <map>
 #include <optional>
 #include <set>
@@ -103,8 +104,6 @@ std::map<std::string, double> largestNumbers(const ProjectReading& project) {
   }
   return largest;
 }
-
-}  // namespace
 
 void historyWithoutProperty(const ProjectReading& project, const Report& report) {
   eachRow(project, historyFileName, project.history, [&](const HistoryRecord& row, auto placeOf) {
@@ -213,6 +212,112 @@ void repeatedDevice(const ProjectReading& project, const Report& report) {
       report(placeOf(deviceNumberTag), "device " + plainNumberText(number) + " already has a name");
     });
   }
+}
+
+using enum Severity;
+
+constexpr auto crossTable = std::to_array<Rule>({
+    {"history-without-property",
+     warning,
+     "A history row without a property",
+     "The wizard does not show the row, but Done writes it, and the history server asks for a "
+     "property that does not exist.",
+     "Remove the row, or add the property.",
+     {"history.csv", "MAGEQM,FIELD", "MAGEQM,FIELDS", "MAGEQM, FIELD"},
+     historyWithoutProperty},
+    {"history-differs",
+     warning,
+     "History row does not match its property",
+     "The history server expects other values than the server has. Editing the property does not "
+     "update the row.",
+     "Correct the row, or remove it, open the project again and add the history again.",
+     {"history.csv", "#0, 4,FLOAT.CHANNEL, 3600", "#0, 5,FLOAT.CHANNEL, 3600",
+      "#0, 4,double, 3600"},
+     historyDiffers},
+    {"repeated-history",
+     warning,
+     "Two history rows for one property",
+     "The panel shows the first, and the property is archived twice.",
+     "Remove one of them.",
+     {"history.csv", " 2,MAGNET,MAGEQM,CURRENT,#0, 4", " 2,MAGNET,MAGEQM,FIELD,#0, 4",
+      " 2,MAGNET,MAGEQM,STATE,#0, 4,LONG.CHANNEL, 18000, 1000, 10,10%, 600, 1\r\n"
+      " 3,MAGNET,MAGEQM,CURRENT,#0, 4"},
+     repeatedHistory},
+    {"repeated-index",
+     warning,
+     "Two history rows with one index",
+     "The history server identifies its rows by the index.",
+     "Give each row an index of its own.",
+     {"history.csv", " 2,MAGNET", " 1,MAGNET", " 7,MAGNET"},
+     repeatedIndex},
+    {"alarm-without-property",
+     warning,
+     "An alarm watch row without a property",
+     "The wizard does not show the row, but Done writes it, and the alarm server asks for a "
+     "property that does not exist.",
+     "Remove the row, or add the property.",
+     {"almwatch.csv", "#0,STATE", "#0,STATES", "#0, STATE"},
+     alarmWithoutProperty},
+    {"alarm-differs",
+     warning,
+     "Alarm watch row does not match its property",
+     "The alarm server expects other values than the server has. Edit adds a row and leaves this "
+     "one.",
+     "Correct the row.",
+     {"almwatch.csv", "STATE, 4,LONG", "STATE, 4,FLOAT", "STATE,4,LONG"},
+     alarmDiffers},
+    {"several-alarms",
+     note,
+     "Several alarm watch rows for one property",
+     "All of them are watched, but the panel shows only the first, so a change seems to be lost.",
+     "Remove the outdated rows.",
+     {"almwatch.csv", "MAGEQM,#0,STATE, 4,LONG.CHANNEL", "MAGEQM,#0,CURRENT, 4,FLOAT.CHANNEL",
+      "MAGEQM,#1,STATE, 4,LONG.CHANNEL"},
+     severalAlarms},
+    {"nameless-alarm",
+     error,
+     "An alarm watch row lacks a name",
+     "The row is skipped, and Done writes the table without it.",
+     "Fill in the local name and the property.",
+     {"almwatch.csv", "MAGEQM,#0,STATE", ",#0,STATE", "MAGEQM,,STATE"},
+     namelessAlarm},
+    {"unread-devices",
+     note,
+     "The server's device names are not read",
+     "Done writes devices.csv, but the wizard reads the file named after the local name, which "
+     "does not exist. Next time the panel shows no names, and leaving the number of devices makes "
+     "Done replace them with default names.",
+     "Copy devices.csv to the missing file that the finding names.",
+     {"devices.csv", "", "DEVICE_NUMBER,DEVICE_NAME\r\n 0,QUAD.1\r\n",
+      "DEVICE_NUMBER,DEVICE_NAME\r\n 0,Device 0\r\n"},
+     unreadDevices},
+    {"names-without-property",
+     warning,
+     "Device names of a property that does not exist",
+     "The file is never read, and is backed up each time the project is opened.",
+     "Delete the file, or correct its name.",
+     {"FIELDS-names.csv", "", "DEVICE_NUMBER,DEVICE_NAME\r\n 0,PROBE.N\r\n", ""},
+     namesWithoutProperty},
+    {"list-too-long",
+     warning,
+     "A device beyond the number of devices",
+     "Its name is skipped, and Done writes the list without it.",
+     "Correct the number of devices, or remove the line.",
+     {"FIELD-names.csv", " 4,Device 4", " 5,Device 5", "4,Device 4"},
+     listTooLong},
+    {"repeated-device",
+     warning,
+     "Two names for one device",
+     "The later one counts, and Done writes the list without the other.",
+     "Give each device one line.",
+     {"FIELD-names.csv", " 3,PROBE.W", " 2,PROBE.W", "3,PROBE.W"},
+     repeatedDevice},
+});
+
+}  // namespace
+
+std::span<const Rule> crossTableRules() {
+  return crossTable;
 }
 
 }  // namespace kova::checks

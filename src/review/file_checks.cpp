@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <string>
 
@@ -88,8 +89,6 @@ void reportFirstByte(const ProjectReading& project, const Report& report, IsWant
   });
 }
 
-}  // namespace
-
 void unreadable(const ProjectReading& project, const Report& report) {
   for (const auto& [name, why] : project.unreadable) report({name}, "can't be read: " + why);
 }
@@ -165,6 +164,85 @@ void orphanBackup(const ProjectReading& project, const Report& report) {
     if (std::binary_search(project.names.begin(), project.names.end(), parts->original)) continue;
     report({name}, "backup of " + parts->original + ", which does not exist");
   }
+}
+
+using enum Severity;
+
+constexpr auto fileTable = std::to_array<Rule>({
+    {"unreadable-file",
+     error,
+     "A table can't be read",
+     "The wizard can't back the file up, so it does not read the project at all. Tables of more "
+     "than 64 MiB are skipped.",
+     "Make the file readable for your account, or move it away.",
+     {},
+     unreadable},
+    {"line-feeds-only",
+     error,
+     "A table has LF line endings only",
+     "The wizard sees one line, the header, and reads no rows.",
+     "Restore the CR LF line endings with unix2dos or an editor.",
+     {"MAGEQM-devices.csv", "", "DEVICE_NUMBER,DEVICE_NAME\n 0,QUAD.1\n",
+      "DEVICE_NUMBER,DEVICE_NAME\r\n 0,QUAD.1\r\n"},
+     lineFeedsOnly},
+    {"mixed-line-endings",
+     error,
+     "Some lines of a table end in LF only",
+     "That line and the next are read as one row, and the second half is lost.",
+     "Give all lines of the file CR LF line endings.",
+     {"MAGEQM-devices.csv", "QUAD.1\r\n", "QUAD.1\n", "QUAD.1\r"},
+     mixedLineEndings},
+    {"byte-order-mark",
+     error,
+     "A table starts with a byte order mark",
+     "The mark becomes part of the first column's name. The column is not found, and all its "
+     "fields read as empty, or as 0.",
+     "Save the file in the code page of the system, without a byte order mark.",
+     {"history.csv", "Index,", "\xEF\xBB\xBFIndex,", " index ,"},
+     byteOrderMark},
+    {"utf8-text",
+     warning,
+     "A table is in UTF-8",
+     "Each non-ASCII character shows as two or three wrong ones. Programs that read the table in "
+     "the code page see the same.",
+     "Save the file in the code page of the system.",
+     {"exports.csv", "Field at", "Field in \xC2\xB5T at", "Field in \xB5T at"},
+     utf8Text},
+    {"lacking-character",
+     warning,
+     "Byte not valid in the code page",
+     "The byte shows as a box or not at all. The file keeps it.",
+     "Check whether the table was written in another code page, and type the character again.",
+     {"exports.csv", "Field at", "Field \x81 at", "Field \x80 at"},
+     lackingCharacter},
+    {"control-character",
+     warning,
+     "A table contains a control character",
+     "The form does not show it, but two names that look the same differ by it.",
+     "Remove the character.",
+     {"exports.csv", "Field at", "Field \x07 at", "Field\tat"},
+     controlCharacter},
+    {"comment",
+     note,
+     "A table has comments",
+     "Done writes the table without them.",
+     "Keep the comments in a file of their own, or don't press Done.",
+     {"history.csv", " 1,MAGNET", "# by hand\r\n 1,MAGNET", " 1 ,MAGNET"},
+     comments},
+    {"orphan-backup",
+     note,
+     "Backup of a file that does not exist",
+     "The wizard treats it as a file of its own: it never deletes it, and it backs it up each "
+     "time the project is opened.",
+     "Restore it under the name of its file, or delete it.",
+     {"notes-1700000000.txt", "", "Ask for new probes\r\n", ""},
+     orphanBackup},
+});
+
+}  // namespace
+
+std::span<const Rule> fileRules() {
+  return fileTable;
 }
 
 }  // namespace kova::checks

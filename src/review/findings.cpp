@@ -5,6 +5,8 @@
 #include <tuple>
 #include <utility>
 
+#include "review/checks.h"
+
 namespace kova {
 
 std::string_view nameOf(Severity severity) {
@@ -17,6 +19,18 @@ std::string_view nameOf(Severity severity) {
       break;
   }
   return "error";
+}
+
+std::span<const Rule> rules() {
+  static const std::vector<Rule> all = [] {
+    std::vector<Rule> rules;
+    for (const auto part : {checks::fileRules(), checks::columnRules(), checks::propertyRules(),
+                            checks::crossTableRules()}) {
+      rules.insert(rules.end(), part.begin(), part.end());
+    }
+    return rules;
+  }();
+  return all;
 }
 
 std::vector<Finding> findFindings(const ProjectReading& project) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <map>
 #include <set>
@@ -88,8 +89,6 @@ std::string processOf(const PropertyRecord& row) {
   }
   return {};
 }
-
-}  // namespace
 
 void namelessProperty(const ProjectReading& project, const Report& report) {
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
@@ -211,6 +210,131 @@ void incompleteProcess(const ProjectReading& project, const Report& report) {
     if (rows >= processTemplates.size()) continue;
     report(place, "process " + name + " has " + std::to_string(rows) + " of its 5 rows");
   }
+}
+
+using enum Severity;
+
+constexpr auto propertyTable = std::to_array<Rule>({
+    {"nameless-property",
+     error,
+     "A property lacks a name",
+     "It can't be edited: the form rejects a property without an export, local and property name.",
+     "Fill in the name.",
+     {"exports.csv", "MAGNET,MAGEQM,FIELD", "MAGNET,,FIELD", "MAGNET, MAGEQM ,FIELD"},
+     namelessProperty},
+    {"repeated-property",
+     error,
+     "Two rows for the same property",
+     "Edit replaces the first one, whichever of them is selected, and generators get two "
+     "properties of one name.",
+     "Remove one of them.",
+     {"exports.csv", "MAGNET,MAGEQM,FIELD", "MAGNET,MAGEQM,STATE", " MAGNET,MAGEQM,FIELD"},
+     repeatedProperty},
+    {"names-alike",
+     warning,
+     "Two property names differ only in case",
+     "On a disk that ignores case, their device names would share one file, and Done refuses to "
+     "write it.",
+     "Rename one of them.",
+     {"exports.csv", "MAGNET,MAGEQM,RAMP.STATUS", "MAGNET,MAGEQM,state",
+      " MAGNET,MAGEQM,RAMP.STATUS"},
+     otherCase},
+    {"separator-in-name",
+     error,
+     "A name contains a path separator",
+     "It can't be a file name. Done fails at the device names of such a property, and such a "
+     "server has no directory of its own.",
+     "Rename it.",
+     {"exports.csv", "MAGNET,MAGEQM,RAMP.START", "MAGNET,MAGEQM,A/RAMP.START",
+      "MAGNET,MAGEQM, RAMP.START"},
+     separatorInName},
+    {"long-local-name",
+     warning,
+     "A local name has more than 6 characters",
+     "Only the first 6 count. Files and rows under the full name are not found.",
+     "Shorten it to 6 characters.",
+     {"exports.csv", "",
+      "EXPORT_NAME,LOCAL_NAME,PROPERTY,PROPERTY_SIZE,FORMAT,ACCESS,NUM_MODULES,"
+      "DESCRIPTION\r\nMAGNET,MAGNETEQM,FIELD,4,float,READ,4,\r\n",
+      ""},
+     longLocalName},
+    {"several-servers",
+     warning,
+     "Rows with different export names",
+     "The last row decides which server the form shows, and may switch to that server's "
+     "directory.",
+     "Move the rows to the directory of their own server.",
+     {"exports.csv", "MAGNET,MAGEQM,RAMP.STATUS", "MAGNETS,MAGEQM,RAMP.STATUS",
+      " MAGNET,MAGEQM,RAMP.STATUS"},
+     severalServers},
+    {"several-local-names",
+     warning,
+     "Rows with different local names",
+     "Selecting a row with another name changes the names in the form, and may switch to another "
+     "directory.",
+     "Give all rows the local name of the server.",
+     {"exports.csv", "MAGNET,MAGEQM,RAMP.STATUS", "MAGNET,MAGEQN,RAMP.STATUS",
+      "MAGNET, MAGEQM,RAMP.STATUS"},
+     severalLocalNames},
+    {"several-module-counts",
+     warning,
+     "Rows with different numbers of devices",
+     "A server has one number of devices, that of the last row. Each row gets it when it is "
+     "selected.",
+     "Give all rows the number of the server's devices.",
+     {"exports.csv", "READ|WRITE, 4,", "READ|WRITE, 5,", "READ|WRITE,4.0,"},
+     severalModuleCounts},
+    {"unknown-format",
+     warning,
+     "Unknown format",
+     "The form shows it as NULL, and Edit then writes NULL and size 0.",
+     "Choose a format from the list.",
+     {"exports.csv", "double.CHANNEL", "quad.CHANNEL", "float.CHANNEL"},
+     unknownFormat},
+    {"format-case",
+     warning,
+     "A format in the wrong case",
+     "The form shows it as NULL, and Edit then writes NULL and size 0.",
+     "Use the upper or lower case of the list of formats.",
+     {"exports.csv", "double.CHANNEL", "Double.CHANNEL", "double.channel"},
+     formatCase},
+    {"unknown-array-type",
+     warning,
+     "Unknown array type",
+     "The form shows it as UNKNOWN, and Edit then writes the format without it.",
+     "Choose an array type from the list.",
+     {"exports.csv", "float.CHANNEL", "float.CHANNELS", "float.channel"},
+     unknownArrayType},
+    {"unknown-access",
+     warning,
+     "Unknown access mode",
+     "The form shows it as READ, and Edit then writes READ.",
+     "Write READ, WRITE or READ|WRITE.",
+     {"exports.csv", "READ|WRITE, 4", "WRITE|READ, 4", "WRITE, 4"},
+     unknownAccess},
+    {"broken-range",
+     warning,
+     "A range can't be parsed",
+     "The form shows a wrong minimum, maximum or units, or those of the property selected before, "
+     "and Edit writes them.",
+     "Write the range as \"[minimum:maximum units]\" at the start of the description, and use no "
+     "other brackets in it.",
+     {"exports.csv", "[-1.5:1.5 T]Field", "[-1.5-1.5 T]Field", "[-1.5:1.5 ]Field"},
+     brokenRange},
+    {"incomplete-process",
+     warning,
+     "A process lacks some of its five rows",
+     "The server can't carry out every command of the process.",
+     "Remove its rows, and add the process again.",
+     {"exports.csv", "RAMP.PAUSE,0,NULL,0,NULL, 3,WRITE,4,[0:3 ]Pause current ramp,3",
+      "WAIT,0,NULL,0,NULL, 3,WRITE,4,Wait,0", "RAMP.PAUSE,0,NULL,0,NULL, 9,WRITE,4,[0:3 ]Pause,3"},
+     incompleteProcess},
+});
+
+}  // namespace
+
+std::span<const Rule> propertyRules() {
+  return propertyTable;
 }
 
 }  // namespace kova::checks
