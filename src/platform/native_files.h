@@ -20,7 +20,7 @@ struct Source {
   std::uint64_t bytes = 0;
 };
 
-/// See `FileSystem::timestamp`.
+/// See `FileSystem::state`.
 std::optional<FileState> state(const Path& file);
 bool isFolder(const Path& path);
 Source openPlainFile(const Path& file);
