@@ -23,10 +23,10 @@ constexpr std::string_view nullFormat = "NULL";
 /// Visits each row that the wizard has read, with the places of its columns.
 template <class Visit>
 void eachProperty(const ProjectReading& project, Visit visit) {
-  const auto& [rows, result] = project.properties;
-  for (std::size_t row = 0; row < rows.size(); ++row) {
-    visit(rows[row], [&, row](Tag<PropertyRecord> tag) {
-      return project.placeOf(exportsFileName, result, row, tag.text);
+  const TableReading<ExportTable>& table = project.properties;
+  for (std::size_t row = 0; row < table.rows.size(); ++row) {
+    visit(table.rows[row], [&, row](Tag<PropertyRecord> tag) {
+      return project.placeOf(exportsFileName, table.result, row, tag.text);
     });
   }
 }
