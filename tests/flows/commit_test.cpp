@@ -193,7 +193,7 @@ TEST_F(Commit, GivesADeviceListAFileThatTheDiskCanKeep) {
     edit();
   }
   EXPECT_EQ(unwritable(), "none") << "without a list there is no file";
-  for (const int row : {0, 1}) project.exportTable[row].hasDeviceList = true;
+  for (const std::size_t row : {0U, 1U}) project.exportTable[row].hasDeviceList = true;
   EXPECT_EQ(unwritable(), "P\xC9-names.csv : the disk can't distinguish it from P\xE9-names.csv");
   project.exportTable[1].hasDeviceList = false;
   project.exportTable[2].hasDeviceList = true;
