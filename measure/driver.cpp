@@ -55,7 +55,9 @@ void listCalls() {
   for (const auto& call : std::exchange(test::systemCalls().made, {})) {
     if (!call.done) continue;
     std::cout << call.name << '\t' << call.path << '\t' << std::hex << std::setfill('0');
-    for (const unsigned char byte : call.with) std::cout << std::setw(2) << +byte;
+    for (const char byte : call.with) {
+      std::cout << std::setw(2) << +static_cast<unsigned char>(byte);
+    }
     std::cout << '\n';
   }
 }
