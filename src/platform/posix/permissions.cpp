@@ -133,9 +133,10 @@ void setNewMode(const Handle& file, mode_t mode) {
 }
 
 void keepUserAttributes(const std::string& former, const Handle& file) {
-  const auto names = attributeText(
-      [&](char* list, std::size_t size) { return ::listxattr(former.c_str(), list, size); });
-  for (const std::string_view part : split(names.value_or(std::string()), '\0')) {
+  const auto list = attributeText(
+      [&](char* names, std::size_t size) { return ::listxattr(former.c_str(), names, size); });
+  const std::string names = list.value_or(std::string());
+  for (const std::string_view part : split(names, '\0')) {
     if (!part.starts_with("user.")) continue;
     const std::string name(part);
     const auto value = attributeText([&](char* text, std::size_t size) {
