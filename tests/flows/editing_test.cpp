@@ -22,10 +22,6 @@ struct Editing : Flow {
     project("S", rows);
     open("S");
   }
-  void remove(int line) {
-    form.PropertyList.select(line);
-    form.RemoveProperty.click();
-  }
   /// Gives fields, by their names, numbers from `first` on.
   void number(int first) {
     for (const std::string& field :
@@ -236,11 +232,9 @@ TEST_F(Editing, RowsShiftWhenOneIsRemoved) {
 }
 
 TEST_F(Editing, TheServersDeviceNamesStandInTheBox) {
-  type(form.NumDevices, "3");
-  form.NumDevices.lostFocus();
+  typeAndLeave(form.NumDevices, "3");
   EXPECT_EQ(names(), "Device 0\r\nDevice 1\r\nDevice 2\r\n");
-  type(form.deviceNamesInputText, "A\r\nB\r\nC\r\n");
-  form.deviceNamesInputText.lostFocus();
+  typeAndLeave(form.deviceNamesInputText, "A\r\nB\r\nC\r\n");
   for (const char* number : {"2", "0", "99999", "3"}) type(form.NumDevices, number);
   form.NumDevices.lostFocus();
   EXPECT_EQ(names(), "A\r\nB\r\nC\r\n") << "the box is filled but once";
@@ -296,8 +290,7 @@ TEST_F(Editing, APropertysDeviceListWaitsForItsCommit) {
   EXPECT_FALSE(form.ServerOption.selected());
   EXPECT_EQ(names(), "Device 0\r\nDevice 1\r\n");
   EXPECT_EQ(form.deviceNumberInputText.text(), "0");
-  type(form.deviceNamesInputText, "X\r\nY\r\n");
-  form.deviceNamesInputText.lostFocus();
+  typeAndLeave(form.deviceNamesInputText, "X\r\nY\r\n");
   form.EditCmd.click();
   commit("Q");
   EXPECT_FALSE(form.DeviceListCheck.ticked());
