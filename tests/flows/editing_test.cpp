@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The property form: what its controls commit and show, processes, device lists, the alarm panel.
 #include <algorithm>
+#include <map>
 
 #include "editing/device_panel.h"
 #include "support/flow.h"
@@ -123,11 +124,9 @@ TEST_F(Editing, EachFormatOfTheListIsCommittedWithItsSingleValue) {
       "double short BYTE long char float POCALBLK struct NAME8 NAME16 NAME16FI BIT HITTS NAME32 "
       "FLTINT LNGINT DBLINT SHTINT TDS NAME48 NAME8I NAME16I NAME32I NAME48I USTRING FLTFLTINT "
       "FILTER IFFF ADDRESS WINDOW POINT TDSI BOOLEAN DEFAULT NULL");
-  const Lines longs = words("short long LNGINT ADDRESS");
-  const Lines own = words("NAME8 NAME16 NAME32 NAME48");
-  const auto isIn = [](const Lines& list, const std::string& word) {
-    return std::find(list.begin(), list.end(), word) != list.end();
-  };
+  std::map<std::string, std::string> singleValues = {
+      {"short", "LONG"}, {"long", "LONG"}, {"LNGINT", "LONG"}, {"ADDRESS", "LONG"}};
+  for (const std::string& name : words("NAME8 NAME16 NAME32 NAME48")) singleValues[name] = name;
   ASSERT_EQ(form.OutputDataFormat.entries().size(), formats.size());
   for (std::int32_t index = 0; const std::string& format : formats) {
     form.OutputDataFormat.select(index);
@@ -135,10 +134,8 @@ TEST_F(Editing, EachFormatOfTheListIsCommittedWithItsSingleValue) {
     const FormTexts texts = formTexts(engineer.program.wizard);
     EXPECT_EQ(texts.outputFormat, format);
     EXPECT_EQ(texts.inputFormat, format);
-    EXPECT_EQ(texts.singleValue, isIn(longs, format) ? "LONG"
-                                 : isIn(own, format) ? format
-                                                     : "FLOAT")
-        << format;
+    const std::string& single = singleValues.try_emplace(format, "FLOAT").first->second;
+    EXPECT_EQ(texts.singleValue, single) << format;
   }
 }
 
@@ -188,6 +185,7 @@ TEST_F(Editing, AValueThatDoesNotFitIsNamedAndChangesNothing) {
   full.historyCount = 1;
   form.EditCmd.click();
   EXPECT_EQ(said(), "Could not add P : the history table has no free index");
+  EXPECT_EQ(engineer.rows(), Rows{.history = 1});
 }
 
 TEST_F(Editing, AProcessHasStepsAndNoDeviceList) {
