@@ -6,7 +6,6 @@
 #include "review/overlay_files.h"
 #include "support/flow.h"
 #include "tables/range_prefix.h"
-#include "tables/value_failure.h"
 
 namespace kova::test {
 namespace {
@@ -162,12 +161,6 @@ TEST_F(Commit, TurnsAwayWhatHasNoNameOrNoRoom) {
   EXPECT_EQ(edit().refusal, "");
   EXPECT_EQ(counts(), (Rows{1001, 1000, 1000}));
   EXPECT_EQ(commit(form, project, CommitMode::addOnly).refusal, "Property P already assigned");
-
-  project = {};
-  rowOf(project.historyTable, 0).index = 32767;
-  project.historyCount = 1;
-  EXPECT_THROW(edit(), ValueFailure) << "no index is free";
-  EXPECT_EQ(counts(), Rows{.history = 1});
 }
 
 /// A disk on which names that differ in case are one.

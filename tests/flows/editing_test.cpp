@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The property form: what its controls commit and show, processes, device lists, the alarm panel.
 #include <algorithm>
+#include <map>
 
 #include "editing/device_panel.h"
 #include "support/flow.h"
@@ -21,10 +22,6 @@ struct Editing : Flow {
     }
     project("S", rows);
     open("S");
-  }
-  void remove(int line) {
-    form.PropertyList.select(line);
-    form.RemoveProperty.click();
   }
   /// Gives fields, by their names, numbers from `first` on.
   void number(int first) {
@@ -127,11 +124,9 @@ TEST_F(Editing, EachFormatOfTheListIsCommittedWithItsSingleValue) {
       "double short BYTE long char float POCALBLK struct NAME8 NAME16 NAME16FI BIT HITTS NAME32 "
       "FLTINT LNGINT DBLINT SHTINT TDS NAME48 NAME8I NAME16I NAME32I NAME48I USTRING FLTFLTINT "
       "FILTER IFFF ADDRESS WINDOW POINT TDSI BOOLEAN DEFAULT NULL");
-  const Lines longs = words("short long LNGINT ADDRESS");
-  const Lines own = words("NAME8 NAME16 NAME32 NAME48");
-  const auto isIn = [](const Lines& list, const std::string& word) {
-    return std::find(list.begin(), list.end(), word) != list.end();
-  };
+  std::map<std::string, std::string> singleValues = {
+      {"short", "LONG"}, {"long", "LONG"}, {"LNGINT", "LONG"}, {"ADDRESS", "LONG"}};
+  for (const std::string& name : words("NAME8 NAME16 NAME32 NAME48")) singleValues[name] = name;
   ASSERT_EQ(form.OutputDataFormat.entries().size(), formats.size());
   for (std::int32_t index = 0; const std::string& format : formats) {
     form.OutputDataFormat.select(index);
@@ -139,10 +134,8 @@ TEST_F(Editing, EachFormatOfTheListIsCommittedWithItsSingleValue) {
     const FormTexts texts = formTexts(engineer.program.wizard);
     EXPECT_EQ(texts.outputFormat, format);
     EXPECT_EQ(texts.inputFormat, format);
-    EXPECT_EQ(texts.singleValue, isIn(longs, format) ? "LONG"
-                                 : isIn(own, format) ? format
-                                                     : "FLOAT")
-        << format;
+    const std::string& single = singleValues.try_emplace(format, "FLOAT").first->second;
+    EXPECT_EQ(texts.singleValue, single) << format;
   }
 }
 
@@ -192,6 +185,7 @@ TEST_F(Editing, AValueThatDoesNotFitIsNamedAndChangesNothing) {
   full.historyCount = 1;
   form.EditCmd.click();
   EXPECT_EQ(said(), "Could not add P : the history table has no free index");
+  EXPECT_EQ(engineer.rows(), Rows{.history = 1});
 }
 
 TEST_F(Editing, AProcessHasStepsAndNoDeviceList) {
@@ -236,11 +230,9 @@ TEST_F(Editing, RowsShiftWhenOneIsRemoved) {
 }
 
 TEST_F(Editing, TheServersDeviceNamesStandInTheBox) {
-  type(form.NumDevices, "3");
-  form.NumDevices.lostFocus();
+  typeAndLeave(form.NumDevices, "3");
   EXPECT_EQ(names(), "Device 0\r\nDevice 1\r\nDevice 2\r\n");
-  type(form.deviceNamesInputText, "A\r\nB\r\nC\r\n");
-  form.deviceNamesInputText.lostFocus();
+  typeAndLeave(form.deviceNamesInputText, "A\r\nB\r\nC\r\n");
   for (const char* number : {"2", "0", "99999", "3"}) type(form.NumDevices, number);
   form.NumDevices.lostFocus();
   EXPECT_EQ(names(), "A\r\nB\r\nC\r\n") << "the box is filled but once";
@@ -296,8 +288,7 @@ TEST_F(Editing, APropertysDeviceListWaitsForItsCommit) {
   EXPECT_FALSE(form.ServerOption.selected());
   EXPECT_EQ(names(), "Device 0\r\nDevice 1\r\n");
   EXPECT_EQ(form.deviceNumberInputText.text(), "0");
-  type(form.deviceNamesInputText, "X\r\nY\r\n");
-  form.deviceNamesInputText.lostFocus();
+  typeAndLeave(form.deviceNamesInputText, "X\r\nY\r\n");
   form.EditCmd.click();
   commit("Q");
   EXPECT_FALSE(form.DeviceListCheck.ticked());

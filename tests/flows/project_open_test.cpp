@@ -14,15 +14,9 @@ struct Entry : Flow {};
 
 const std::string wayOut = ". Click into Project Directory and type ";
 
-TEST_F(Entry, RemovesWhatAKilledWizardHasLeft) {
-  home.write("MAGNET/.exports.csv.kova~1", "half a table");
+TEST_F(Entry, CleansUpAndTellsHowManyOldBackupsItDeleted) {
+  home.write("MAGNET/.exports.csv.kova~1", "half a table of a killed wizard");
   home.write("MAGNET/.exports.csv~1", "somebody's own");
-  entered("MAGNET");
-  EXPECT_FALSE(home.has("MAGNET/.exports.csv.kova~1"));
-  EXPECT_TRUE(home.has("MAGNET/.exports.csv~1"));
-}
-
-TEST_F(Entry, TellsHowManyOldBackupsItDeleted) {
   home.write("MAGNET/exports-1600000000.csv", "old");
   home.write("MAGNET/MAGEQM-devices-1600000000.csv", "old");
   home.write("MAGNET/invoice-1600000000.pdf", "no backup");
@@ -31,6 +25,8 @@ TEST_F(Entry, TellsHowManyOldBackupsItDeleted) {
   EXPECT_NE(entered("MAGNET").find(made + ", 2 old backups deleted."), std::string::npos);
   EXPECT_TRUE(engineer.program.wizard.state.onDisk.backupsUnflushed);
   EXPECT_TRUE(home.has("MAGNET/invoice-1600000000.pdf"));
+  EXPECT_FALSE(home.has("MAGNET/.exports.csv.kova~1"));
+  EXPECT_TRUE(home.has("MAGNET/.exports.csv~1"));
   EXPECT_NE(entered("MAGNET").find(made + "."), std::string::npos) << status();
 }
 

@@ -89,7 +89,6 @@ TEST_F(Project, ShowsTheRowsOfAPropertyInAllPanels) {
   open("MAGNET");
   form.PropertyList.select(5);
   EXPECT_EQ(shown(form.HistoryCheck, form.AlarmWatchCheck), "clear, ticked");
-  EXPECT_TRUE(form.AlarmWatchPanel.enabled());
   EXPECT_EQ(shown(form.AlmSystemText, form.almSeverityText, form.almNormalText, form.almMaskText),
             "7, 10, 1, 255");
   EXPECT_TRUE(form.ServerOption.selected());
@@ -101,7 +100,6 @@ TEST_F(Project, ShowsTheRowsOfAPropertyInAllPanels) {
   EXPECT_EQ(shown(form.OutputDataFormat, form.OutputDataSize, form.ArrayTypeCombo),
             "Double, 4, CHANNEL");
   EXPECT_EQ(shown(form.HistoryCheck, form.AlarmWatchCheck), "ticked, clear");
-  EXPECT_TRUE(form.HistoryPanel.enabled() && !form.AlarmWatchPanel.enabled());
   EXPECT_TRUE(form.propertyOption.selected());
   EXPECT_EQ(form.deviceNamesInputText.text(),
             "PROBE.N\r\nPROBE.E\r\nPROBE.S\r\nPROBE.W\r\nDevice 4\r\n");

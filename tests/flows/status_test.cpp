@@ -13,11 +13,6 @@ struct Status : Flow {
     wizard.statusLine.notifyView = [this] { line = status(); };
   }
 
-  void remove(int row) {
-    form.PropertyList.select(row);
-    form.RemoveProperty.click();
-  }
-
   std::string at(TextField& field) { return focusMessage(wizard, &field); }
   std::string atDone() { return focusMessage(wizard, &form.Command1); }
   void pumps() {
@@ -37,10 +32,8 @@ TEST_F(Status, ANewServerCountsUntilDoneHasWrittenIt) {
   letters(form.ExportName, "PUMPS");
   commit("P");
   EXPECT_EQ(line, "Property P added. 1 property not yet written.") << "Done would write no names";
-  type(form.NumDevices, "2");
-  form.NumDevices.lostFocus();
-  type(form.deviceNamesInputText, "North\r\nSouth");
-  form.deviceNamesInputText.lostFocus();
+  typeAndLeave(form.NumDevices, "2");
+  typeAndLeave(form.deviceNamesInputText, "North\r\nSouth");
   EXPECT_EQ(line, "Property P added. 1 property, 2 device names not yet written.");
   for (CheckBox* box : {&form.HistoryCheck, &form.AlarmWatchCheck, &form.DeviceListCheck}) {
     toggle(*box);
@@ -198,15 +191,13 @@ TEST_F(Status, DoneAndAddSayWhatTheyWouldDo) {
 TEST_F(Status, NamesWithoutADevice) {
   open("MAGNET");
   type(form.NumDevices, "12");
-  type(form.deviceNamesInputText, "a\r\nb\r\nc\r\nd");
-  form.deviceNamesInputText.lostFocus();
+  typeAndLeave(form.deviceNamesInputText, "a\r\nb\r\nc\r\nd");
   type(form.NumDevices, "1");
   tells("11 device names dropped: the number of devices fell to 1.");
   type(form.NumDevices, "13");
   form.ServerOption.select();
   type(form.NumDevices, "2");
-  type(form.deviceNamesInputText, "a\r\nb\r\nc\r\nd\r\n");
-  form.deviceNamesInputText.lostFocus();
+  typeAndLeave(form.deviceNamesInputText, "a\r\nb\r\nc\r\nd\r\n");
   tells("2 lines of the device box ignored: more lines than devices.");
 }
 

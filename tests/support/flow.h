@@ -37,10 +37,18 @@ class Flow : public testing::Test {
   static void letters(TextField& field, const std::string& text) {
     for (const char letter : text) type(field, field.text() + letter);
   }
+  static void typeAndLeave(TextField& field, const std::string& text) {
+    type(field, text);
+    field.lostFocus();
+  }
   static void toggle(CheckBox& box) { box.setValue(box.ticked() ? 0 : 1); }
   void commit(const std::string& property) {
     type(form.PropertyName, property);
     form.EditCmd.click();
+  }
+  void remove(int line) {
+    form.PropertyList.select(line);
+    form.RemoveProperty.click();
   }
   /// The message of an entry that another one has gone ahead of.
   std::string entered(const std::string& folder) {
