@@ -61,7 +61,7 @@ def role_of(found):
 
 
 class Program:
-    """The running wizard. What it shows is looked up anew each time."""
+    """The running wizard. What it shows is looked up each time."""
 
     def __init__(self, path, **environment):
         import pyatspi  # only there on the private desktop does it find a bus

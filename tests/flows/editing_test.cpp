@@ -330,7 +330,7 @@ TEST_F(Editing, ADeviceListGivenUpReachesNoOtherProperty) {
   type(form.OutputDataSize, "1");
   type(form.PropertyName, "C");
   toggle(form.DeviceListCheck);
-  EXPECT_EQ(names(), "Device 0\r\n") << "nor by a list that is made anew";
+  EXPECT_EQ(names(), "Device 0\r\n") << "nor by a list that is made again";
   form.ServerOption.select();
   EXPECT_FALSE(form.DeviceListCheck.ticked());
 

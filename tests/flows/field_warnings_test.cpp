@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The marks beside the fields: each message, and that a refusal and a Done that fails come true.
+// The marks next to the fields: each message, and that a refusal and a Done that fails come true.
 #include "editing/field_warnings.h"
 
 #include "completion/project_writer.h"

@@ -22,7 +22,7 @@ using Lines = std::vector<std::string>;
 inline const std::string truncated =
     "The local equipment module name will be truncated to initial 6 characters : ";
 
-/// A wizard that has come up beside the example project. Each message that it shows is to be asked
+/// A wizard that has come up next to the example project. Each message that it shows is to be asked
 /// for.
 class Flow : public testing::Test {
  protected:

@@ -139,7 +139,7 @@ class Desk {
   }
 };
 
-/// The window beside the example project. Font and palette are as before afterwards.
+/// The window next to the example project. Font and palette are as before afterwards.
 struct AtTheWindow : testing::Test {
   AtTheWindow() { std::filesystem::copy(KOVA_EXAMPLE, home.path("MAGNET")); }
   void TearDown() override {

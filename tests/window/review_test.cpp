@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The review beside the form, by keys and mouse.
+// The review next to the form, by keys and mouse.
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -111,7 +111,7 @@ TEST_F(Review, RestoresWhatIsAskedForAndEntersTheProjectAnew) {
   EXPECT_EQ(home.read("MAGNET/almwatch.csv"), former.at("almwatch.csv"));
   EXPECT_EQ(home.read("MAGNET/almwatch-1700000099.csv"), "lost too") << "of no entry's second";
   EXPECT_EQ(home.read("MAGNET/history.csv"), "lost");
-  EXPECT_EQ(form.PropertyList.lines().size(), 8U) << "read anew";
+  EXPECT_EQ(form.PropertyList.lines().size(), 8U) << "read again";
 
   groups().setCurrentRow(groups().count() - 1);
   desk.answer("Alt+Y");
