@@ -39,7 +39,7 @@ void reportOthers(const ProjectReading& project, const Report& report, Tag<Prope
   const std::string last = shown(project.properties.rows.back());
   std::set<std::string> reported{last};
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    const std::string text = shown(row);
+    const auto& text = shown(row);
     if (!reported.insert(text).second) return;
     report(placeOf(tag), quoted(text) + ", but the last row has " + quoted(last));
   });

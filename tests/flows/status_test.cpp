@@ -13,7 +13,7 @@ struct Status : Flow {
     wizard.statusLine.notifyView = [this] { line = status(); };
   }
 
-  std::string at(TextField& field) { return focusMessage(wizard, &field); }
+  std::string at(TextField& field) const { return focusMessage(wizard, &field); }
   std::string atDone() { return focusMessage(wizard, &form.Command1); }
   void pumps() {
     open("PUMPS");

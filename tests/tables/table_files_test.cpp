@@ -29,11 +29,11 @@ struct TableFiles : ::testing::Test {
   ReadResult readAlarms(const std::string& content) {
     return ReadAlarmWatchFile(content, alarms, alarmCount);
   }
-  std::string historyWritten(std::int16_t count) {
+  std::string historyWritten(std::int16_t count) const {
     WriteHistoryFile(put, {}, history, count, form);
     return written;
   }
-  std::string alarmsWritten() {
+  std::string alarmsWritten() const {
     WriteAlarmWatchFile(put, {}, alarms, alarmCount);
     return written;
   }
