@@ -5,6 +5,7 @@
 // counts, and what was only added is written without a finding.
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -14,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+#include "back_and_ahead.h"
 #include "core/status.h"
 #include "harness.h"
 #include "review/differences.h"
@@ -113,8 +115,9 @@ void addProperty(Engineer& engineer, Form1& form, unsigned with) {
   const std::string umlaut(static_cast<std::size_t>(below(2)), '\xDC');
   type(form.PropertyName, "P" + umlaut + std::to_string(moment));
   type(form.PropertyDescription, "\xFC " + number(99));
-  const int devices = std::stoi(form.NumDevices.text());
-  type(form.OutputDataSize, std::to_string(1 + below(static_cast<unsigned>(devices))));
+  const long devices = std::strtol(form.NumDevices.text().c_str(), nullptr, 10);
+  type(form.OutputDataSize,
+       std::to_string(1 + below(devices > 0 ? static_cast<unsigned>(devices) : 1U)));
   type(form.InputDataSize, number(9));
   type(form.MinValue, '-' + number(9));
   type(form.MaxValue, number(900));
@@ -163,11 +166,18 @@ void checkFindings(const Wizard& wizard) {
   }
 }
 
+/// Done must never write outside the home directory.
+bool isAtHome(const Engineer& engineer) {
+  const std::string& directory = engineer.program.wizard.form.ProjectDir.text();
+  return directory.starts_with(engineer.home + pathSeparator) && directory.find("..") > 9999;
+}
+
 /// Two bytes are an action and its argument.
 void play(Engineer& engineer, std::size_t action, std::uint8_t with) {
   Wizard& wizard = engineer.program.wizard;
   Form1& form = wizard.form;
   ExportHelper& dialog = engineer.program.helper;
+  const bool atHome = isAtHome(engineer);
   const auto select = [&] { fuzz::select(wizard, form.PropertyList, with); };
   const std::array<std::function<void()>, 19 + goodActs> others{
       select,
@@ -196,6 +206,7 @@ void play(Engineer& engineer, std::size_t action, std::uint8_t with) {
       },
       [&] { addProperty(engineer, form, with); },
       [&] {
+        if (!atHome) return;
         finish(engineer);
         readAgain(form, with % 2 == 0);
       },
@@ -215,10 +226,6 @@ void play(Engineer& engineer, std::size_t action, std::uint8_t with) {
         select();
         form.RemoveProperty.click();
       }};
-  // Never write outside the home directory.
-  const std::string& directory = form.ProjectDir.text();
-  const bool atHome =
-      directory.starts_with(engineer.home + pathSeparator) && directory.find("..") > 9999;
   const auto offers = [&](std::string_view name) {
     const bool ofDialog = name.ends_with("Param") || name == "ParamText";
     return ofDialog ? dialog.window.loaded() : name != "Command1" || atHome;
@@ -261,7 +268,7 @@ void checkRows(const Wizard& wizard) {
   for (std::size_t k = count; k < std::min(table.size(), count + 8); ++k) {
     const bool flags = table[k].hasHistory || table[k].hasAlarmWatch;
     require(exportDataLine(table[k], 0) == empty && !flags, "free slots are empty");
-    const bool list = table[k].hasDeviceList || !table[k].devices.empty();
+    const bool list = table[k].hasDeviceList || table[k].devices.size() > 0;
     require(k == count || !list, "only the first free slot has a list");
   }
 }
@@ -284,6 +291,7 @@ void check(std::string_view bytes) {
   engineer.environment.values["FEC_HOME"] = outer.path("repo");
   const Wizard& wizard = engineer.program.wizard;
   engineer.start();
+  BackAndAhead backAndAhead;
   bool onlyGood = end > 0;
   bool onlyAdds = onlyGood;
   bool historyClicked = false;
@@ -291,7 +299,10 @@ void check(std::string_view bytes) {
   const auto byte = [&](std::size_t at) { return static_cast<std::uint8_t>(input[at]); };
   for (std::size_t at = 0; at + 1 < end; at += 2) {
     const std::size_t act = byte(at) % (firstGoodAct + goodActs);
+    backAndAhead.start(engineer, isAtHome(engineer));
+    const test::Files disk = filesOf(engineer.home);
     play(engineer, act, byte(at + 1));
+    backAndAhead.compare(engineer, isAtHome(engineer), filesOf(engineer.home) != disk);
     onlyGood &= act >= firstGoodAct;
     onlyAdds &= onlyGood && (act <= doneOfGood || act == doneOfGood + 1);
     if (onlyGood) checkCount(wizard);

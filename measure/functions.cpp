@@ -294,7 +294,7 @@ class Finish {
     for (auto& row : project.alarmTable) row.mask = text;
     for (auto& row : project.exportTable) {
       row.description = text;
-      if (!row.devices.empty()) row.devices.front() = text;
+      if (row.devices.size() > 0) row.devices.edit().front() = text;
     }
   }
 

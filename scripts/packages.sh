@@ -13,7 +13,7 @@ packages_for() {
     lint) echo git clang-format-14 clang-tidy-14 ;;
     measure) echo hyperfine libbenchmark-dev python3 xauth xdotool xvfb ;;
     debian13) echo mmdebstrap ;;
-    package) echo dpkg-dev file gzip ;;
+    package) echo cmark-gfm dpkg-dev file gzip ;;
     package-check) echo appstream binutils desktop-file-utils fakeroot lintian man-db ;;
     *) echo "packages_for: unknown purpose: $1" >&2; return 1 ;;
   esac

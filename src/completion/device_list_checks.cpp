@@ -3,6 +3,8 @@
 
 #include <map>
 
+#include "tables/backup.h"
+
 namespace kova {
 
 std::optional<UnwritableFile> findUnwritableNamesFile(const FileSystem& files,
@@ -13,8 +15,9 @@ std::optional<UnwritableFile> findUnwritableNamesFile(const FileSystem& files,
     const std::string name = namesFile(row.propertyName);
     // A name that leads to another directory is reported when its file is written.
     if (!row.hasDeviceList || !namesPlainFile(name)) continue;
-    if (!files.nameFits(folder, files.path(name).native)) {
-      return UnwritableFile{name, "the disk can't hold a file of this name"};
+    // A file without a backup would keep the project from being opened again.
+    if (!files.nameFits(folder, files.path(backupName(name, lastTimestamp)).native)) {
+      return UnwritableFile{name, "the disk can't hold a file of this name and its backup"};
     }
     const std::string& first = names.emplace(files.withoutCase(name), name).first->second;
     if (first == name) continue;

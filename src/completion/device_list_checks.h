@@ -16,8 +16,8 @@ struct UnwritableFile {
   std::string why;
 };
 
-/// The first names file whose name the disk of `folder` can't hold, or can't distinguish from that
-/// of another property. Throws Failure if this can't be checked.
+/// The first names file that the disk of `folder` can't hold with its backup, or can't distinguish
+/// from that of another property. Throws Failure if this can't be checked.
 std::optional<UnwritableFile> findUnwritableNamesFile(const FileSystem& files,
                                                       const Project& project, const Path& folder);
 

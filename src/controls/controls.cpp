@@ -55,6 +55,13 @@ void ListBox::add(std::string line) {
   run(notifyView);
 }
 
+void ListBox::insert(std::int32_t index, std::string line) {
+  if (index != static_cast<std::int32_t>(lines_.size())) require(lines_, index);
+  lines_.insert(lines_.begin() + index, std::move(line));
+  if (selected_ >= index) ++selected_;
+  run(notifyView);
+}
+
 void ListBox::replace(std::int32_t index, std::string_view line) {
   require(lines_, index);
   lines_[static_cast<std::size_t>(index)] = line;

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "controls/shared_rows.h"
 #include "platform/failure.h"
 
 namespace kova {
@@ -31,9 +32,25 @@ bool assign(Value& held, const Value& value, const Handler& notifyView) {
   return true;
 }
 
+// The `State` of a control is what it shows at one moment. `setState` runs neither a handler nor
+// `notifyView`: a widget that follows may move the focus, so all controls are set before any widget
+// is told.
+
 /// One or several lines of text that the engineer can edit.
 class TextField {
  public:
+  struct State {
+    Shared<std::string> text;
+    std::size_t caret = 0;
+    bool enabled = true;
+  };
+  State state(const State& before) const { return {shared(text_, before.text), caret_, enabled_}; }
+  void setState(const State& state) {
+    text_ = *state.text;
+    caret_ = state.caret;
+    enabled_ = state.enabled;
+  }
+
   static constexpr std::int16_t enterKey = 13;
 
   const std::string& text() const { return text_; }
@@ -83,6 +100,12 @@ class TextField {
 /// A box that is ticked (1) or clear (0).
 class CheckBox {
  public:
+  struct State {
+    std::int16_t value = 0;
+  };
+  State state(const State& /*before*/) const { return {value_}; }
+  void setState(const State& state) { value_ = state.value; }
+
   std::int16_t value() const { return value_; }
   bool ticked() const { return value_ == 1; }
   /// Assigns 0 or 1 and runs `onClick` if that changes it.
@@ -100,6 +123,12 @@ class CheckBox {
 /// One of several buttons of a container that exclude each other.
 class OptionButton {
  public:
+  struct State {
+    bool selected = false;
+  };
+  State state(const State& /*before*/) const { return {selected_}; }
+  void setState(const State& state) { selected_ = state.selected; }
+
   bool selected() const { return selected_; }
   /// Selects this button, releases the others of its group and runs `onClick`. Does nothing if it
   /// is already selected.
@@ -117,6 +146,12 @@ class OptionButton {
 
 class CommandButton {
  public:
+  struct State {
+    bool enabled = true;
+  };
+  State state(const State& /*before*/) const { return {enabled_}; }
+  void setState(const State& state) { enabled_ = state.enabled; }
+
   bool enabled() const { return enabled_; }
   void setEnabled(bool enabled) { assign(enabled_, enabled, notifyView); }
   /// Runs `onClick` unless the button is disabled.
@@ -134,6 +169,12 @@ class CommandButton {
 /// A border with a caption. A disabled frame disables its controls.
 class Frame {
  public:
+  struct State {
+    bool enabled = true;
+  };
+  State state(const State& /*before*/) const { return {enabled_}; }
+  void setState(const State& state) { enabled_ = state.enabled; }
+
   static constexpr std::int16_t leftButton = 1;
   static constexpr std::int16_t rightButton = 2;
 
@@ -151,6 +192,16 @@ class Frame {
 /// A text next to a field.
 class Label {
  public:
+  struct State {
+    Shared<std::string> caption;
+    bool enabled = true;
+  };
+  State state(const State& before) const { return {shared(caption_, before.caption), enabled_}; }
+  void setState(const State& state) {
+    caption_ = *state.caption;
+    enabled_ = state.enabled;
+  }
+
   const std::string& caption() const { return caption_; }
   void setCaption(std::string_view caption) { assign(caption_, std::string(caption), notifyView); }
   bool enabled() const { return enabled_; }
@@ -170,8 +221,21 @@ class ListBox {
  public:
   static constexpr std::int32_t none = -1;
 
+  struct State {
+    SharedRows<std::string> lines;
+    std::int32_t selected = none;
+  };
+  State state(const State& before) const { return {{lines_, before.lines}, selected_}; }
+  void setState(const State& state) {
+    state.lines.copyTo(lines_);
+    selected_ = state.selected;
+  }
+
   const std::vector<std::string>& lines() const { return lines_; }
   void add(std::string line);
+  /// Inserts a line before another one, or at the end; the same line stays selected. Throws Failure
+  /// beyond the end.
+  void insert(std::int32_t index, std::string line);
   /// Replaces a line; the selection stays. Throws Failure if there is no such line.
   void replace(std::int32_t index, std::string_view line);
   /// Removes a line. If it was selected, no line is selected. Throws Failure if there is no such
@@ -197,6 +261,17 @@ class ListBox {
 /// A list that shows its selected entry and accepts no typed text.
 class DropDownList {
  public:
+  /// The entries stay the same while the program runs.
+  struct State {
+    std::int32_t selected = -1;
+    bool enabled = true;
+  };
+  State state(const State& /*before*/) const { return {selected_, enabled_}; }
+  void setState(const State& state) {
+    selected_ = state.selected;
+    enabled_ = state.enabled;
+  }
+
   const std::vector<std::string>& entries() const { return entries_; }
   void add(std::string_view entry);
 

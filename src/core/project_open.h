@@ -17,6 +17,11 @@ const std::string& projectDirectory(const Wizard& wizard);
 /// rows may only open directories directly in the home drive.
 void ProjectDir_Change(Wizard& wizard);
 
+/// Backs up the files in the directory of a project that comes from elsewhere than its tables, and
+/// reads what the tables hold. Throws Failure if a file can't be backed up.
+ProjectOnDisk readOnDisk(Wizard& wizard, const Project& project, std::string_view localName,
+                         std::string_view numDevices);
+
 void ProjectDir_Click(Wizard& wizard);
 
 /// Appends the rows of the export table to the table and the list, and selects the last one. The

@@ -244,6 +244,10 @@ void reportRestored(Wizard& wizard, std::size_t files) {
   report(wizard, counted(files, "file") + " restored. " + wizard.statusLine.message);
 }
 
+void reportDraft(Wizard& wizard, const std::string& message) {
+  report(wizard, message);
+}
+
 void reportNotFinished(Wizard& wizard) {
   report(wizard, "The project is not finished." + doneMessages(wizard));
 }

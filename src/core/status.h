@@ -92,6 +92,8 @@ void reportRepositoryNotUsed(Wizard& wizard);
 void reportExternalChanges(Wizard& wizard);
 /// Precedes the message on reloading the project.
 void reportRestored(Wizard& wizard, std::size_t files);
+/// On drafts: that some are kept, that one is restored, or that none can be written.
+void reportDraft(Wizard& wizard, const std::string& message);
 /// Done has failed before its end.
 void reportNotFinished(Wizard& wizard);
 

@@ -33,6 +33,9 @@ struct Wizard {
   /// Gets the number of files that a long operation has done; may be empty.
   std::function<void(std::size_t)> progress;
 
+  /// Runs before Done writes the first table; may be empty.
+  Handler beforeWriting;
+
   /// All windows of the program in the order of loading.
   std::vector<Window*> windows;
   /// Processes pending events.

@@ -16,11 +16,20 @@ ActionButton::ActionButton(bool endsWork, QWidget* parent)
 }
 
 QSize ActionButton::sizeHint() const {
+  return sizeFor(fewestCharacters_, 2);
+}
+
+QSize ActionButton::minimumSizeHint() const {
+  return sizeFor(0, 1);
+}
+
+/// The margin is in characters as well.
+QSize ActionButton::sizeFor(int fewestCharacters, int margin) const {
   const QFontMetrics metrics = fontMetrics();
   const int character = metrics.averageCharWidth();
   const int caption = metrics.size(Qt::TextShowMnemonic, text()).width();
   QSize size = QPushButton::sizeHint();
-  size.setWidth(std::max(caption, fewestCharacters_ * character) + 2 * character);
+  size.setWidth(std::max(caption, fewestCharacters * character) + margin * character);
   return size;
 }
 

@@ -11,8 +11,11 @@ class ActionButton : public QPushButton {
  public:
   ActionButton(bool endsWork, QWidget* parent);
   QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
 
  private:
+  QSize sizeFor(int fewestCharacters, int margin) const;
+
   int fewestCharacters_;
 };
 

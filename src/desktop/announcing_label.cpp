@@ -35,8 +35,12 @@ void AnnouncingLabel::announce(const QString& message) {
   if (message == text()) return;
   setText(message);
   setToolTip(toToolTip(message));
-  setAccessibleName(message);
-  if (message.isEmpty() || !QAccessible::isActive()) return;
+  speak();
+}
+
+void AnnouncingLabel::speak(const QString& what) {
+  setAccessibleName((what + u' ' + text()).trimmed());
+  if (accessibleName().isEmpty() || !QAccessible::isActive()) return;
   QAccessibleEvent shown(this, QAccessible::ObjectShow);
   QAccessible::updateAccessibility(&shown);
 }

@@ -14,6 +14,8 @@ class AnnouncingLabel : public QLabel {
 
   /// Shows `message`, and has it spoken if it has changed.
   void announce(const QString& message);
+  /// Has the message spoken again, after `what`, which does not show.
+  void speak(const QString& what = {});
 };
 
 }  // namespace kova

@@ -15,6 +15,8 @@ class BoxField : public FieldWidget<QPlainTextEdit> {
 
   /// Shows the model's text and caret.
   void refresh();
+  /// Empties the field's own undo.
+  void forgetEdits() { document()->clearUndoRedoStacks(); }
 
   QSize sizeHint() const override { return sizeOf(32, 7); }
   QSize minimumSizeHint() const override { return sizeOf(16, 3); }

@@ -39,6 +39,10 @@ void FieldFocus::enter(const QWidget* widget) {
   const auto found = fields_.find(widget);
   TextField* field = found == fields_.end() ? nullptr : found->second;
   if (field == entered_) return;
+  if (held_) {
+    entered_ = field;
+    return;
+  }
   if (const TextField* former = std::exchange(entered_, field)) former->lostFocus();
   if (field != nullptr && field == entered_) field->gotFocus();
 }

@@ -17,12 +17,15 @@ class FieldFocus : public QObject {
   /// Tracks the focus of `widget`, which shows `field`, or null if it is not a text field.
   void watch(QWidget& widget, TextField* field);
   bool eventFilter(QObject* watched, QEvent* event) override;
+  /// While held, focus changes run no handler: the wizard makes them, not the engineer.
+  void hold(bool held) { held_ = held; }
 
  private:
   void enter(const QWidget* widget);
 
   std::map<const QWidget*, TextField*> fields_;
   TextField* entered_ = nullptr;
+  bool held_ = false;
 };
 
 }  // namespace kova

@@ -98,6 +98,7 @@ QWidget* FormWidgets::makeField(TextField& field, Edit* edit) {
     edit->setFocus(Qt::OtherFocusReason);
   });
   connectCallback(connections_, field.selectAll, [edit] { edit->selectAll(); });
+  afterRestoring_.emplace_back([edit] { edit->forgetEdits(); });
   return edit;
 }
 
@@ -176,6 +177,7 @@ QWidget* FormWidgets::make(Label& label, const ControlDesign& design, QWidget& p
 QWidget* FormWidgets::make(ListBox& list, const ControlDesign& design, QWidget& parent) {
   auto* made = new LineList(list, codePage_, toShown(design.hintIfEmpty, codePage_), &parent);
   bind(list, [made] { made->refresh(); });
+  afterRestoring_.emplace_back([made] { made->refreshAll(); });
   return made;
 }
 
@@ -241,6 +243,19 @@ std::optional<ControlPointer> FormWidgets::control(const QWidget* widget) const 
     if (shown_.at(one.design->name).widget == widget) return one.control;
   }
   return std::nullopt;
+}
+
+void FormWidgets::restore(const Handler& change) {
+  focus_.hold(true);
+  change();
+  for (const Handler& after : afterRestoring_) after();
+  const QWidget* focused = window_.window()->focusWidget();
+  const bool isLost = focused == nullptr || !focused->isEnabled();
+  const auto list = std::find_if(tabOrder_.begin(), tabOrder_.end(), [](const QWidget* shown) {
+    return qobject_cast<const QAbstractItemView*>(shown) != nullptr;
+  });
+  if (isLost && list != tabOrder_.end()) (*list)->setFocus(Qt::OtherFocusReason);
+  focus_.hold(false);
 }
 
 QWidget* FormWidgets::firstInTabOrder() const {

@@ -38,6 +38,10 @@ class FormWidgets {
   /// The control that the widget shows; nothing if it is not one of this window.
   std::optional<ControlPointer> control(const QWidget* widget) const;
   const std::vector<ShownField>& fields() const { return fields_; }
+  /// Runs `change`, which sets controls without their handlers, and shows all of them: the list is
+  /// laid out again, the undo of each field starts empty, and a focus that is lost goes to the
+  /// list.
+  void restore(const Handler& change);
   /// First widget in Tab order that takes the focus now.
   QWidget* firstInTabOrder() const;
 
@@ -73,6 +77,7 @@ class FormWidgets {
   ShownControls shown_;
   std::vector<Naming> namings_;
   std::vector<Handler> labels_;  ///< each updates one label
+  std::vector<Handler> afterRestoring_;
   std::vector<ShownField> fields_;
   std::vector<QWidget*> tabOrder_;
   Connections connections_;

@@ -33,6 +33,13 @@ void LineField::refresh() {
   if (caret != cursorPosition()) setCursorPosition(caret);
 }
 
+void LineField::forgetEdits() {
+  const QScopedValueRollback<bool> guard(refreshing_, true);
+  const int caret = cursorPosition();
+  setText(text());
+  setCursorPosition(caret);
+}
+
 void LineField::takeEdit(const QString& edited) {
   if (refreshing_) return;
   int position = cursorPosition();

@@ -19,6 +19,8 @@ class LineField : public FieldWidget<QLineEdit> {
 
   /// Shows the model's text and caret.
   void refresh();
+  /// Empties the field's own undo.
+  void forgetEdits();
 
   QSize sizeHint() const override { return sizeFor(characters_.wanted); }
   QSize minimumSizeHint() const override { return sizeFor(characters_.least); }

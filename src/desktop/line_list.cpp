@@ -105,6 +105,12 @@ void LineList::refresh() {
   if (!selects && !rowsChanged) scheduleDelayedItemsLayout();
 }
 
+void LineList::refreshAll() {
+  refresh();
+  scheduleDelayedItemsLayout();
+  viewport()->update();
+}
+
 int LineList::shownRow() const {
   const auto selected = selectionModel()->selectedIndexes();
   return selected.isEmpty() ? ListBox::none : selected.first().row();

@@ -40,6 +40,8 @@ class LineList : public QListView {
   LineList(ListBox& list, const CodePage& codePage, QString emptyText, QWidget* parent);
 
   void refresh();
+  /// The same where any line may have changed.
+  void refreshAll();
   /// Searches by property name, ignoring case.
   void keyboardSearch(const QString& typed) override;
 

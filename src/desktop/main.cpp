@@ -47,7 +47,9 @@ int main(int argc, char** argv) {
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icon.png")));
   const kova::Machine machine = kova::realMachine(codePage);
   kova::SetupWizard setup(machine.platform(), {});
-  const kova::MainView view(setup, codePage);
+  kova::DraftFolder drafts(kova::stateHome(), codePage);
+  kova::MainView view(setup, codePage, &drafts);
   setup.start();
+  view.reportDrafts();
   return QApplication::exec();
 }

@@ -2,24 +2,28 @@
 #include "desktop/main_view.h"
 
 #include <QApplication>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QVBoxLayout>
 #include <QWindow>
 
+#include "core/environment_values.h"
 #include "core/status.h"
 #include "desktop/action_button.h"
 #include "desktop/colours.h"
 #include "desktop/layout_template.h"
 #include "desktop/message_boxes.h"
+#include "desktop/status_bar.h"
 #include "desktop/text_conversion.h"
 #include "wizard/focus_message.h"
 
 namespace kova {
 namespace {
+
+constexpr int pauseAfterMove = 600;  // milliseconds
 
 QAction* addEntry(QMenu& menu, std::string_view name, std::string_view caption, MenuEntry& entry,
                   const CodePage& codePage) {
@@ -38,7 +42,7 @@ void keepTextsReadable() {
 
 }  // namespace
 
-MainView::MainView(SetupWizard& setup, const CodePage& codePage)
+MainView::MainView(SetupWizard& setup, const CodePage& codePage, DraftFolder* drafts)
     : setup_(setup),
       codePage_(codePage),
       keyRepeatFilter_(QGuiApplication::platformName() == QStringLiteral("xcb")) {
@@ -51,10 +55,23 @@ MainView::MainView(SetupWizard& setup, const CodePage& codePage)
   // Spread the palette now, before there are widgets to update.
   QCoreApplication::sendPostedEvents(this, QEvent::ApplicationPaletteChange);
   buildForm();
+  if (drafts != nullptr) keepDrafts(*drafts);
   buildMenu();
   helper_ = std::make_unique<GuidedDialogView>(setup_.helper, codePage_, *this);
   connectModel();
   qApp->installEventFilter(&keyRepeatFilter_);
+  // Far away by the Tab key. No letter is free.
+  Qt::Key digit = Qt::Key_3;
+  for (const char* control :
+       {"OutputDataFormat", "PropertyList", "deviceNamesInputText", "almMaskText"}) {
+    auto* key = new QShortcut(Qt::ALT | digit, this);
+    connect(key, &QShortcut::activated, widget(control),
+            [shown = widget(control)] { shown->setFocus(Qt::ShortcutFocusReason); });
+    digit = static_cast<Qt::Key>(digit + 1);
+  }
+  auto* help = new QShortcut(QKeySequence::HelpContents, this);
+  help->setContext(Qt::ApplicationShortcut);
+  connect(help, &QShortcut::activated, this, &MainView::openHelp);
 }
 
 void MainView::buildForm() {
@@ -81,29 +98,51 @@ void MainView::buildForm() {
 
 /// The status line and the button of the review, below the form.
 QWidget* MainView::buildStatusBar(const QMargins& margins) {
-  auto* bar = new QWidget;
+  auto* bar = new StatusBar(margins);
   statusLine_ = new AnnouncingLabel(bar);
   statusLine_->setObjectName(QStringLiteral("statusLine"));
   auto* review = new ActionButton(false, bar);
   review->setObjectName(QStringLiteral("Review"));
   review->setText(QStringLiteral("Review"));
   review->setShortcut(QKeySequence(QStringLiteral("Alt+Q")));
-  review->setToolTip(QStringLiteral("What Done will write, findings, and backups (Alt+Q)"));
+  review->setToolTip(QStringLiteral("What Done will write, findings, backups and drafts (Alt+Q)"));
   review->setAccessibleDescription(review->toolTip());
   // A click must not take the focus from a field of the form.
   review->setFocusPolicy(Qt::TabFocus);
   connect(review, &QPushButton::clicked, this, &MainView::openReview);
-  auto* layout = new QHBoxLayout(bar);
-  layout->setContentsMargins(margins.left(), 0, margins.right(), margins.bottom());
-  layout->addWidget(statusLine_, 1);
-  layout->addWidget(review);
+  bar->setLine(statusLine_);
+  bar->addButton(review);
+  undo_ = std::make_unique<UndoControls>(setup_.wizard, *widgets_, codePage_, *bar);
+  undo_->changed = [this] {
+    if (review_) review_->scheduleRefresh();
+  };
+  // Screen readers drop what comes with the many changes of a step back.
+  undo_->moved = [this](const QString& what) {
+    QTimer::singleShot(pauseAfterMove, this, [this, what] { statusLine_->speak(what); });
+  };
+  bar->addButton(undo_->undoButton());
+  bar->addButton(undo_->redoButton());
   return bar;
+}
+
+void MainView::keepDrafts(DraftFolder& folder) {
+  drafts_ = std::make_unique<DraftKeeper>(setup_.wizard, *undo_, folder);
+  undo_->actionEnded = [this] { drafts_->actionEnded(); };
+  connectCallback(connections_, setup_.wizard.beforeWriting, [this] { drafts_->beginDone(); });
+}
+
+void MainView::reportDrafts() {
+  if (!drafts_ || !drafts_->reportKept() || windowHandle() == nullptr) return;
+  // A screen reader hears nothing of a window before it is in front.
+  const auto speak = [this] { QTimer::singleShot(0, this, [this] { statusLine_->speak(); }); };
+  connect(windowHandle(), &QWindow::activeChanged, this, speak, Qt::SingleShotConnection);
 }
 
 void MainView::openReview() {
   if (!review_) {
     review_ = std::make_unique<ReviewWindow>(
-        setup_.wizard, codePage_, [this](const std::string& property) { showInForm(property); });
+        setup_.wizard, codePage_, *undo_, drafts_.get(),
+        [this](const std::string& property) { showInForm(property); });
     // Its frame will be like this window's.
     const QSize edges = frameSize() - size();
     const QRect room = screen()->availableGeometry();
@@ -114,6 +153,31 @@ void MainView::openReview() {
                   std::clamp(place.y(), room.y(), room.bottom() + 1 - place.height()));
   }
   review_->open();
+}
+
+/// About the control with the focus, or about the window in front.
+void MainView::openHelp() {
+  if (!help_) {
+    help_ = std::make_unique<HelpWindow>(documentsFolder(), [this] { return factsForReport(); });
+  }
+  const QWidget* front = QApplication::activeWindow();
+  if (front == help_.get()) return;
+  if (front == review_.get()) return help_->openSection(QStringLiteral("Review"));
+  if (front == helper_.get()) return help_->openSection(QStringLiteral("Guidance"));
+  help_->open(focusWidget());
+}
+
+QString MainView::factsForReport() const {
+  const Environment& environment = setup_.wizard.platform.environment;
+  const auto folder = [this](const std::string& text) {
+    return text.empty() ? QStringLiteral("none") : toShown(text, codePage_);
+  };
+  return QStringLiteral(
+             "KOVA Device Server Setup Wizard %1, licence MIT. Qt %2, licence LGPL 3.\n"
+             "Projects: %3\nThis project: %4\nRepository: %5\nCode page: %6")
+      .arg(QStringLiteral(KOVA_VERSION), QString::fromLatin1(qVersion()),
+           folder(setup_.wizard.state.homeDrive), folder(setup_.wizard.form.ProjectDir.text()),
+           folder(repositoryRoot(environment).text), folder(environment.codePageName()));
 }
 
 void MainView::showInForm(const std::string& property) {
@@ -164,6 +228,7 @@ void MainView::connectModel() {
   connectCallback(connections_, wizard.giveEventsTheirTurn,
                   [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
   connectCallback(connections_, wizard.endProcess, [this] {
+    if (drafts_) drafts_->end();
     qApp->installEventFilter(&inputBlocker_);
     QCoreApplication::exit(0);
   });
@@ -178,6 +243,7 @@ void MainView::refreshWindow() {
   if (!window.visible()) {
     close();
     if (review_) review_->close();
+    if (help_) help_->close();
     return;
   }
   setWindowTitle(toShown(window.title, codePage_));
@@ -224,6 +290,7 @@ bool MainView::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainView::closeEvent(QCloseEvent* event) {
+  if (drafts_) drafts_->end();
   setup_.wizard.form.window.unload();
   event->accept();
 }

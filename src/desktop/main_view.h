@@ -10,22 +10,28 @@
 #include <string_view>
 
 #include "desktop/announcing_label.h"
+#include "desktop/draft_keeper.h"
 #include "desktop/event_filters.h"
 #include "desktop/field_marks.h"
 #include "desktop/form_area.h"
 #include "desktop/form_widgets.h"
 #include "desktop/guided_dialog_view.h"
+#include "desktop/help_window.h"
 #include "desktop/long_operation.h"
 #include "desktop/review_window.h"
+#include "desktop/undo_controls.h"
 #include "wizard/wiring.h"
 
 namespace kova {
 
 class MainView : public QMainWindow {
  public:
-  /// Connects to the controls of `setup`, and gives it message boxes unless it has some. Both
-  /// outlive the view.
-  MainView(SetupWizard& setup, const CodePage& codePage);
+  /// Connects to the controls of `setup`, and gives it message boxes unless it has some. Keeps
+  /// unsaved work in `drafts`, unless that is null. All arguments outlive the view.
+  MainView(SetupWizard& setup, const CodePage& codePage, DraftFolder* drafts = nullptr);
+
+  /// Reports unsaved work of earlier sessions. Call it after the start.
+  void reportDrafts();
 
   /// The widget of a control of the main window.
   QWidget* widget(std::string_view name) const { return widgets_->widget(name); }
@@ -33,6 +39,11 @@ class MainView : public QMainWindow {
   GuidedDialogView& helper() const { return *helper_; }
   /// The review window, or null until it is opened.
   ReviewWindow* review() const { return review_.get(); }
+  UndoControls& undo() const { return *undo_; }
+  /// Null if no drafts are kept.
+  DraftKeeper* drafts() const { return drafts_.get(); }
+  /// The help window, or null until it is opened.
+  HelpWindow* help() const { return help_.get(); }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -45,7 +56,10 @@ class MainView : public QMainWindow {
   void buildForm();
   void trackFocus(FormArea& area);
   QWidget* buildStatusBar(const QMargins& margins);
+  void keepDrafts(DraftFolder& folder);
   void openReview();
+  void openHelp();
+  QString factsForReport() const;
   void showInForm(const std::string& property);
   void buildMenu();
   void connectModel();
@@ -64,6 +78,9 @@ class MainView : public QMainWindow {
   std::unique_ptr<LongOperation> longOperation_;
   std::unique_ptr<GuidedDialogView> helper_;
   std::unique_ptr<ReviewWindow> review_;
+  std::unique_ptr<HelpWindow> help_;
+  std::unique_ptr<DraftKeeper> drafts_;
+  std::unique_ptr<UndoControls> undo_;  ///< goes first, as it tells the others of steps
   KeyRepeatFilter keyRepeatFilter_;
   InputBlocker inputBlocker_;
   QTimer afterPalette_;

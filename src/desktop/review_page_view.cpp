@@ -144,10 +144,17 @@ std::string ReviewPageView::chosenGroup() const {
 }
 
 std::string ReviewPageView::chosenLine() const {
+  const ReviewLine* line = chosenTopLine();
+  return line == nullptr ? std::string() : line->key;
+}
+
+const ReviewLine* ReviewPageView::chosenTopLine() const {
+  const ReviewGroup* group = chosenOf(page_);
   const QList<QTreeWidgetItem*> selected = lines_->selectedItems();
-  const QTreeWidgetItem* item = selected.isEmpty() ? nullptr : selected.front();
-  while (item != nullptr && item->parent() != nullptr) item = item->parent();
-  return item == nullptr ? std::string() : item->data(0, keyRole).toByteArray().toStdString();
+  if (group == nullptr || selected.isEmpty()) return nullptr;
+  QTreeWidgetItem* item = selected.front();
+  while (item->parent() != nullptr) item = item->parent();
+  return &group->lines.at(static_cast<std::size_t>(lines_->indexOfTopLevelItem(item)));
 }
 
 /// `page` is the one on screen.

@@ -27,6 +27,8 @@ class ReviewPageView : public QWidget {
   std::string chosenGroup() const;
   /// Key of the chosen line, or of its top-level line; empty if there is none.
   std::string chosenLine() const;
+  /// The line itself, or null. Valid until the next `show`.
+  const ReviewLine* chosenTopLine() const;
   /// Adds a widget, such as buttons, below the lists.
   void addBelow(QWidget* widget);
 

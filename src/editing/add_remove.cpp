@@ -70,22 +70,26 @@ void EditCmd_Click(Wizard& wizard) {
   updatePropertyList(wizard, false);
 }
 
+void removeProperty(Wizard& wizard, std::int32_t index) {
+  Project& project = wizard.state.project;
+  wizard.form.PropertyList.remove(index);
+  const auto rows = project.exportTable.begin();
+  std::move(rows + index + 1, rows + project.exportCount, rows + index);
+  --project.exportCount;
+  // The freed row, and the pending row after it, which may hold a device list.
+  const auto freed = rows + project.exportCount;
+  std::fill_n(freed, std::min<std::ptrdiff_t>(2, project.exportTable.end() - freed),
+              PropertyRecord{});
+}
+
 void RemoveProperty_Click(Wizard& wizard) {
-  WizardState& state = wizard.state;
   const std::int32_t selected = wizard.form.PropertyList.selectedIndex();
   if (selected == ListBox::none) reportNothingRemoved(wizard);
-  if (selected == ListBox::none || selected >= state.project.exportCount) return;
+  if (selected == ListBox::none || selected >= wizard.state.project.exportCount) return;
   const PropertyRecord& row = exportRow(wizard, selected);
   const std::string name = row.propertyName;
   const bool inForm = !wizard.form.ProcessCheck.ticked() && !formDiffersFrom(wizard, row);
-  wizard.form.PropertyList.remove(selected);
-  const auto rows = state.project.exportTable.begin();
-  std::move(rows + selected + 1, rows + state.project.exportCount, rows + selected);
-  --state.project.exportCount;
-  // The freed row, and the pending row after it, which may hold a device list.
-  const auto freed = rows + state.project.exportCount;
-  std::fill_n(freed, std::min<std::ptrdiff_t>(2, state.project.exportTable.end() - freed),
-              PropertyRecord{});
+  removeProperty(wizard, selected);
   reportRemoval(wizard, name, inForm);
 }
 

@@ -51,7 +51,7 @@ void showPropertyList(Wizard& wizard, std::int16_t index) {
   std::size_t shown = row.devices.size();
   if (!row.hasDeviceList) {
     shown = newListSize(wizard);
-    row.devices.assign(shown + 1, std::string());
+    row.devices.edit().assign(shown + 1, std::string());
     row.hasDeviceList = true;
   }
   const std::string text = displayText(row.devices, shown);

@@ -16,7 +16,8 @@ const DeviceNames* listInBox(const Wizard& wizard) {
   if (form.ServerOption.selected()) return &wizard.state.project.deviceNames;
   if (!form.DeviceListCheck.ticked() || form.ProcessCheck.ticked()) return nullptr;
   const std::int16_t index = findPropertyIndex(wizard, form.PropertyName.text());
-  return index < tableRows ? &rowOf(wizard.state.project.exportTable, index).devices : nullptr;
+  return index < tableRows ? &rowOf(wizard.state.project.exportTable, index).devices.get()
+                           : nullptr;
 }
 
 /// Number of the last line that is not empty, counted from 1.

@@ -112,7 +112,7 @@ class Filling {
       const std::string file = namesFile(property.propertyName);
       const ReadResult read =
           tablesIn(files, state.project.projectPath)(file, [&](std::string_view content) {
-            return ReadDevicesFile(content, form_.NumDevices.text(), property.devices);
+            return ReadDevicesFile(content, form_.NumDevices.text(), property.devices.edit());
           });
       reportNamesSkipped(wizard_, file, read.skipped);
       if (read.rows < 1) return;
@@ -123,8 +123,8 @@ class Filling {
     });
     step([&] {
       const PropertyRecord& property = row();
-      fillinDeviceNames(
-          wizard_, property.hasDeviceList ? property.devices : wizard_.state.project.deviceNames);
+      fillinDeviceNames(wizard_, property.hasDeviceList ? property.devices.get()
+                                                        : wizard_.state.project.deviceNames);
     });
   }
 

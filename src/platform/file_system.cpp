@@ -9,25 +9,6 @@ namespace kova {
 
 namespace {
 
-std::string contentOf(const native::Source& source) {
-  std::string content;
-  std::size_t filled = 0;
-  // One byte more than expected tells a file that has grown.
-  auto room = static_cast<std::size_t>(std::min<std::uint64_t>(source.bytes, largestFile)) + 1;
-  for (;;) {
-    if (filled == content.size()) {
-      if (filled > largestFile) throw Failure("The file is larger than 64 MiB");
-      content.resize(filled + std::exchange(room, native::readAhead));
-    }
-    char* const into = content.data() + filled;
-    const std::size_t count = native::readSome(source.file, into, content.size() - filled);
-    if (count == 0) break;
-    filled += count;
-  }
-  content.resize(filled);
-  return content;
-}
-
 struct LockedFolder final : FolderLock {
   explicit LockedFolder(Handle held) : lock(std::move(held)) {}
   Handle lock;
@@ -54,7 +35,7 @@ class RealFileSystem final : public FileSystem {
 
   std::string read(const Path& file) const override {
     try {
-      return contentOf(native::openPlainFile(file));
+      return native::contentOf(native::openPlainFile(file));
     } catch (const std::bad_alloc&) {
       throw Failure("not enough memory");
     }
@@ -128,6 +109,25 @@ class RealFileSystem final : public FileSystem {
 };
 
 }  // namespace
+
+std::string native::contentOf(const Source& source) {
+  std::string content;
+  std::size_t filled = 0;
+  // One byte more than expected tells a file that has grown.
+  auto room = static_cast<std::size_t>(std::min<std::uint64_t>(source.bytes, largestFile)) + 1;
+  for (;;) {
+    if (filled == content.size()) {
+      if (filled > largestFile) throw Failure("The file is larger than 64 MiB");
+      content.resize(filled + std::exchange(room, readAhead));
+    }
+    char* const into = content.data() + filled;
+    const std::size_t count = readSome(source.file, into, content.size() - filled);
+    if (count == 0) break;
+    filled += count;
+  }
+  content.resize(filled);
+  return content;
+}
 
 std::unique_ptr<FileSystem> native::fileSystem(const CodePage& codePage, NewFileMode newFileMode) {
   return std::make_unique<RealFileSystem>(codePage, newFileMode);

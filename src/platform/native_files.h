@@ -26,6 +26,8 @@ bool isFolder(const Path& path);
 Source openPlainFile(const Path& file);
 /// Number of the bytes that were read; 0 at the end.
 std::size_t readSome(const Handle& file, char* into, std::size_t size);
+/// All bytes that are left. Throws Failure if there are more than 64 MiB.
+std::string contentOf(const Source& source);
 /// Appends all of `content`.
 void write(const Handle& file, std::string_view content);
 void flush(const Handle& file);
@@ -42,6 +44,19 @@ std::optional<Handle> lock(const Path& folder);
 /// power.
 void flushNames(const Path& folder);
 void flushAll(const Path& folder);
+
+/// Makes one folder for this account alone, unless there is an entry of that name.
+void makePrivateFolder(const Path& folder);
+/// Closes a folder of this account to others. Throws Failure for anything else, such as a link.
+void checkIsPrivate(const Path& folder);
+/// State of a plain file of this account; nothing if the entry is anything else.
+std::optional<FileState> stateOfOwnFile(const Path& file);
+/// There is an entry of this name, or it can't be told.
+bool entryExists(const Path& name);
+/// Renames an entry; what has the new name is replaced.
+void replaceName(const Path& from, const Path& to);
+/// A process has the file, which `makeTemporaryFile` made.
+bool isHeld(const Path& file);
 
 /// As much of the beginning of `leaf` as a temporary name in `folder` has room for.
 std::string beginningOf(std::string_view leaf, const Path& folder);

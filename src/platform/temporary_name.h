@@ -23,13 +23,17 @@ constexpr std::size_t roomInTemporaryName(std::size_t longestName) {
   return longestName - 1 - hiddenMark.size() - randomDigits;
 }
 
+inline std::string hexadecimalText(std::uint64_t random) {
+  std::string text;
+  for (std::size_t digit = 0; digit < randomDigits; ++digit, random >>= 4U) {
+    text += hexadecimals[random & 15U];
+  }
+  return text;
+}
+
 /// The temporary name for a target whose name begins with `beginning`.
 inline std::string temporaryName(std::string_view beginning, std::uint64_t random) {
-  std::string name = ("." + std::string(beginning)).append(hiddenMark);
-  for (std::size_t digit = 0; digit < randomDigits; ++digit, random >>= 4U) {
-    name += hexadecimals[random & 15U];
-  }
-  return name;
+  return ("." + std::string(beginning)).append(hiddenMark) + hexadecimalText(random);
 }
 
 /// A temporary name, also one of earlier versions, with one digit from 1 to 8.

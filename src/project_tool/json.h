@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
-// JSON whose members keep the order in which they are added.
+// Prints JSON documents.
 #pragma once
 
-#include <nlohmann/json.hpp>
-
+#include "json/json.h"
 #include "project_tool/tool.h"
 
 namespace kova {
-
-using Json = nlohmann::ordered_json;
 
 /// Prints a document. Bytes of file names that are not UTF-8 are replaced.
 inline void print(const Tool& tool, const Json& document) {

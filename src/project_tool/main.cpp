@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "project_tool/tool.h"
+#include "review/findings.h"
 
 namespace {
 
@@ -22,7 +23,9 @@ class CommandLine {
     app_.require_subcommand(1);
     // Otherwise paths that start with a slash are taken for options.
     app_.allow_windows_style_options(false);
-    app_.footer("Exit status: 0 no findings or differences, 1 findings or differences, 2 error.");
+    app_.footer(
+        "Exit status: 0 no findings at or above the threshold, no differences; 1 findings, "
+        "differences; 2 error.");
     addCheck();
     addDiff();
     addShow();
@@ -54,7 +57,25 @@ class CommandLine {
     check_->add_option("--format", checkOptions_.format, "Output format")
         ->check(CLI::IsMember({"text", "json", "sarif"}))
         ->capture_default_str();
-    check_->add_option("directory", checkOptions_.directories, "Project directories")->required();
+    check_
+        ->add_option("--fail-on", checkOptions_.failOn,
+                     "Least severity of a finding that makes the exit status 1")
+        ->check(CLI::IsMember({"error", "warning", "note"}))
+        ->capture_default_str();
+    std::vector<std::string> rules;
+    for (const kova::Rule& rule : kova::rules()) rules.emplace_back(rule.id);
+    check_->add_option("--select", checkOptions_.select, "Report these rules alone")
+        ->check(CLI::IsMember(rules))
+        ->option_text("RULE,...")
+        ->delimiter(',')
+        ->allow_extra_args(false);
+    check_->add_option("--ignore", checkOptions_.ignore, "Do not report these rules")
+        ->check(CLI::IsMember(rules))
+        ->option_text("RULE,...")
+        ->delimiter(',')
+        ->allow_extra_args(false);
+    check_->add_option("directory", checkOptions_.directories,
+                       "Project directories (default: the current one)");
   }
 
   void addDiff() {

@@ -15,7 +15,8 @@ constexpr std::string_view head = R"(# What kova-project checks
 
 `kova-project check DIRECTORY` reads a project as the wizard does and reports findings by these
 rules. A *note* is for information, a *warning* points to wrong or misread data, an *error* loses
-rows or keeps them from being read. A project that the wizard writes from good input has none.
+rows, names or values, or keeps them from being read. A project that the wizard writes from good
+input has none.
 
 An example shows the relevant part of a file. A byte that can't be shown here appears as its number,
 such as `<0A>` for an LF without a CR before it.

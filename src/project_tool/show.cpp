@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "json/row_json.h"
 #include "project_tool/json.h"
 #include "review/project_reading.h"
 #include "tables/number_text.h"
@@ -55,35 +56,16 @@ class JsonProject {
             {"units", text(parts.units)}};
   }
 
-  /// The columns of a row under their keys.
-  template <class Row>
-  Json columns(const Row& row) const {
-    Json json;
-    const auto add = [&](std::string_view key, const auto& member) {
-      if constexpr (!std::is_same_v<std::decay_t<decltype(member)>, std::monostate>) {
-        if constexpr (std::is_same_v<decltype(row.*member), const std::string&>) {
-          json[key] = text(row.*member);
-        } else {
-          json[key] = row.*member;
-        }
-      }
-    };
-    for (const Column<Row>& column : tableColumns<Row>) {
-      std::visit([&](const auto& member) { add(column.key, member); }, column.member);
-    }
-    return json;
-  }
-
   Json json(const PropertyRecord& row) const {
     const DescriptionParts parts = parseDescription(row.description);
-    Json json = columns(row);
+    Json json = columnsJson(row, tool_.codePage);
     json["range"] = range(parts);
     json["description"] = text(parts.rest);
     json["deviceNames"] = row.hasDeviceList ? names(row.devices) : Json(nullptr);
     return json;
   }
-  Json json(const HistoryRecord& row) const { return columns(row); }
-  Json json(const AlarmWatchRecord& row) const { return columns(row); }
+  Json json(const HistoryRecord& row) const { return columnsJson(row, tool_.codePage); }
+  Json json(const AlarmWatchRecord& row) const { return columnsJson(row, tool_.codePage); }
 
   Json stops() const {
     Json all = Json::array();

@@ -36,8 +36,11 @@ struct Tool {
 };
 
 struct CheckOptions {
-  std::vector<std::string> directories;
+  std::vector<std::string> directories = {"."};
   std::string format = "text";
+  std::string failOn = "warning";   ///< least severity of a finding that makes the status 1
+  std::vector<std::string> select;  ///< rules to report; empty for all
+  std::vector<std::string> ignore;  ///< rules not to report
 };
 ExitStatus check(const Tool& tool, const CheckOptions& options);
 

@@ -8,6 +8,10 @@
 
 namespace kova::checks {
 
+/// No column is missing that a table of its kind must have. Rules that compare rows of a table
+/// without one would report each row for a fault of the header.
+bool hasAllColumns(const TableText& table);
+
 /// Formatting of a file.
 std::span<const Rule> fileRules();
 /// Where reading stops, columns and fields.

@@ -74,8 +74,14 @@ bool isTagOfKind(TableKind kind, std::string_view tag) {
 template <class Visit>
 void eachUnusedColumn(const ProjectReading& project, Visit visit) {
   eachTable(project, [&](const std::string& name, const TableText& table) {
-    for (std::size_t index = 0; index < table.header.cells.size(); ++index) {
-      const Cell& cell = table.header.cells[index];
+    // Rows that a bare LF joins to the header are no columns.
+    const auto& cells = table.header.cells;
+    const auto holdsLine = [](const Cell& cell) {
+      return cell.text.find('\n') != std::string_view::npos;
+    };
+    if (std::any_of(cells.begin(), cells.end(), holdsLine)) return;
+    for (std::size_t index = 0; index < cells.size(); ++index) {
+      const Cell& cell = cells[index];
       if (cell.text.empty() || table.isKnown(index)) continue;
       visit(Place{name, table.header.line, cell.column}, cell.text,
             isTagOfKind(table.kind, cell.text));
@@ -317,6 +323,14 @@ constexpr auto columnTable = std::to_array<Rule>({
 });
 
 }  // namespace
+
+bool hasAllColumns(const TableText& table) {
+  const auto columns = columnsOf(table.kind);
+  for (std::size_t index = 0; index < table.positions.size(); ++index) {
+    if (table.positions[index] < 0 && !columns[index].mayBeMissing) return false;
+  }
+  return true;
+}
 
 std::span<const Rule> columnRules() {
   return columnTable;

@@ -50,6 +50,11 @@ const PropertyRecord* propertyOf(const ProjectReading& project, const AlarmWatch
   });
 }
 
+/// A text within a message, which would break off at an empty one.
+std::string shown(const std::string& text) {
+  return text.empty() ? quoted(text) : text;
+}
+
 /// How a row's format or size differs from its property's.
 std::optional<std::string> differenceOf(const PropertyRecord& property, const std::string& format,
                                         std::int32_t size) {
@@ -58,9 +63,12 @@ std::optional<std::string> differenceOf(const PropertyRecord& property, const st
   // The row that Done adds for the property in the form has the format of the property itself.
   const std::string single = std::string(singleValueName(name)) + full.substr(name.size());
   const bool isSame = upperCase(format) == upperCase(single) || format == name;
-  if (!isSame) return "format " + format + ", but the property's " + full + " requires " + single;
+  if (!isSame) {
+    return "format " + shown(format) + ", but the property's " + shown(full) + " requires " +
+           shown(single);
+  }
   if (static_cast<double>(size) == textValue(property.outputSize)) return std::nullopt;
-  return "size " + std::to_string(size) + ", but the property has " + property.outputSize;
+  return "size " + std::to_string(size) + ", but the property has " + shown(property.outputSize);
 }
 
 /// Visits each row of a table, with the places of its columns.
@@ -105,11 +113,19 @@ std::map<std::string, double> largestNumbers(const ProjectReading& project) {
   return largest;
 }
 
+/// Every property of the project is known by its name. Where reading stopped or a column is
+/// missing, a row or a file may belong to a property that was not read.
+bool knowsAllProperties(const ProjectReading& project) {
+  const ReadResult& result = project.properties.result;
+  return !result.stop && !result.onlyLineFeeds && hasAllColumns(project.table(exportsFileName));
+}
+
 void historyWithoutProperty(const ProjectReading& project, const Report& report) {
+  if (!knowsAllProperties(project)) return;
   eachRow(project, historyFileName, project.history, [&](const HistoryRecord& row, auto placeOf) {
     if (propertyOf(project, row) != nullptr) return;
     report(placeOf(&HistoryRecord::propertyName),
-           "no property " + row.propertyName + " of " + row.exportName);
+           "no property " + shown(row.propertyName) + " of " + shown(row.exportName));
   });
 }
 
@@ -118,8 +134,9 @@ void historyDiffers(const ProjectReading& project, const Report& report) {
     const PropertyRecord* property = propertyOf(project, row);
     if (property == nullptr) return;
     if (storedLocalName(property->localName) != row.localName) {
-      report(placeOf(&HistoryRecord::localName),
-             "local name " + row.localName + ", but the property has " + property->localName);
+      report(placeOf(&HistoryRecord::localName), "local name " + shown(row.localName) +
+                                                     ", but the property has " +
+                                                     shown(property->localName));
     } else if (const auto difference = differenceOf(*property, row.format, row.dataLength)) {
       report(placeOf(&HistoryRecord::format), row.propertyName + " has " + *difference);
     }
@@ -139,6 +156,7 @@ void repeatedIndex(const ProjectReading& project, const Report& report) {
 }
 
 void alarmWithoutProperty(const ProjectReading& project, const Report& report) {
+  if (!knowsAllProperties(project)) return;
   eachRow(project, alarmFileName, project.alarms, [&](const AlarmWatchRecord& row, auto placeOf) {
     if (propertyOf(project, row) != nullptr) return;
     report(placeOf(&AlarmWatchRecord::propertyName),
@@ -184,6 +202,7 @@ void unreadDevices(const ProjectReading& project, const Report& report) {
 }
 
 void namesWithoutProperty(const ProjectReading& project, const Report& report) {
+  if (!knowsAllProperties(project)) return;
   for (const auto& [name, content] : project.files) {
     if (!name.ends_with(namesEnding) || project.nameLists.contains(name)) continue;
     const std::string_view property(name.data(), name.size() - namesEnding.size());
@@ -195,7 +214,9 @@ void listTooLong(const ProjectReading& project, const Report& report) {
   for (const auto& [file, largest] : largestNumbers(project)) {
     eachLine(project, file, [&, limit = largest](auto text, auto placeOf) {
       const double number = textValue(text(deviceNumberTag));
+      // A placeholder holds no name to lose.
       if (number >= 0 && number <= limit) return;
+      if (!isOwnName(text(deviceNumberTag), text(deviceNameTag))) return;
       report(placeOf(deviceNumberTag), "device " + plainNumberText(number) +
                                            ", but the last device is " + plainNumberText(limit));
     });
@@ -299,14 +320,14 @@ constexpr auto crossTable = std::to_array<Rule>({
      {"FIELDS-names.csv", "", "DEVICE_NUMBER,DEVICE_NAME\r\n 0,PROBE.N\r\n", ""},
      namesWithoutProperty},
     {"list-too-long",
-     warning,
+     error,
      "A device beyond the number of devices",
      "Its name is skipped, and Done writes the list without it.",
      "Correct the number of devices, or remove the line.",
-     {"FIELD-names.csv", " 4,Device 4", " 5,Device 5", "4,Device 4"},
+     {"FIELD-names.csv", " 4,Device 4", " 5,PROBE.Y", " 4,PROBE.Y"},
      listTooLong},
     {"repeated-device",
-     warning,
+     error,
      "Two names for one device",
      "The later one counts, and Done writes the list without the other.",
      "Give each device one line.",

@@ -15,8 +15,8 @@
 
 namespace kova {
 
-/// A note is for information, a warning points to wrong or misread data, an error loses rows or
-/// keeps them from being read.
+/// A note is for information, a warning points to wrong or misread data, an error loses rows, names
+/// or values or keeps them from being read.
 enum class Severity : std::uint8_t { note, warning, error };
 
 std::string_view nameOf(Severity severity);
@@ -52,7 +52,8 @@ struct Finding {
   std::string message;  ///< without a full stop, as wizard text
 };
 
-/// Findings sorted by file, line and column.
+/// Findings sorted by file, then severity, errors first, then place. Of more than 21 of one rule in
+/// a file the last one listed is at the 21st place and counts the rest.
 std::vector<Finding> findFindings(const ProjectReading& project);
 
 }  // namespace kova

@@ -2,6 +2,8 @@
 #include "review/project_reading.h"
 
 #include <algorithm>
+#include <set>
+#include <string>
 #include <utility>
 
 #include "tables/project_reader.h"
@@ -9,10 +11,27 @@
 namespace kova {
 namespace {
 
-/// Serves the files that are already in memory.
-TableSource tablesOf(const ProjectReading& reading) {
-  return [&reading](std::string_view name, const ReadContent& read) {
-    const auto found = reading.files.find(reading.codePage->toNative(name));
+/// The names of a folder's files in the case folding of its disk.
+std::set<std::string> foldedNamesOf(const FileSystem& files, const ProjectReading& reading) {
+  std::set<std::string> folded;
+  for (const std::string& name : reading.names) folded.insert(files.withoutCase(files.text(name)));
+  return folded;
+}
+
+/// Serves the files that are already in memory, and takes those that a disk that ignores case has
+/// under a name in another case.
+TableSource tablesOf(const FileSystem& files, const Path& folder, ProjectReading& reading) {
+  const auto take = [&files, folder, &reading,
+                     listed = foldedNamesOf(files, reading)](const std::string& name) {
+    const bool isListed = listed.contains(files.withoutCase(files.text(name)));
+    if (!isListed || reading.unreadable.contains(name) || !files.fileExists(folder / name)) return;
+    const auto& taken = *reading.files.emplace(name, files.read(folder / name)).first;
+    reading.tables.emplace(name, parseTable(kindOfFile(name), taken.second));
+  };
+  return [take, &reading](std::string_view text, const ReadContent& read) {
+    const std::string name = reading.codePage->toNative(text);
+    if (!reading.files.contains(name)) take(name);
+    const auto found = reading.files.find(name);
     if (found != reading.files.end()) return read(found->second);
     ReadResult nothing;
     nothing.stop = ReadStop{0, "There is no such file"};
@@ -48,7 +67,7 @@ void readNameLists(const FileSystem& files, const TableSource& tables, ProjectRe
     reading.foldedNames.push_back(files.withoutCase(row.propertyName));
     const std::string name = namesFile(row.propertyName);
     ReadResult result = tables(name, [&](std::string_view content) {
-      return ReadDevicesFile(content, row.numModules, row.devices);
+      return ReadDevicesFile(content, row.numModules, row.devices.edit());
     });
     row.hasDeviceList = result.rows > 0;
     reading.nameLists.insert_or_assign(reading.codePage->toNative(name), std::move(result));
@@ -95,7 +114,7 @@ ProjectReading readProject(const FileSystem& files, std::string_view folder,
   if (!files.folderExists(path)) throw Failure("There is no such directory");
   if (!files.fileExists(path / exportsFileName)) throw Failure("There is no exports.csv in it");
   takeFiles(files, path, project);
-  const TableSource tables = tablesOf(project);
+  const TableSource tables = tablesOf(files, path, project);
   readTables(tables, project);
   readNameLists(files, tables, project);
   return project;

@@ -5,6 +5,8 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "core/data_formats.h"
 #include "review/checks.h"
@@ -80,17 +82,19 @@ bool isBrokenRange(const std::string& description) {
   return !isNumber(*parts.minimum) || !isNumber(*parts.maximum);
 }
 
-/// Name of the process that a row is part of, or nothing.
-std::string processOf(const PropertyRecord& row) {
+/// Name of the process that a row is part of, and the row's suffix; or nothing.
+std::pair<std::string, std::string_view> processOf(const PropertyRecord& row) {
   if (textValue(row.numSteps) <= 0) return {};
   for (const ProcessTemplate& part : processTemplates) {
     const std::string& name = row.propertyName;
-    if (name.ends_with(part.suffix)) return name.substr(0, name.size() - part.suffix.size());
+    if (!name.ends_with(part.suffix)) continue;
+    return {name.substr(0, name.size() - part.suffix.size()), part.suffix};
   }
   return {};
 }
 
 void namelessProperty(const ProjectReading& project, const Report& report) {
+  if (!hasAllColumns(project.table(exportsFileName))) return;
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     if (row.exportName.empty())
       report(placeOf(&PropertyRecord::exportName), "export name is missing");
@@ -101,6 +105,7 @@ void namelessProperty(const ProjectReading& project, const Report& report) {
 }
 
 void repeatedProperty(const ProjectReading& project, const Report& report) {
+  if (!hasAllColumns(project.table(exportsFileName))) return;
   std::map<std::pair<std::string, std::string>, std::size_t> lines;
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
     const Place place = placeOf(&PropertyRecord::propertyName);
@@ -199,16 +204,19 @@ void brokenRange(const ProjectReading& project, const Report& report) {
 }
 
 void incompleteProcess(const ProjectReading& project, const Report& report) {
-  std::map<std::string, std::pair<Place, std::size_t>> processes;
+  if (project.properties.result.stop) return;
+  // A row that is there twice doesn't stand in for one that is missing.
+  std::map<std::string, std::pair<Place, std::set<std::string_view>>> processes;
   eachProperty(project, [&](const PropertyRecord& row, auto placeOf) {
-    const std::string name = processOf(row);
-    if (name.empty()) return;
-    ++processes.try_emplace(name, placeOf(&PropertyRecord::propertyName), 0).first->second.second;
+    const auto process = processOf(row);
+    if (process.first.empty()) return;
+    const std::pair none(placeOf(&PropertyRecord::propertyName), std::set<std::string_view>());
+    processes.emplace(process.first, none).first->second.second.insert(process.second);
   });
   for (const auto& [name, process] : processes) {
     const auto& [place, rows] = process;
-    if (rows >= processTemplates.size()) continue;
-    report(place, "process " + name + " has " + std::to_string(rows) + " of its 5 rows");
+    if (rows.size() >= processTemplates.size()) continue;
+    report(place, "process " + name + " has " + std::to_string(rows.size()) + " of its 5 rows");
   }
 }
 
@@ -216,7 +224,7 @@ using enum Severity;
 
 constexpr auto propertyTable = std::to_array<Rule>({
     {"nameless-property",
-     error,
+     warning,
      "A property lacks a name",
      "It can't be edited: the form rejects a property without an export, local and property name.",
      "Fill in the name.",
@@ -327,7 +335,8 @@ constexpr auto propertyTable = std::to_array<Rule>({
      "The server can't carry out every command of the process.",
      "Remove its rows, and add the process again.",
      {"exports.csv", "RAMP.PAUSE,0,NULL,0,NULL, 3,WRITE,4,[0:3 ]Pause current ramp,3",
-      "WAIT,0,NULL,0,NULL, 3,WRITE,4,Wait,0", "RAMP.PAUSE,0,NULL,0,NULL, 9,WRITE,4,[0:3 ]Pause,3"},
+      "RAMP.START,0,NULL,0,NULL, 3,WRITE,4,[0:3 ]Pause current ramp,3",
+      "RAMP.PAUSE,0,NULL,0,NULL, 9,WRITE,4,[0:3 ]Pause,3"},
      incompleteProcess},
 });
 

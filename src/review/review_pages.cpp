@@ -78,6 +78,8 @@ ReviewLine lineOf(std::string_view file, const RowChange& row) {
   line.key = joined(row.names);
   line.texts = {line.key + (alsoMoved ? " (moved)" : "")};
   line.property = propertyOf(file, row.names);
+  line.before = row.before;
+  line.after = row.after;
   // A single changed field fits into the row's own line.
   if (const FieldChange* only = onlyField(file, row)) {
     line.texts.front() += kindOfFile(file) == TableKind::devices ? "" : ": " + only->column;
@@ -94,26 +96,11 @@ ReviewLine lineOf(std::string_view file, const RowChange& row) {
   return line;
 }
 
-ReviewGroup groupOf(const FileSystem& files, const FileDifference& file) {
-  auto group = withSign<ReviewGroup>(file.sign);
-  group.key = file.name;
-  group.name = files.text(file.name);
-  for (const RowChange& row : file.rows) group.lines.push_back(lineOf(group.name, row));
-  for (const std::string& message : file.formatting) {
-    auto line = withSign<ReviewLine>(Sign::changed);
-    line.key = message;
-    line.texts = {message};
-    line.fullText = message;
-    group.lines.push_back(std::move(line));
-  }
-  return group;
-}
-
 std::vector<ReviewGroup> groupsOf(const FileSystem& files,
                                   const std::vector<FileDifference>& differences) {
   std::vector<ReviewGroup> groups;
   std::transform(differences.begin(), differences.end(), std::back_inserter(groups),
-                 [&](const FileDifference& file) { return groupOf(files, file); });
+                 [&](const FileDifference& file) { return fileGroup(files, file); });
   return groups;
 }
 
@@ -215,7 +202,7 @@ ReviewLine lineOf(const FileSystem& files, const BackedUpFile& file,
   if (difference == differences.end()) {
     return {.key = file.name, .texts = {files.text(file.name), "unchanged"}};
   }
-  const ReviewGroup group = groupOf(files, *difference);
+  const ReviewGroup group = fileGroup(files, *difference);
   return {.key = file.name,
           .sign = group.sign,
           .accessible = group.accessible,
@@ -275,6 +262,21 @@ std::string restoreQuestion(const Wizard& wizard, const BackupSet& set) {
 }
 
 }  // namespace
+
+ReviewGroup fileGroup(const FileSystem& files, const FileDifference& file) {
+  auto group = withSign<ReviewGroup>(file.sign);
+  group.key = file.name;
+  group.name = files.text(file.name);
+  for (const RowChange& row : file.rows) group.lines.push_back(lineOf(group.name, row));
+  for (const std::string& message : file.formatting) {
+    auto line = withSign<ReviewLine>(Sign::changed);
+    line.key = message;
+    line.texts = {message};
+    line.fullText = message;
+    group.lines.push_back(std::move(line));
+  }
+  return group;
+}
 
 ReviewOfDone reviewDone(const Wizard& wizard, const CodePage& codePage) {
   OverlayFiles files(wizard.platform.files);

@@ -25,7 +25,9 @@ struct ReviewLine {
   Style style = Style::plain;
   std::vector<std::string> texts = {};  ///< one per column
   std::string property = {};            ///< of the line, or empty
-  std::string fullText = {};            ///< its messages, often longer than a column
+  std::size_t before = 0;     ///< of a row: its place in the present file, from 1; 0 if it is new
+  std::size_t after = 0;      ///< and in the file that Done would write; 0 if it is removed
+  std::string fullText = {};  ///< its messages, often longer than a column
   std::vector<ReviewLine> below = {};
 
   bool operator==(const ReviewLine&) const = default;
@@ -63,6 +65,9 @@ struct ReviewOfDone {
 };
 
 ReviewOfDone reviewDone(const Wizard& wizard, const CodePage& codePage);
+
+/// A file and its rows that differ.
+ReviewGroup fileGroup(const FileSystem& files, const FileDifference& file);
 
 /// The page of backup sets, and what restoring each would change.
 ReviewPage reviewBackups(const Wizard& wizard, const std::vector<BackupSet>& sets);

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <map>
 #include <optional>
 #include <string>
@@ -20,6 +21,9 @@ inline constexpr std::int32_t backupAge = 144000;
 
 /// Ten digits, since the year 2001. Smaller numbers are channels, days or versions.
 inline constexpr std::int32_t smallestOldTimestamp = 1'000'000'000;
+
+/// The last second of the clock, in the year 2038.
+inline constexpr std::int32_t lastTimestamp = std::numeric_limits<std::int32_t>::max();
 
 enum class FileVerdict { inUse, backupKept, backupDeleted };
 

@@ -2,7 +2,9 @@
 // Files of device names: of the server, and of single properties.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,6 +17,28 @@ namespace kova {
 
 /// Entry k is the name of device k; empty if it has no name yet. An empty array was never sized.
 using DeviceNames = std::vector<std::string>;
+
+/// Names that a row has in common with itself at other moments until it is edited.
+class SharedNames {
+ public:
+  const DeviceNames& get() const {
+    static const DeviceNames none;
+    return names_ ? *names_ : none;
+  }
+  operator const DeviceNames&() const { return get(); }
+  std::size_t size() const { return get().size(); }
+  /// Names of its own. Valid until the object is copied.
+  DeviceNames& edit() {
+    if (!names_ || names_.use_count() > 1) names_ = std::make_shared<DeviceNames>(get());
+    return *names_;
+  }
+  bool operator==(const SharedNames& other) const {
+    return names_ == other.names_ || get() == other.get();
+  }
+
+ private:
+  std::shared_ptr<DeviceNames> names_;
+};
 
 inline constexpr std::string_view deviceNumberTag = "DEVICE_NUMBER";
 inline constexpr std::string_view deviceNameTag = "DEVICE_NAME";

@@ -34,7 +34,9 @@ struct PropertyRecord {
   bool hasHistory = false;
   bool hasDeviceList = false;
   bool hasAlarmWatch = false;
-  DeviceNames devices;
+  SharedNames devices;
+
+  bool operator==(const PropertyRecord&) const = default;
 };
 
 template <>

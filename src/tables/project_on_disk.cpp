@@ -2,6 +2,7 @@
 #include "tables/project_on_disk.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <span>
 #include <tuple>
@@ -113,11 +114,75 @@ void compareNameLists(const Project& project, const ProjectOnDisk& disk, ByItsel
   }
 }
 
+/// Both are the same row once they are read.
+template <class Row>
+bool readAlike(const Row& one, const Row& other) {
+  const auto& all = tableColumns<Row>;
+  return std::all_of(all.begin(), all.end(), [&](const Column<Row>& column) {
+    return std::visit(
+        [&](auto member) {
+          if constexpr (std::is_same_v<decltype(member), std::monostate>) {
+            return true;
+          } else if constexpr (std::is_same_v<decltype(member), std::string Row::*>) {
+            return readAlike(std::string_view(one.*member), std::string_view(other.*member));
+          } else {
+            return one.*member == other.*member;
+          }
+        },
+        column.member);
+  });
+}
+
+std::string keyOf(const HistoryRecord& row) {
+  return keyOf(row.exportName, row.localName) + keyOf({}, row.propertyName);
+}
+
+std::string keyOf(const AlarmWatchRecord& row) {
+  return keyOf(row.localName, row.propertyName);
+}
+
+template <class Row>
+RowPairs pairsOf(const std::vector<Row>& held, std::span<const Row> rows) {
+  const auto key = [](const Row& row) { return keyOf(row); };
+  std::vector<std::string> before;
+  std::vector<std::string> after;
+  std::transform(held.begin(), held.end(), std::back_inserter(before), key);
+  std::transform(rows.begin(), rows.end(), std::back_inserter(after), key);
+  return pairRows(before, after);
+}
+
+/// Rows that are new, changed or moved. Adds those that only the disk has to `removals`.
+template <class Row>
+std::size_t changedRows(const std::vector<Row>& held, std::span<const Row> rows,
+                        std::size_t& removals) {
+  const auto alike = [](const Row& one, const Row& other) { return readAlike(one, other); };
+  // Fast path: usually rows have only been appended.
+  if (rows.size() >= held.size() && std::equal(held.begin(), held.end(), rows.begin(), alike)) {
+    return rows.size() - held.size();
+  }
+  const RowPairs pairs = pairsOf(held, rows);
+  removals += static_cast<std::size_t>(std::ranges::count(pairs.kept, false));
+  std::size_t changed = 0;
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    const std::size_t partner = pairs.partners[row];
+    const bool stays = partner != noPartner && !pairs.moved[row];
+    if (!stays || !readAlike(held[partner], rows[row])) ++changed;
+  }
+  return changed;
+}
+
 Unwritten rowsNotHeld(const Project& project, const ProjectOnDisk& disk) {
   Unwritten result;
   compareProperties(project, disk, result);
-  result.historyRows = static_cast<std::size_t>(project.historyCount - disk.historyRows);
-  result.alarmRows = static_cast<std::size_t>(project.alarmCount - disk.alarmRows);
+  // Done leaves the files of these two as they are where it has no rows for them.
+  if (project.historyInUse) {
+    result.historyRows = changedRows(
+        disk.history, liveRows(project.historyTable, project.historyCount), result.removals);
+  }
+  if (project.alarmCount > 0) {
+    result.alarmRows =
+        changedRows(disk.alarms, liveRows(project.alarmTable, project.alarmCount), result.removals);
+  }
   return result;
 }
 
@@ -134,6 +199,36 @@ PackedTexts::PackedTexts(const ExportTable& exportTable, std::int16_t exportCoun
 
 PackedTexts::PackedTexts(const DeviceNames& names) {
   for (const std::string& name : names) add(name);
+}
+
+bool PackedTexts::holds(const DeviceNames& names) const {
+  if (names.size() != size()) return false;
+  for (std::size_t name = 0; name < names.size(); ++name) {
+    if (names[name] != (*this)[name]) return false;
+  }
+  return true;
+}
+
+RowPairs propertyPairs(const Project& project, const ProjectOnDisk& disk) {
+  return pairsOf(disk.properties, liveRows(project.exportTable, project.exportCount));
+}
+
+RowPairs historyPairs(const Project& project, const ProjectOnDisk& disk) {
+  return pairsOf(disk.history, liveRows(project.historyTable, project.historyCount));
+}
+
+RowPairs alarmPairs(const Project& project, const ProjectOnDisk& disk) {
+  return pairsOf(disk.alarms, liveRows(project.alarmTable, project.alarmCount));
+}
+
+PropertyRecord propertyOnDisk(const ProjectOnDisk& disk, std::size_t row) {
+  PropertyRecord property;
+  std::size_t text = row * columns;
+  for (const Column<PropertyRecord>& column : tableColumns<PropertyRecord>) {
+    const auto* member = std::get_if<std::string PropertyRecord::*>(&column.member);
+    if (member != nullptr) property.** member = disk.properties[text++];
+  }
+  return property;
 }
 
 Unwritten findDroppable(const Project& project, const ProjectOnDisk& disk) {

@@ -10,9 +10,12 @@
 #include <string_view>
 #include <vector>
 
+#include "tables/alarm_table.h"
 #include "tables/backup.h"
 #include "tables/device_files.h"
 #include "tables/export_table.h"
+#include "tables/history_table.h"
+#include "tables/row_pairs.h"
 
 namespace kova {
 
@@ -30,6 +33,8 @@ class PackedTexts {
   std::string_view operator[](std::size_t index) const {
     return {text_.data() + starts_[index], starts_[index + 1] - starts_[index]};
   }
+  /// They are these names.
+  bool holds(const DeviceNames& names) const;
 
  private:
   void add(std::string_view text) {
@@ -48,10 +53,9 @@ struct ExternalChange {
 };
 
 struct ProjectOnDisk {
-  PackedTexts properties;  ///< rows of the export table
-  // Rows of these two are only appended, so the number is enough to know which are on disk.
-  std::int16_t historyRows = 0;
-  std::int16_t alarmRows = 0;
+  PackedTexts properties;   ///< rows of the export table
+  HistoryTable history;     ///< active rows alone
+  AlarmTable alarms;        ///< active rows alone
   PackedTexts deviceNames;  ///< of the server, in the file that Done writes
   PackedTexts namesRead;    ///< of the server, in the file from which they are read
   /// Device names of single properties, by property name.
@@ -64,13 +68,21 @@ struct ProjectOnDisk {
   bool notWaitedFor = false;  ///< the last Done did not get the lock from another wizard in time
 };
 
+/// The active rows of a table paired with those on disk by their names.
+RowPairs propertyPairs(const Project& project, const ProjectOnDisk& disk);
+RowPairs historyPairs(const Project& project, const ProjectOnDisk& disk);
+RowPairs alarmPairs(const Project& project, const ProjectOnDisk& disk);
+
+/// A property as the export table on disk has it; nothing else of it is set.
+PropertyRecord propertyOnDisk(const ProjectOnDisk& disk, std::size_t row);
+
 /// Rows that are new or differ from the disk, by table, and rows that only the disk has.
 struct Unwritten {
   std::size_t properties = 0;
   std::size_t historyRows = 0;
   std::size_t alarmRows = 0;
   std::size_t deviceNames = 0;  ///< of the server and of properties with names of their own
-  std::size_t removals = 0;     ///< properties and device names
+  std::size_t removals = 0;     ///< rows of any table, and device names
 
   std::size_t rows() const { return properties + historyRows + alarmRows + deviceNames; }
   std::size_t all() const { return rows() + removals; }

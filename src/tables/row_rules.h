@@ -57,6 +57,13 @@ std::span<const Row> liveRows(const std::vector<Row>& table, std::int16_t count)
   return std::span(table).first(static_cast<std::size_t>(count));
 }
 
+/// A copy of the active rows.
+template <class Row>
+std::vector<Row> activeRows(const std::vector<Row>& table, std::int16_t count) {
+  const auto rows = liveRows(table, count);
+  return {rows.begin(), rows.end()};
+}
+
 /// The part of a local name that a row stores.
 inline std::string storedLocalName(std::string_view localName) {
   return std::string(localName.substr(0, localNameLength));

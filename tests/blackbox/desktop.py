@@ -38,7 +38,8 @@ def enter(size, settings=None):
             file.write_text(text)
         environment = dict(
             os.environ, KOVA_PRIVATE_DESKTOP="1", LC_ALL="C.UTF-8", XDG_RUNTIME_DIR=runtime,
-            XDG_CONFIG_HOME=runtime, XDG_DATA_HOME=runtime, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+            XDG_CONFIG_HOME=runtime, XDG_DATA_HOME=runtime, XDG_STATE_HOME=runtime,
+            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_QPA_PLATFORM="xcb")
         for name in ("WAYLAND_DISPLAY", "XDG_CURRENT_DESKTOP", "FEC_HOME", "FECDB"):
             environment.pop(name, None)
         with subprocess.Popen(

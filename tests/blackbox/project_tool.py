@@ -44,6 +44,10 @@ class ProjectTool(unittest.TestCase):
         place = f"{self.project}{SEPARATOR}exports.csv:8:23"
         line = f'{place}: warning: "dauble" is not a format [unknown-format]\n'
         self.assertEqual(run("check", self.project), (1, line, ""))
+        for status, options in [(0, "--fail-on=error"), (1, "--fail-on=note"),
+                                (0, "--ignore=empty-line,unknown-format"),
+                                (1, "--select=unknown-format"), (0, "--select=empty-line")]:
+            self.assertEqual(run("check", options, self.project)[0], status, options)
         status, out, complaint = run("check", self.project, "/nowhere")
         self.assertEqual((status, out), (2, line))
         self.assertIn("/nowhere: There is no such directory", complaint)
@@ -145,7 +149,7 @@ class ProjectTool(unittest.TestCase):
             timestamp = ["1"] if command == "restore" else []
             complaint = "kova-project: nowhere: There is no such directory\n"
             self.assertEqual(run(command, "nowhere", *timestamp), (2, "", complaint))
-        for wrong in [[], ["chek"], ["check"], ["check", "--format", "xml", EXAMPLE],
+        for wrong in [[], ["chek"], ["check", "--select", "chek"], ["check", "--format", "xml", EXAMPLE],
                       ["show", "--format", "sarif", EXAMPLE]]:
             self.assertEqual(run(*wrong)[0], 2, wrong)
         self.assertEqual(run("rules")[1], (SOURCES / "docs" / "checking.md").read_text())

@@ -42,9 +42,10 @@ GROUPS = [
     ("radio button", DEVICES, "Server", "Property"),
     ("push button", WINDOW, "Edit"),
     ("text", ALARM, "Value normal", "mask"),
-    ("push button", WINDOW, "Review")]
+    ("push button", WINDOW, "Review", "Undo", "Redo")]
 CONTROLS = [(role, frame, name) for role, frame, *names in GROUPS for name in names]
-DISABLED = [("text", PROPERTY, "Number Steps :"), ("combo box", PROPERTY, "Output ArrayType :")]
+DISABLED = [("text", PROPERTY, "Number Steps :"), ("combo box", PROPERTY, "Output ArrayType :"),
+            ("push button", WINDOW, "Undo"), ("push button", WINDOW, "Redo")]
 DONE = [
     ("act", "list item", "[MAGNET] STATE <State word of each supply>", "Properties"),
     ("type", PROPERTY, "Description", "State"),

@@ -3,7 +3,8 @@
 #include <array>
 
 #include "completion/device_list_checks.h"
-#include "review/overlay_files.h"
+#include "completion/table_writer.h"
+#include "support/caseless_disk.h"
 #include "support/flow.h"
 #include "tables/range_prefix.h"
 
@@ -163,24 +164,13 @@ TEST_F(Commit, TurnsAwayWhatHasNoNameOrNoRoom) {
   EXPECT_EQ(commit(form, project, CommitMode::addOnly).refusal, "Property P already assigned");
 }
 
-/// A disk on which names that differ in case are one.
-struct CaselessDisk : OverlayFiles {
-  using OverlayFiles::OverlayFiles;
-  bool ignoresCase(const Path&) const override { return true; }
-  std::string withoutCase(std::string_view name) const override {
-    std::string folded(name);
-    for (char& letter : folded) letter = CodePage::windows1252().capital(letter);
-    return folded;
-  }
-};
-
 TEST_F(Commit, GivesADeviceListAFileThatTheDiskCanKeep) {
   CaselessDisk disk(*files);
   const auto unwritable = [&] {
     const auto file = findUnwritableNamesFile(disk, project, files->path(home.path()));
     return file ? file->name + " : " + file->why : "none";
   };
-  const std::string longName(250, 'x');
+  const std::string longName(240, 'x');
   for (const std::string& name : {std::string("P\xE9"), std::string("P\xC9"), longName}) {
     form.propertyName = name;
     edit();
@@ -190,7 +180,25 @@ TEST_F(Commit, GivesADeviceListAFileThatTheDiskCanKeep) {
   EXPECT_EQ(unwritable(), "P\xC9-names.csv : the disk can't distinguish it from P\xE9-names.csv");
   project.exportTable[1].hasDeviceList = false;
   project.exportTable[2].hasDeviceList = true;
-  EXPECT_EQ(unwritable(), longName + "-names.csv : the disk can't hold a file of this name");
+  EXPECT_EQ(unwritable(),
+            longName + "-names.csv : the disk can't hold a file of this name and its backup");
+}
+
+TEST_F(Commit, KnowsATableThatADiskListsInAnotherCase) {
+  home.write("P/field-names.csv", "as it was read");
+  CaselessDisk disk(*files);
+  const Path folder = files->path(home.path("P"));
+  ProjectOnDisk known;
+  known.states.emplace("field-names.csv", *disk.state(folder / "field-names.csv"));
+  const FakeClock clock;
+  for (const char* content : {"as Done writes it", "as the next one does"}) {
+    TableWriter(disk, clock, folder, known).replace(folder / "FIELD-names.csv", content);
+    EXPECT_TRUE(known.externalChanges.empty()) << "nobody else has written it";
+    EXPECT_EQ(disk.plainFiles(folder).size(), 1U);
+  }
+  replace(disk, folder / "Field-names.csv", "by a colleague");
+  TableWriter(disk, clock, folder, known).replace(folder / "FIELD-names.csv", "replaced");
+  EXPECT_EQ(known.externalChanges.size(), 1U);
 }
 
 }  // namespace

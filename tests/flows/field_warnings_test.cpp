@@ -114,12 +114,15 @@ TEST(FieldWarnings, ComeTrueAtDone) {
   trial.form.pollingRate = "2.5";
   EXPECT_EQ(trial.warning(&FormTexts::pollingRate), "Polling Rate would read as 2.");
 
-  rowOf(trial.project.exportTable, 1).devices.resize(2);  // prepared for the next property
+  rowOf(trial.project.exportTable, 1).devices.edit().resize(2);  // prepared for the next property
   trial.fill(&FormTexts::propertyName, "A/B", "d");
   EXPECT_EQ(trial.warning(&FormTexts::propertyName),
             "Done can't write the device list: a file name can't contain /.");
   trial.edit();
   EXPECT_TRUE(has(trial.done(), "Could not write A/B-names.csv"));
+  trial.form.propertyName = std::string(240, 'x');
+  EXPECT_EQ(trial.warning(&FormTexts::propertyName),
+            "Done can't write the device list: the name is too long for its file and a backup.");
   trial.form.propertyName = " A";
   EXPECT_EQ(trial.warning(&FormTexts::propertyName),
             "\" A-names.csv\" would not be found again: the spaces are lost.");

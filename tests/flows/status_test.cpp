@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The status line: what it tells of an act or ahead of it, and what it counts as not yet on disk.
 #include <filesystem>
+#include <limits>
 
 #include "support/flow.h"
 #include "wizard/focus_message.h"
@@ -127,6 +128,15 @@ TEST_F(Status, EachDoneTellsOnceWhatSomebodyElseHasWritten) {
   form.Command1.click();
   EXPECT_FALSE(engineer.ended) << "once is enough";
   for (int i = 0; i < 2; ++i) said();
+}
+
+TEST_F(Status, WhatSomebodyElseHasWrittenIsKeptWhereTheClockStandsStill) {
+  engineer.clock.now = std::numeric_limits<std::int32_t>::max();
+  open("MAGNET");
+  home.write("MAGNET/exports.csv", "by a colleague");
+  form.Command1.click();
+  EXPECT_TRUE(engineer.ended) << "the backup made at the opening has the name of that second";
+  EXPECT_EQ(home.read("MAGNET/exports-2147483646.csv"), "by a colleague");
 }
 
 TEST_F(Status, AnEntryTellsWhatItDroppedAndWhatItCouldNotRead) {

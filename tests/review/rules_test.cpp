@@ -9,6 +9,7 @@
 #include "review/findings.h"
 #include "review/overlay_files.h"
 #include "review/review_pages.h"
+#include "support/caseless_disk.h"
 #include "support/engineer.h"
 
 namespace kova {
@@ -130,11 +131,45 @@ TEST(Rules, FindNothingInWhatComesClose) {
        {}},
       {{"almwatch.csv", "MAGEQM,#0,STATE", "\r\nMAGEQM,#0,STATE", ""}, {"nameless-alarm"}},
       {{"devices.csv", "", "DEVICE_NUMBER,DEVICE_NAME\r\n 0,DEVICE 0\r\n", ""}, {}},
-      {{"notes-170000000.txt", "", "x", ""}, {}}};
+      {{"notes-170000000.txt", "", "x", ""}, {}},
+      // A fault of the table of properties does not speak of rows that belong to unread ones.
+      {{"exports.csv", "LOCAL_NAME,PROPERTY,", "LOCAL_NAME,PROPERTI,", ""},
+       {"missing-column", "unknown-column"}},
+      {{"exports.csv", "NULL, 2,WRITE,4,", "NULL, 2,WRITE,4x,", ""}, {"reading-stops"}}};
   for (const auto& [example, ids] : cases) {
     const ExampleProject project;
     project.change(example, example.broken);
     EXPECT_EQ(project.ids(), ids) << example.broken;
+  }
+}
+
+TEST(Rules, ReadTablesThatADiskListsInAnotherCase) {
+  const ExampleProject project;
+  const std::filesystem::path folder = project.folder.path("MAGNET");
+  for (const std::string name : {"exports", "history", "FIELD-names"}) {
+    std::filesystem::rename(folder / (name + ".csv"), folder / (name + ".CSV"));
+  }
+  project.folder.write("MAGNET/almwatch.csv", "nothing");
+  const test::CaselessDisk disk(*project.files);
+  const ProjectReading read = readProject(disk, folder.string(), project.page);
+  EXPECT_EQ(read.properties.rows.size(), 8U);
+  EXPECT_EQ(read.history.rows.size(), 2U);
+  EXPECT_EQ(read.properties.rows[6].devices.size(), 5U);
+  for (const Finding& found : findFindings(read)) EXPECT_EQ(found.file, "almwatch.csv");
+}
+
+TEST(Rules, ListErrorsFirstAndCountWhatGoesOn) {
+  for (const std::size_t rows : {21U, 990U}) {
+    const ExampleProject project;
+    std::string history = project.folder.read("MAGNET/history.csv");
+    for (std::size_t row = 0; row < rows; ++row) history += "\r\n";
+    project.change({"history.csv", "", "", ""}, history + " 40000,MAGNET\r\n");
+    std::vector<Finding> found = project.findings();
+    EXPECT_EQ(found.front().rule->id, "reading-stops") << rows;
+    std::erase_if(found, [](const Finding& one) { return one.rule->id != "empty-line"; });
+    ASSERT_EQ(found.size(), 21U) << rows;
+    EXPECT_EQ(found.back().line, 24U) << rows;
+    EXPECT_EQ(found.back().message, rows == 21 ? "empty line" : "and 970 more");
   }
 }
 

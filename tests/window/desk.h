@@ -25,8 +25,10 @@ namespace kova::test {
 class Desk {
  public:
   /// The program comes up, with message boxes of its own.
-  Desk(Engineer& engineer, const CodePage& page) : view(withoutAnswers(engineer), page) {
+  Desk(Engineer& engineer, const CodePage& page, DraftFolder* drafts = nullptr)
+      : view(withoutAnswers(engineer), page, drafts) {
     engineer.start();
+    view.reportDrafts();
     view.resize(view.sizeHint());
     EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
   }
@@ -155,6 +157,13 @@ struct AtTheWindow : testing::Test {
   Form1& form = engineer.program.wizard.form;
   Desk desk{engineer, page};
 };
+
+/// Looks for events until there is none, in a loop that waits as the program's does.
+inline void settle() {
+  QEventLoop loop;
+  QTimer::singleShot(0, &loop, &QEventLoop::quit);
+  loop.exec();
+}
 
 /// Runs `acts` inside the event loop, which the program itself has to leave.
 inline void untilTheEnd(Desk& desk, const std::function<void()>& acts) {

@@ -187,6 +187,17 @@ TEST_F(Hands, ARefusalLeadsToTheFieldThatItNames) {
   EXPECT_EQ(form.almMaskText.text(), "40");
 }
 
+TEST_F(Hands, DigitsWithAltLeadToWhatIsFarByTheTabKey) {
+  desk.type("MAGNET");
+  form.AlarmWatchCheck.setValue(1);
+  std::string places;
+  for (const char* key : {"Alt+3", "Alt+4", "Alt+5", "Alt+6"}) {
+    desk.key(key);
+    places += desk.focused() + ' ';
+  }
+  EXPECT_EQ(places, "OutputDataFormat PropertyList deviceNamesInputText almMaskText ");
+}
+
 TEST_F(Hands, TypingInTheListFindsAName) {
   desk.type("MAGNET");
   desk.widget("PropertyList").setFocus();

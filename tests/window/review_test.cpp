@@ -65,6 +65,12 @@ TEST_F(Review, FollowsTheFormAndLeadsBackToIt) {
   form.EditCmd.click();
   EXPECT_TRUE(QTest::qWaitFor([&] { return shown().contains("~ exports.csv (2)"); }));
   EXPECT_EQ(groups().currentItem()->text(), QStringLiteral("~ exports.csv (2)"));
+
+  EXPECT_FALSE(button("&Leave out").isEnabled());
+  button("&Put back").click();
+  EXPECT_EQ(form.PropertyList.selectedIndex(), 7) << "putting back selects nothing";
+  EXPECT_EQ(shown()[2], QStringLiteral("~ exports.csv (1)"));
+  EXPECT_EQ(desk.view.undo().history().undoStep()->name, "Put back MAGNET STATE");
 }
 
 TEST_F(Review, TellsWhatAKeyInTheFormBreaks) {
