@@ -10,6 +10,7 @@ import pathlib
 import random
 import re
 
+import page
 from wizard import ENTER, Home
 
 Call = collections.namedtuple("Call", "name path given")  # given: bytes of whatever is meant
@@ -348,16 +349,17 @@ def crash(name, disk, calls, versions, quick):
 
 
 def states(check, quick):
-    rows = ["| with | calls | states | of them with a loss |", "|---|---:|---:|---:|"]
+    rows = []
     for name in list(RUNS)[-1:] if quick else RUNS:
         disk, calls, versions = record(*RUNS[name])
         count, lossy, losses = crash(name, disk, calls, versions, quick)
-        rows.append(f"| {name} | {len(calls)} | {count:,} | {lossy:,} |")
+        rows.append((name, len(calls), f"{count:,}", f"{lossy:,}"))
         check(not losses, f"{name}: {losses}")
     # A checker that finds nothing where nothing is flushed would find nothing anywhere.
     calls = [call for call in calls if not is_flush(call)]
     count, lossy, losses = crash(name, disk, calls, versions, quick)
-    rows.append(f"| the same, its flushes left out | {len(calls)} | {count:,} | {lossy:,} |")
+    rows.append(("the same, its flushes left out", len(calls), f"{count:,}", f"{lossy:,}"))
     for kind in ("neither", "nowhere", "through"):
         check(any(kind in loss for loss in losses), f"no loss found: {kind}")
-    return rows
+    return {"crash states": page.table(("with", "calls", "states", "of them with a loss"), *rows,
+                                       numbers=True)}

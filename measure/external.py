@@ -3,6 +3,7 @@
 byte, and each difference has a rule."""
 import re
 
+import page
 from wizard import ROOT, Home
 
 
@@ -81,33 +82,26 @@ def without_first_column(text):
 
 QUOTES = swap(("Field", '"a, b"'), ("Quad", '"Q,1"'), ("#0", '"#0,x"'))
 HIGH_BYTES = swap(("Field", "\xb0\x81\xff"), ("Quad", "\xc4\x80"), ("#0", "#\xe9"))
-# What a variant does to the tables, to what comes back (None: nothing is written), and the rule.
-VARIANTS = [
-    ("CR LF", same, same, "a device without a name gets one, also below"),
-    ("lone CR", swap(("\r\n", "\r")), same, "lines end in CR LF"),
-    ("no last line ending", lambda text: text[:-2], same, "lines end in CR LF"),
-    ("LF alone", swap(("\r\n", "\n")), None,
-     "an LF ends no line: no row is read and nothing is written"),
-    ("comments", in_lines(lambda lines: [";", "% x"] + lines[:2] + ["#,y"] + lines[2:]), same,
-     "comments are dropped"),
-    ("permuted, with an unknown column", in_lines(permuted), same,
-     "columns come in their order, unknown ones are dropped"),
-    ("tags in lower case", lambda text: re.sub("^.*", lambda line: line[0].lower(), text), same,
-     "the header has one form"),
-    ("spaces, tabs, NULs", swap((",", "\t, \0")), same, SPACES),
-    ("quotes", QUOTES, QUOTES, "quotes are a part of the text"),
-    ("bytes above 127", HIGH_BYTES, HIGH_BYTES, "one byte a character"),
-    ("an empty line", in_lines(lambda lines: lines[:2] + [""] + lines[2:]),
-     swap((FIELD_ROW, ""), ("0\r\n 5,", "0\r\n 0,,,,, 0,, 0, 0, 0,, 0, 0\r\n 5,"),
-          ("WRITE,2", "WRITE,4"), ("Quad", "Device 0"),
-          (" 2,Sext\r\n", " 2,Sext\r\n 3,Device 3\r\n 4,Device 4\r\n")),
-     "ends the reading of exports.csv, is a row of history.csv, none of almwatch.csv, "
-     "device 0 of devices.csv"),
-    ("1001 rows", in_lines(many_rows), many_rows_numbered, "a table has room for them"),
-    ("byte order mark", lambda text: MARK + text, without_first_column,
-     "it hides the first column, which comes back empty; an almwatch.csv without local names is "
-     "left alone, and history.csv gets a row for the property in the form"),
-]
+# What a variant does to the tables and to what comes back (None: nothing is written). The page has
+# the rule of each.
+VARIANTS = {
+    "CR LF": (same, same),
+    "lone CR": (swap(("\r\n", "\r")), same),
+    "no last line ending": (lambda text: text[:-2], same),
+    "LF alone": (swap(("\r\n", "\n")), None),
+    "comments": (in_lines(lambda lines: [";", "% x"] + lines[:2] + ["#,y"] + lines[2:]), same),
+    "permuted, with an unknown column": (in_lines(permuted), same),
+    "tags in lower case": (lambda text: re.sub("^.*", lambda line: line[0].lower(), text), same),
+    "spaces, tabs, NULs": (swap((",", "\t, \0")), same),
+    "quotes": (QUOTES, QUOTES),
+    "bytes above 127": (HIGH_BYTES, HIGH_BYTES),
+    "an empty line": (
+        in_lines(lambda lines: lines[:2] + [""] + lines[2:]),
+        swap((FIELD_ROW, ""), ("0\r\n 5,", "0\r\n 0,,,,, 0,, 0, 0, 0,, 0, 0\r\n 5,"),
+             ("WRITE,2", "WRITE,4"), ("Quad", "Device 0"),
+             (" 2,Sext\r\n", " 2,Sext\r\n 3,Device 3\r\n 4,Device 4\r\n"))),
+    "1001 rows": (in_lines(many_rows), many_rows_numbered),
+    "byte order mark": (lambda text: MARK + text, without_first_column)}
 
 
 def differences():
@@ -115,14 +109,15 @@ def differences():
         for old, new in rows:
             for column, was, now in zip(HEADS[name].split(","), old.split(","), new.split(",")):
                 if was != now:
-                    rule = RULES.get(column, NUMBER)
-                    yield f"| {name} | {column} | `{was}` | `{now}` | {rule} |"
+                    yield name, column, f"`{was}`", f"`{now}`", RULES.get(column, NUMBER)
 
 
-def tables(check):
+def tables(check, results):
+    ruled = [row[0] for row in page.rows(results, "rules of corpora")]
+    check(ruled == list(VARIANTS), f"the page has rules of {ruled}")
     before, after = [{name: table(name, side) for name in HEADS} for side in (0, 1)]
     after["devices.csv"] = after["devices.csv"].replace(" 2,", " 1,Device 1\r\n 2,")
-    for variant, given, wanted, _ in VARIANTS:
+    for variant, (given, wanted) in VARIANTS.items():
         with Home({name.replace("devices", "MEQM-devices"): given(text).encode("latin-1")
                    for name, text in before.items()}) as home:
             said = home.drive(["click ProjectDir", "type ProjectDir {home}/MAGNET",
@@ -135,8 +130,6 @@ def tables(check):
             expected = wanted(after[name]) if wanted else given(before[name])
             check(text == expected, f"{variant}, {name}:\n{text!r}\n{expected!r}")
         check(len(now) == (4 if wanted else 3), f"{variant}: {list(now)}")
-    return [
-        f"{len(VARIANTS)} corpora of four tables; every byte that came back was predicted.", "",
-        "| table | column | was | comes back | rule |", "|---|---|---|---|---|", *differences(), "",
-        "| corpus | beyond that |", "|---|---|",
-        *(f"| {variant} | {rule} |" for variant, _, _, rule in VARIANTS)]
+    return {"corpora": [len(VARIANTS)],
+            "external": page.table(("table", "column", "was", "comes back", "rule"),
+                                   *differences())}
