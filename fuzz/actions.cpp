@@ -79,28 +79,17 @@ void select(const Wizard& wizard, ListBox& list, std::uint8_t with) {
   if (row < table.size()) checkSelection(wizard.form, table[row]);
 }
 
-/// Every file of the home directory by its path.
-test::Files filesOf(const std::string& home) {
-  test::Files files;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(home)) {
-    std::ifstream file(entry.path(), std::ios::binary);
-    if (entry.is_directory()) continue;
-    files[test::nativeName(entry.path())] = {std::istreambuf_iterator(file), {}};
-  }
-  return files;
-}
-
 /// Done writes what its preview has shown and no other file, and fails where the preview fails.
 void finish(Engineer& engineer) {
-  test::Files expected = filesOf(engineer.home);
+  test::Files expected = test::filesBelow(engineer.home);
   const Preview shown = preview(engineer.program.wizard);
-  require(filesOf(engineer.home) == expected, "a preview writes nothing");
+  require(test::filesBelow(engineer.home) == expected, "a preview writes nothing");
   for (const auto& [path, content] : shown.files) {
     expected[test::nativeName(test::systemPath(path.native).lexically_normal())] = content;
   }
   engineer.messages.clear();
   engineer.program.wizard.form.Command1.click();
-  require(filesOf(engineer.home) == expected, "Done writes what the preview shows");
+  require(test::filesBelow(engineer.home) == expected, "Done writes what the preview shows");
   const auto& messages = engineer.messages;
   require(shown.failure.empty() || std::count(messages.begin(), messages.end(), shown.failure) == 1,
           "Done ends where the preview ends");
@@ -300,9 +289,9 @@ void check(std::string_view bytes) {
   for (std::size_t at = 0; at + 1 < end; at += 2) {
     const std::size_t act = byte(at) % (firstGoodAct + goodActs);
     backAndAhead.start(engineer, isAtHome(engineer));
-    const test::Files disk = filesOf(engineer.home);
+    const test::Files disk = test::filesBelow(engineer.home);
     play(engineer, act, byte(at + 1));
-    backAndAhead.compare(engineer, isAtHome(engineer), filesOf(engineer.home) != disk);
+    backAndAhead.compare(engineer, isAtHome(engineer), test::filesBelow(engineer.home) != disk);
     onlyGood &= act >= firstGoodAct;
     onlyAdds &= onlyGood && (act <= doneOfGood || act == doneOfGood + 1);
     if (onlyGood) checkCount(wizard);

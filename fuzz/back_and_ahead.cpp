@@ -8,60 +8,28 @@
 namespace kova::fuzz {
 namespace {
 
-struct Writer {
-  std::string text;
-
-  void add(std::string_view value) { (text += value) += '\n'; }
-  void add(long value) { add(std::to_string(value)); }
-  void operator()(const TextField* field) {
-    add(field->text());
-    add(static_cast<long>(field->caret()) + (field->enabled() ? 0 : 100000));
-  }
-  void operator()(const CheckBox* box) { add(box->value()); }
-  void operator()(const OptionButton* option) { add(option->selected()); }
-  void operator()(const CommandButton* button) { add(button->enabled()); }
-  void operator()(const Frame* frame) { add(frame->enabled()); }
-  void operator()(const Label* label) { add(label->caption() + (label->enabled() ? "" : "-")); }
-  void operator()(const ListBox* list) {
-    add(list->selectedIndex());
-    for (const std::string& line : list->lines()) add(line);
-  }
-  void operator()(const DropDownList* list) { add(list->text() + (list->enabled() ? "" : "-")); }
-};
-
 Observed observe(test::Engineer& engineer, bool atHome) {
+  static const CodePage page = CodePage::windows1252();
   Wizard& wizard = engineer.program.wizard;
   const WizardState& state = wizard.state;
   const Project& project = state.project;
-  Writer out;
-  for (const DesignedControl& one : designedControls(wizard.form)) std::visit(out, one.control);
-  // Rows that do not count are part of it: a later reading may keep what they hold.
-  for (const PropertyRecord& row : project.exportTable) {
-    out.add(dataLine(row) + (row.hasHistory ? 'H' : '-') + (row.hasAlarmWatch ? 'A' : '-'));
-    if (row.hasDeviceList) out.add("list");
-    for (const std::string& name : row.devices.get()) out.add(name);
-  }
-  for (const HistoryRecord& row : project.historyTable) out.add(dataLine(row));
-  for (const AlarmWatchRecord& row : project.alarmTable) {
-    out.add(dataLine(row) + std::to_string(row.countThreshold));
-  }
-  for (const std::string& name : project.deviceNames) out.add(name);
+  Observed seen;
+  // The whole session, nothing of it shared with another one.
+  seen.session = DraftWriter(page).write(wizard, {}, takeSession(wizard), {});
+  seen.session += project.projectPath + state.localNameSuggestion + wizard.statusLine.message;
   for (const long value :
        {long{project.exportCount}, long{project.historyCount}, long{project.alarmCount},
         long{project.historyInUse}, long{project.deviceNamesDefined}, long{state.projectDirEdited},
         long{state.localNameEdited}}) {
-    out.add(value);
+    seen.session += std::to_string(value) + ' ';
   }
-  out.add(project.projectPath + state.localNameSuggestion + wizard.statusLine.message);
-
-  Writer disk;
-  disk.add(statusText(wizard) + dropWarning(state));
-  if (atHome) {
-    const Preview shown = preview(wizard);
-    disk.add(shown.failure);
-    for (const auto& [path, content] : shown.files) disk.add(path.native + '\n' + content);
-  }
-  return {out.text, disk.text};
+  for (const std::string& name : project.deviceNames) seen.session += name + '\n';
+  seen.disk = statusText(wizard) + dropWarning(state);
+  if (!atHome) return seen;
+  const Preview shown = preview(wizard);
+  seen.disk += shown.failure;
+  for (const auto& [path, content] : shown.files) seen.disk += path.native + '\n' + content;
+  return seen;
 }
 
 }  // namespace

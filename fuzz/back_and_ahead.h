@@ -10,7 +10,8 @@
 
 namespace kova::fuzz {
 
-/// All that a wizard shows and holds, written down without a snapshot; and what it would write.
+/// All that a wizard shows and holds, as a draft has it and once more where a draft might forget
+/// it; and what it would write.
 struct Observed {
   std::string session;
   std::string disk;  ///< what depends on the files as well

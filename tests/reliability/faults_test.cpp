@@ -67,9 +67,8 @@ struct Project {
 
   Files files() const {
     Files all;
-    for (const auto& file : std::filesystem::recursive_directory_iterator(home.path())) {
-      const std::string name = nativeName(file.path().lexically_relative(home.path()));
-      if (file.is_regular_file()) all[name] = home.read(name);
+    for (auto& [path, bytes] : filesBelow(home.path())) {
+      all[path.substr(home.path().size() + 1)] = bytes;
     }
     return all;
   }
@@ -275,18 +274,6 @@ TEST(Restoring, LosesNoPresentTableWhateverFailsAndIsFlushedInTheEnd) {
     if (call.name == "fsync" || call.name == "syncfs") flushed = flushed || call.path == folder;
   }
   EXPECT_TRUE(flushed);
-}
-
-TEST(Generators, ThatCannotBeStartedCostAMessageEach) {
-  Project project;
-  project.wizard->programs.failure = "no such program";
-  project.enter();
-  project.finish();
-  const std::string folder = project.home.path("MAGNET");
-  EXPECT_EQ(project.messages(),
-            (Texts{"Could not start vbskelgen.exe " + folder + " : no such program",
-                   "Could not start cskelgen.exe " + folder + " LINUX : no such program"}));
-  EXPECT_TRUE(project.wizard->ended);
 }
 
 }  // namespace

@@ -24,6 +24,17 @@ inline std::filesystem::path systemPath(const std::string& native) {
   return std::u8string(native.begin(), native.end());
 }
 
+/// Every file below a folder, by its whole path.
+inline Files filesBelow(const std::string& folder) {
+  Files files;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    std::ifstream file(entry.path(), std::ios::binary);
+    if (entry.is_directory()) continue;
+    files[nativeName(entry.path())] = {std::istreambuf_iterator(file), {}};
+  }
+  return files;
+}
+
 /// Files are named by their path inside the folder.
 struct TemporaryFolder {
   TemporaryFolder() = default;

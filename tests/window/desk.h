@@ -107,6 +107,12 @@ class Desk {
     });
   }
 
+  ReviewWindow& openReview() {
+    key("Alt+Q");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view.review() != nullptr; }));
+    EXPECT_TRUE(QTest::qWaitForWindowActive(view.review()));
+    return *view.review();
+  }
   QWidget& list() const { return *widget<QListView>("PropertyList").viewport(); }
   QPoint placeOfLine(int row) const {
     auto& lines = widget<QListView>("PropertyList");

@@ -15,11 +15,6 @@ namespace fs = std::filesystem;
 
 constexpr int rowWithNames = 6;
 
-std::string contentOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 /// One run of the program.
 struct Session {
   Session(const std::string& home, const CodePage& page)
@@ -65,7 +60,7 @@ struct Drafts : testing::Test {
     session->desk.write("PropertyDescription", "typed, not added");
     settle();
     const auto isKept = [&] {
-      return !files().empty() && contentOf(files()[0]).find("not added") != std::string::npos;
+      return !files().empty() && home.read(files()[0]).find("not added") != std::string::npos;
     };
     ASSERT_TRUE(QTest::qWaitFor(isKept, 20000));
     EXPECT_TRUE(begin()->status().find("Unsaved") == std::string::npos) << "its wizard runs";
@@ -164,7 +159,7 @@ TEST_F(Drafts, TheNewestCompleteOneIsRestoredAndHostileFilesAreNot) {
   fs::resize_file(folder / (key + ".json"), 0);
   EXPECT_NE(begin()->status().find("1 removal"), std::string::npos) << "after a loss of power";
   const fs::path earlier = files(".earlier.json").front();
-  const std::string content = contentOf(earlier);
+  const std::string content = home.read(earlier);
   std::string other = content;
   other[other.size() / 2] ^= 1;
   std::ofstream(earlier, std::ios::trunc) << other;

@@ -17,7 +17,6 @@ struct Help : AtTheWindow {
     EXPECT_TRUE(QTest::qWaitFor([&] { return desk.view.help() != nullptr; }));
     EXPECT_TRUE(QTest::qWaitForWindowActive(desk.view.help()));
     std::string found = desk.view.help()->page().textCursor().selectedText().toStdString();
-    desk.view.help()->grab().save(qEnvironmentVariable("KOVA_PICTURES") + "/help.png");
     desk.key("Esc");
     desk.view.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&desk.view));

@@ -15,9 +15,7 @@ namespace {
 struct Review : AtTheWindow {
   void open() {
     desk.type("MAGNET");
-    desk.key("Alt+Q");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return desk.view.review() != nullptr; }));
-    EXPECT_TRUE(QTest::qWaitForWindowActive(desk.view.review()));
+    desk.openReview();
   }
   QWidget& page() const { return *desk.view.review()->currentWidget(); }
   QListWidget& groups() const { return *page().findChild<QListWidget*>(); }
