@@ -54,6 +54,7 @@ TEST_F(RowPage, DeletedRowsAreGoneFromTheFormAndFromWhatDoneWrites) {
   EXPECT_TRUE(deleteChosen(wizard, *chosenRow(wizard, "history.csv", "1")));
   EXPECT_EQ(shown(form.HistoryCheck, form.AlarmWatchCheck), "clear, clear");
   EXPECT_EQ(listed(), "history.csv: FIELD almwatch.csv: STATE ");
+  EXPECT_EQ(wizard.state.project.alarmTable[1], AlarmWatchRecord()) << "no row waits to be read";
   EXPECT_FALSE(chosenRow(wizard, "history.csv", "1"));
   EXPECT_NE(status().find("3 removals not yet written"), std::string::npos) << status();
   EXPECT_EQ(form.PropertyList.selectedIndex(), 7) << "no line was selected";
@@ -97,6 +98,15 @@ TEST_F(RowPage, ARowTakesTheFormsSettingsAndKeepsItsNames) {
   takeSettings(wizard, {RowTable::history, 1});
   EXPECT_EQ(said(), "Could not change the row : Polling Rate (msec) is not a valid number");
   EXPECT_EQ(written("history.csv"), history);
+
+  type(form.PropertyName, "NEW");
+  EXPECT_TRUE(
+      reviewRows(wizard).heading.ends_with("adds a history row for the property in the form."));
+  project("L", {"L,LONGNAME,P,1,short,0,NULL,1,READ,1,x,0"});
+  home.write("L/almwatch.csv", headerLine<AlarmWatchRecord>() + "LONGNA,#0,P\r\n");
+  open("L");
+  EXPECT_EQ(said(), truncated + "LONGNA");
+  EXPECT_EQ(listed(), "almwatch.csv: P ") << "six characters of a local name are stored";
 }
 
 TEST_F(RowPage, ARenamedPropertyTakesItsRowsAlong) {
@@ -157,6 +167,22 @@ TEST_F(RowPage, WhatIsPutBackAndLeftOutIsWhatTheDiskHolds) {
   EXPECT_EQ(lines(), listedBefore);
   EXPECT_EQ(form.PropertyList.selectedIndex(), 7) << "the line that was selected";
   EXPECT_EQ(tables(), before);
+  type(form.PropertyName, "NEW");
+  EXPECT_FALSE(actOnFirst()) << "a row that only Done adds is not left out";
+}
+
+TEST_F(RowPage, ARowIsPutBackByItsNamesWhereTheFileHasFurtherRows) {
+  std::string table = example["exports.csv"];
+  const auto end = table.find("\r\n") + 2;
+  home.write("MAGNET/exports.csv", table.insert(end, "MAGNET,MAGEQM,OF A COLLEAGUE\r\n"));
+  remove(5);
+  remove(3);
+  type(form.NumDevices, "9");
+  const ReviewLine state{.key = "MAGNET STATE", .before = 7};
+  EXPECT_TRUE(mayPutBack(wizard, "exports.csv", state));
+  putBackChosen(wizard, "exports.csv", state);
+  EXPECT_EQ(lines()[4], "[MAGNET] STATE <State word of each supply>");
+  EXPECT_EQ(wizard.state.project.exportTable[4].numModules, "9") << "as many as its server has";
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 // Unsaved work outlives a program that is killed or closed, and is restored at the real window.
 #include <QLineEdit>
 #include <QPushButton>
+#include <ctime>
 #include <fstream>
 
 #include "core/status.h"
@@ -121,8 +122,10 @@ TEST_F(Drafts, ClosingTheWindowKeepsThemAndNothingUnwrittenLeavesNone) {
     auto session = begin();
     session->open();
     session->removeLine(5);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !files().empty(); }, 20000));
     session->desk.key("Alt+1");
     settle();
+    EXPECT_TRUE(files("").empty()) << "all of it is taken back";
     session->desk.view.close();
     EXPECT_TRUE(files("").empty());
   }
@@ -142,6 +145,40 @@ TEST_F(Drafts, ClosingTheWindowKeepsThemAndNothingUnwrittenLeavesNone) {
   session->desk.answer("Y");
   session->desk.view.drafts()->confirmAndRemove(key);
   EXPECT_TRUE(files("").empty());
+}
+
+TEST_F(Drafts, TheNewestIsOfferedFirstAndNoneIsKeptForEver) {
+  for (const std::int32_t time : {1700000500, 1700000000}) {
+    auto session = begin();
+    session->engineer.clock.now = time;
+    session->desk.click("vbProject");
+    session->desk.view.close();
+  }
+  auto session = begin();
+  EXPECT_EQ(session->status(),
+            "Unsaved work on a new server from 22:21 (texts in the form) and 1 older draft are "
+            "kept: Review restores them.");
+  const DraftSummary newest = session->drafts.kept(0).at(0);
+  EXPECT_EQ(draftText(newest, 1700100000),
+            "a new server from 2023-11-14 22:21 (texts in the form)");
+  session->desk.answer("N");
+  session->desk.view.drafts()->confirmAndRemoveAll();
+  EXPECT_EQ(files().size(), 2U);
+  constexpr std::int32_t month = 31 * 24 * 60 * 60;
+  const auto now = static_cast<std::int32_t>(std::time(nullptr));
+  EXPECT_TRUE(session->drafts.kept(now + month).empty());
+  EXPECT_TRUE(files("").empty());
+}
+
+TEST_F(Drafts, OfAListThatIsGoneFromTheDiskRestoresNone) {
+  leaveDraft();
+  fs::remove(home.path("MAGNET/FIELD-names.csv"));
+  auto session = begin();
+  session->desk.view.drafts()->restore(session->onlyDraft().key);
+  const auto& row = session->wizard().state.project.exportTable[rowWithNames - 1];
+  EXPECT_EQ(row.propertyName, "FIELD");
+  EXPECT_FALSE(row.hasDeviceList) << "or Done would write names of its own";
+  session->desk.view.close();
 }
 
 TEST_F(Drafts, TheNewestCompleteOneIsRestoredAndHostileFilesAreNot) {
@@ -164,7 +201,15 @@ TEST_F(Drafts, TheNewestCompleteOneIsRestoredAndHostileFilesAreNot) {
   other[other.size() / 2] ^= 1;
   std::ofstream(earlier, std::ios::trunc) << other;
   EXPECT_EQ(begin()->status().find("Unsaved"), std::string::npos);
-  EXPECT_EQ(begin()->onlyDraft().lines.front().texts.front(), "The draft is not complete");
+  {
+    auto session = begin();
+    EXPECT_EQ(session->onlyDraft().lines.front().texts.front(), "The draft is not complete");
+    QWidget& review = session->desk.openReview();
+    session->desk.key("Alt+B");
+    for (const QPushButton* button : review.findChildren<QPushButton*>()) {
+      EXPECT_FALSE(button->text() == "Res&tore draft" && button->isEnabled());
+    }
+  }
   for (const fs::path& file : files("")) fs::remove(file);
 
   std::ofstream(home.path("elsewhere.json")) << content;

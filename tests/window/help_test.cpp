@@ -59,6 +59,9 @@ TEST_F(Help, SearchesTheWholePageAndGoesBack) {
   EXPECT_NE(help.page().source().fileName(), reference);
   press("&Back");
   EXPECT_EQ(help.page().source().fileName(), reference);
+  auto& browser = *help.findChild<QTextBrowser*>();
+  browser.setSource(browser.source().resolved(QUrl("how-to.md#keep-the-servers-device-names")));
+  EXPECT_EQ(help.page().textCursor().block().text(), "Keep the server's device names");
   press("Copy &details");
   EXPECT_TRUE(QGuiApplication::clipboard()->text().contains(
       QString::fromStdString(form.ProjectDir.text())));
