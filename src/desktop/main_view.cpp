@@ -9,6 +9,7 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <QWindow>
+#include <utility>
 
 #include "core/environment_values.h"
 #include "core/status.h"
@@ -191,8 +192,11 @@ void MainView::showInForm(const std::string& property) {
 void MainView::trackFocus(FormArea& area) {
   widgets_->widget("Command1")->installEventFilter(this);
   connect(qApp, &QApplication::focusChanged, &area, [this, &area](QWidget*, QWidget* now) {
-    if (now == nullptr || !form_->isAncestorOf(now)) return;
+    if (now == nullptr || !isAncestorOf(now)) return;
+    // A message box gives the focus back to where it was.
+    if (std::exchange(entered_, now) != now) messageOnEntering_ = setup_.wizard.statusLine.message;
     refreshStatusLine();
+    if (!form_->isAncestorOf(now)) return;
     // A longer message may have shrunk the form.
     centralWidget()->layout()->activate();
     // Scrolling while the mouse is pressed would lose the click.
@@ -260,13 +264,17 @@ void MainView::refreshWindow() {
   connect(windowHandle(), &QWindow::activeChanged, this, fit, Qt::SingleShotConnection);
 }
 
-/// About Done under the pointer, else about the control with the focus, else the last status.
+/// About Done under the pointer, else about the control with the focus, else the last status. What
+/// a press of Done has reported precedes what the next would write.
 std::string MainView::message() const {
   const QWidget* done = widgets_->widget("Command1");
-  const auto control = widgets_->control(done->underMouse() ? done : focusWidget());
-  if (control) {
-    if (std::string reported = focusMessage(setup_.wizard, *control); !reported.empty())
-      return reported;
+  const QWidget* shown = done->underMouse() ? done : focusWidget();
+  const std::string& last = setup_.wizard.statusLine.message;
+  const bool pressed = done->hasFocus() && shown == done && last != messageOnEntering_;
+  if (const auto control = widgets_->control(shown)) {
+    if (const std::string now = focusMessage(setup_.wizard, *control); !now.empty()) {
+      return pressed && !last.empty() ? last + ' ' + now : now;
+    }
   }
   return statusText(setup_.wizard);
 }

@@ -72,6 +72,8 @@ class MainView : public QMainWindow {
   const CodePage& codePage_;
   QWidget* form_ = nullptr;
   AnnouncingLabel* statusLine_ = nullptr;
+  const QWidget* entered_ = nullptr;  ///< had the focus last, and is only compared
+  std::string messageOnEntering_;     ///< the last event when the focus came there
   QMenu* guide_ = nullptr;
   std::unique_ptr<FormWidgets> widgets_;
   std::unique_ptr<FieldMarks> marks_;

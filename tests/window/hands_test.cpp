@@ -187,6 +187,28 @@ TEST_F(Hands, ARefusalLeadsToTheFieldThatItNames) {
   EXPECT_EQ(form.almMaskText.text(), "40");
 }
 
+TEST_F(Hands, TheStatusLineBelongsToTheFocusAndBeginsWithWhatDoneHasReported) {
+  engineer.program.wizard.messageBox = messageBoxes(desk.view, page, "Wizard");
+  auto* line = desk.view.findChild<QLabel*>("statusLine");
+  const auto begins = [&](const QString& text) { return line->text().startsWith(text); };
+  desk.type("MAGNET");
+  form.PropertyList.select(5);
+  form.RemoveProperty.click();
+  EXPECT_TRUE(begins("A change here drops")) << line->text().toStdString();
+  desk.key("Shift+Tab");
+  EXPECT_TRUE(begins("Property ")) << line->text().toStdString();
+
+  std::filesystem::create_directory(home.path("MAGNET/devices.csv"));
+  desk.widget("Command1").setFocus();
+  EXPECT_TRUE(begins("Done writes")) << line->text().toStdString();
+  desk.answer("Return");
+  desk.key("Space");
+  EXPECT_TRUE(begins("The project is not finished. Done")) << line->text().toStdString();
+  desk.key("Tab");
+  desk.key("Shift+Tab");
+  EXPECT_TRUE(begins("Done writes")) << line->text().toStdString();
+}
+
 TEST_F(Hands, DigitsWithAltLeadToWhatIsFarByTheTabKey) {
   desk.type("MAGNET");
   form.AlarmWatchCheck.setValue(1);
