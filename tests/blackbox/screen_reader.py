@@ -5,6 +5,7 @@
 screen_reader.py PROGRAM
 """
 import collections
+import pathlib
 import shutil
 import subprocess
 import sys
@@ -45,6 +46,13 @@ GROUPS = [
 CONTROLS = [(role, frame, name) for role, frame, *names in GROUPS for name in names]
 DISABLED = [("text", PROPERTY, "Number Steps :"), ("combo box", PROPERTY, "Output ArrayType :"),
             ("push button", WINDOW, "Undo"), ("push button", WINDOW, "Redo")]
+DONE = [
+    ("act", "list item", "[MAGNET] STATE <State word of each supply>", "Properties"),
+    ("type", PROPERTY, "Description", "State"),
+    ("act", "push button", "Edit"),
+    ("status", "1 property"),
+    ("act", "push button", "Done"),
+    ("answer", "KOVA Device Server Setup Wizard", "OK", "Could not start vbskelgen.exe")]
 
 
 def find_all(program):
@@ -100,6 +108,11 @@ def main(path):
             expect_icon()
             reach_all(program, find_all(program))
             speaks(program)
+            program.play(DONE)
+            expect("exit", 0, program.process.wait(desktop.PATIENCE))
+        written = pathlib.Path(name, "MAGNET/exports.csv").read_text(encoding="latin-1")
+        expect("row", "MAGNET,MAGEQM,STATE,4,short.CHANNEL,0,NULL, 6,READ, 4,[0:250 A]State,0",
+               written.splitlines()[6])
 
 
 if __name__ == "__main__":

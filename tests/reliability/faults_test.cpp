@@ -276,5 +276,17 @@ TEST(Restoring, LosesNoPresentTableWhateverFailsAndIsFlushedInTheEnd) {
   EXPECT_TRUE(flushed);
 }
 
+TEST(Generators, ThatCannotBeStartedCostAMessageEach) {
+  Project project;
+  project.wizard->programs.failure = "no such program";
+  project.enter();
+  project.finish();
+  const std::string folder = project.home.path("MAGNET");
+  EXPECT_EQ(project.messages(),
+            (Texts{"Could not start vbskelgen.exe " + folder + " : no such program",
+                   "Could not start cskelgen.exe " + folder + " LINUX : no such program"}));
+  EXPECT_TRUE(project.wizard->ended);
+}
+
 }  // namespace
 }  // namespace kova::test
